@@ -1,0 +1,101 @@
+#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
+
+#include <Platform/Concurrency/TaskSchedule.hpp>
+
+#include <condition_variable>
+#include <mutex>
+
+namespace Platform {
+
+namespace {
+
+std::chrono::nanoseconds steadyNow() {
+    return std::chrono::steady_clock::now().time_since_epoch();
+}
+
+}  // namespace
+
+class BuiltInMainQueue::State {
+public:
+    void add(std::chrono::nanoseconds due, Task task) {
+        {
+            const std::lock_guard lock{mutex_};
+            schedule_.add(due, std::move(task));
+        }
+        changed_.notify_one();
+    }
+
+    void stop() {
+        {
+            const std::lock_guard lock{mutex_};
+            stopped_ = true;
+        }
+        changed_.notify_one();
+    }
+
+    /// The next task, waited for; an empty one when the queue was stopped.
+    Task waitForNext() {
+        std::unique_lock lock{mutex_};
+        while (true) {
+            if (stopped_) {
+                stopped_ = false;
+                return {};
+            }
+            if (auto task = schedule_.takeDue(steadyNow())) {
+                return task;
+            }
+            if (const auto due = schedule_.nextDue()) {
+                changed_.wait_until(lock, std::chrono::steady_clock::time_point{*due});
+            } else {
+                changed_.wait(lock);
+            }
+        }
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    TaskSchedule schedule_;
+    bool stopped_ = false;
+};
+
+BuiltInMainQueue::BuiltInMainQueue() : state_{std::make_unique<State>()} {
+}
+
+BuiltInMainQueue::~BuiltInMainQueue() = default;
+
+void BuiltInMainQueue::soon(Task task) {
+    // Due in the distant past, so that tasks for now keep their order whatever the clock says.
+    state_->add(std::chrono::nanoseconds::min(), std::move(task));
+}
+
+void BuiltInMainQueue::after(std::chrono::nanoseconds delay, Task task) {
+    state_->add(steadyNow() + delay, std::move(task));
+}
+
+void BuiltInMainQueue::run() {
+    runUntil([] { return false; });
+}
+
+void BuiltInMainQueue::runUntil(const std::function<bool()>& done) {
+    while (!done()) {
+        const auto task = state_->waitForNext();
+        if (!task) {
+            return;
+        }
+        task();
+    }
+}
+
+void BuiltInMainQueue::stop() {
+    state_->stop();
+}
+
+std::shared_ptr<BuiltInMainQueue> BuiltInMainQueue::shared() {
+    // Never destroyed: other threads may still hand over tasks while the process exits.
+    static auto& queue =
+        *std::make_unique<std::shared_ptr<BuiltInMainQueue>>(std::make_shared<BuiltInMainQueue>()).release();
+    return queue;
+}
+
+}  // namespace Platform

@@ -1,0 +1,134 @@
+#include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+
+#include <Platform/Concurrency/TaskSchedule.hpp>
+
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+
+namespace Platform {
+
+class VirtualTimeMainQueue::State {
+public:
+    void add(std::chrono::nanoseconds delay, Task task) {
+        {
+            const std::lock_guard lock{mutex_};
+            schedule_.add(now_ + delay, std::move(task));
+        }
+        added_.notify_one();
+    }
+
+    void addDelayed(std::chrono::nanoseconds delay, Task task) {
+        {
+            const std::lock_guard lock{mutex_};
+            pauses_.push_back(delay);
+        }
+        add(delay, std::move(task));
+    }
+
+    Task takeReady() {
+        const std::lock_guard lock{mutex_};
+        return schedule_.takeDue(now_);
+    }
+
+    Task waitForReady(std::chrono::steady_clock::time_point limit) {
+        std::unique_lock lock{mutex_};
+        Task task;
+        added_.wait_until(lock, limit, [&] { return static_cast<bool>(task = schedule_.takeDue(now_)); });
+        return task;
+    }
+
+    /// Moves the clock to the next due time, or to `limit` when that comes first; false when nothing is due by then.
+    bool moveToNext(std::optional<std::chrono::nanoseconds> limit) {
+        const std::lock_guard lock{mutex_};
+        const auto due = schedule_.nextDue();
+        if (!due || (limit && *due > *limit)) {
+            now_ = limit.value_or(now_);
+            return false;
+        }
+        now_ = std::max(now_, *due);
+        return true;
+    }
+
+    std::chrono::nanoseconds now() const {
+        const std::lock_guard lock{mutex_};
+        return now_;
+    }
+
+    std::vector<std::chrono::nanoseconds> pauses() const {
+        const std::lock_guard lock{mutex_};
+        return pauses_;
+    }
+
+    bool hasDelayed() const {
+        const std::lock_guard lock{mutex_};
+        const auto due = schedule_.nextDue();
+        return due && *due > now_;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::condition_variable added_;
+    TaskSchedule schedule_;
+    std::chrono::nanoseconds now_{0};
+    std::vector<std::chrono::nanoseconds> pauses_;
+};
+
+VirtualTimeMainQueue::VirtualTimeMainQueue() : state_{std::make_unique<State>()} {
+}
+
+VirtualTimeMainQueue::~VirtualTimeMainQueue() = default;
+
+void VirtualTimeMainQueue::soon(Task task) {
+    state_->add(std::chrono::nanoseconds{0}, std::move(task));
+}
+
+void VirtualTimeMainQueue::after(std::chrono::nanoseconds delay, Task task) {
+    state_->addDelayed(delay, std::move(task));
+}
+
+void VirtualTimeMainQueue::runReady() {
+    while (const auto task = state_->takeReady()) {
+        task();
+    }
+}
+
+void VirtualTimeMainQueue::advance(std::chrono::nanoseconds duration) {
+    const auto end = state_->now() + duration;
+    while (state_->moveToNext(end)) {
+        runReady();
+    }
+}
+
+void VirtualTimeMainQueue::runAll() {
+    while (state_->moveToNext(std::nullopt)) {
+        runReady();
+    }
+}
+
+bool VirtualTimeMainQueue::runUntil(const std::function<bool()>& done, std::chrono::seconds limit) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!done()) {
+        const auto task = state_->waitForReady(end);
+        if (!task) {
+            return done();
+        }
+        task();
+    }
+    return true;
+}
+
+std::chrono::nanoseconds VirtualTimeMainQueue::now() const {
+    return state_->now();
+}
+
+std::vector<std::chrono::nanoseconds> VirtualTimeMainQueue::pausesAskedFor() const {
+    return state_->pauses();
+}
+
+bool VirtualTimeMainQueue::hasDelayedTasks() const {
+    return state_->hasDelayed();
+}
+
+}  // namespace Platform

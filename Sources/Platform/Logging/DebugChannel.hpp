@@ -1,0 +1,28 @@
+#pragma once
+
+#include <atomic>
+#include <source_location>
+#include <string_view>
+
+namespace Platform {
+
+/// The writing end of the debug channel, for this project's own code.
+class DebugChannel {
+public:
+    /// Ask before building a message. With no logger installed this is one load and one branch.
+    [[nodiscard]] static bool isOpen() noexcept {
+        return hasLogger_.load(std::memory_order_relaxed) && loggerTakesDebug();
+    }
+
+    /// Writes `message` as it stands. `function` is the operation's name, a literal: inside a lambda the compiler's
+    /// own name for the place would say nothing.
+    static void write(std::string_view message, const char* function,
+                      std::source_location place = std::source_location::current());
+
+private:
+    friend class Logging;
+    static bool loggerTakesDebug() noexcept;
+    static inline std::atomic<bool> hasLogger_{false};
+};
+
+}  // namespace Platform

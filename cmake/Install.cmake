@@ -1,0 +1,10 @@
+include(CMakePackageConfigHelpers)
+
+install(TARGETS Platform Tarnwick_API EXPORT Tarnwick_API_targets FILE_SET HEADERS)
+install(EXPORT Tarnwick_API_targets NAMESPACE Tarnwick_API:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Tarnwick_API)
+configure_package_config_file(cmake/Tarnwick_APIConfig.cmake.in Tarnwick_APIConfig.cmake
+    INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Tarnwick_API)
+write_basic_package_version_file(Tarnwick_APIConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/Tarnwick_APIConfig.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/Tarnwick_APIConfigVersion.cmake
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Tarnwick_API)

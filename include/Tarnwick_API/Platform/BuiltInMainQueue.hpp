@@ -1,0 +1,38 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/MainQueue.hpp>
+
+#include <functional>
+#include <memory>
+
+namespace Platform {
+
+/// A main queue for programs without an event loop: the thread that calls `run` becomes the main thread.
+class BuiltInMainQueue final : public MainQueue {
+public:
+    BuiltInMainQueue();
+    ~BuiltInMainQueue() override;
+
+    void soon(Task task) override;
+    void after(std::chrono::nanoseconds delay, Task task) override;
+
+    /// Runs tasks on the calling thread, waiting for more, until `stop` is called.
+    /// An exception thrown by a task leaves `run`; the task is gone and `run` may be called again.
+    void run();
+
+    /// Runs tasks on the calling thread until `done`, asked before each task, is true or `stop` is called.
+    void runUntil(const std::function<bool()>& done);
+
+    /// Ends the running `run` or `runUntil`, or the next one if none is running. Tasks not yet run stay queued.
+    /// Thread: any.
+    void stop();
+
+    /// The queue that `MainQueue::main` gives when the host has installed none.
+    [[nodiscard]] static std::shared_ptr<BuiltInMainQueue> shared();
+
+private:
+    class State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace Platform

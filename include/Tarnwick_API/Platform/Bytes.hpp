@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace Platform {
+
+/// A buffer of bytes. Not necessarily text: it may hold NUL and anything that is not UTF-8.
+using Bytes = std::string;
+
+}  // namespace Platform

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace Platform {
+
+/// The name that people know this computer by.
+class HostName {
+public:
+    /// The host's look-up, or else the computer's display name (PRETTY_HOSTNAME of /etc/machine-info), or else its
+    /// network name unless that says nothing ("localhost"); none when there is no such name. Thread: any.
+    [[nodiscard]] static std::optional<std::string> localized();
+
+    /// Installs a process-wide look-up; an empty one goes back to the system's. Thread: any.
+    static void setLookup(std::function<std::optional<std::string>()> lookup);
+};
+
+}  // namespace Platform

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Platform/Url.hpp>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace Platform {
+
+enum class HttpMethod { options, get, head, post, put, patch, delete_, trace, connect };
+
+/// "GET", "DELETE", ...
+[[nodiscard]] std::string_view name(HttpMethod method) noexcept;
+
+using HttpHeaders = std::map<std::string, std::string, std::less<>>;
+
+/// A parameter: text, integer, real, flag, a list or a map of these.
+class ParameterValue {
+public:
+    using List = std::vector<ParameterValue>;
+    using Map = std::map<std::string, ParameterValue, std::less<>>;
+    using Storage = std::variant<std::string, std::int64_t, double, bool, List, Map>;
+
+    ParameterValue(std::string text) : storage_{std::move(text)} {}
+    ParameterValue(std::string_view text) : storage_{std::string{text}} {}
+    ParameterValue(const char* text) : storage_{std::string{text}} {}
+    ParameterValue(std::int64_t integer) : storage_{integer} {}
+    ParameterValue(int integer) : storage_{std::int64_t{integer}} {}
+    ParameterValue(double real) : storage_{real} {}
+    ParameterValue(bool flag) : storage_{flag} {}
+    ParameterValue(List list) : storage_{std::move(list)} {}
+    ParameterValue(Map map) : storage_{std::move(map)} {}
+
+    [[nodiscard]] const Storage& storage() const noexcept { return storage_; }
+
+    friend bool operator==(const ParameterValue&, const ParameterValue&) = default;
+
+private:
+    Storage storage_;
+};
+
+using Parameters = ParameterValue::Map;
+
+/// How parameters travel.
+enum class ParameterEncoding {
+    /// In the query for GET, HEAD and DELETE; for any other method as a form body.
+    url,
+    /// As a JSON object in the body, whatever the method.
+    json,
+};
+
+/// One HTTP request, complete and immutable.
+class HttpRequest {
+public:
+    /// Encodes `parameters` into `url` or a body. Keys go in ascending byte order. What can't be encoded (text that
+    /// is no UTF-8 is mended; NaN and infinity in JSON are not; CR, LF or NUL in a header; a URL without scheme or
+    /// host) is kept as `encodingError`: a session reports it instead of sending.
+    HttpRequest(HttpMethod method, const Url& url, const Parameters& parameters, ParameterEncoding encoding,
+                HttpHeaders headers);
+
+    [[nodiscard]] HttpMethod method() const noexcept { return method_; }
+    [[nodiscard]] const Url& url() const noexcept { return url_; }
+    /// The request's own headers; a session adds its default ones.
+    [[nodiscard]] const HttpHeaders& headers() const noexcept { return headers_; }
+    [[nodiscard]] const std::optional<Bytes>& body() const noexcept { return body_; }
+    [[nodiscard]] const std::optional<std::string>& encodingError() const noexcept { return encodingError_; }
+
+    /// A curl command line that makes the same request, one option a line; headers sorted by name.
+    /// It holds everything the request holds, credentials and passwords included.
+    [[nodiscard]] std::string curlRendering(const HttpHeaders& sessionHeaders) const;
+
+private:
+    HttpMethod method_;
+    Url url_;
+    HttpHeaders headers_;
+    std::optional<Bytes> body_;
+    std::optional<std::string> encodingError_;
+};
+
+}  // namespace Platform

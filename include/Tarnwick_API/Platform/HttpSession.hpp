@@ -1,0 +1,132 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Platform/HttpRequest.hpp>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Platform {
+
+/// Why an exchange did not come to a whole answer.
+struct HttpError {
+    enum class Kind {
+        encoding,          ///< the request could not be built; nothing was sent
+        unresolvedHost,    ///< the name has no address
+        cannotConnect,     ///< refused, or no route
+        timedOut,          ///< no new data for the idle time-out
+        connectionLost,    ///< closed before the answer was whole
+        certificate,       ///< the server's certificate was refused
+        tls,               ///< any other TLS failure
+        badAnswer,         ///< not HTTP, or damaged coding or framing
+        tooLarge,          ///< the body passes the session's limit
+        tooManyRedirects,  ///< more than 20
+        cancelled,         ///< the session was dropped
+        other,
+    };
+    Kind kind = Kind::other;
+    /// For developers; English; holds no header or body.
+    std::string description;
+};
+
+struct HttpResponse {
+    std::int64_t status = 0;
+    /// Names in lower case; the values of a repeated header joined by ", ".
+    HttpHeaders headers;
+};
+
+/// The outcome of one request. A session may leave out any of it; the sessions of `makeHttpSession` always hand on a
+/// request and a body (empty if need be), and with no error a response.
+struct HttpAnswer {
+    std::shared_ptr<const HttpRequest> request;
+    /// Look at this first: a body cut short has a response with status 200, and an error.
+    std::optional<HttpError> error;
+    std::optional<HttpResponse> response;
+    std::optional<Bytes> body;
+};
+
+/// Decides, without waiting, resolving a name or sending anything, whether a try makes sense.
+class Reachability {
+public:
+    Reachability() = default;
+    Reachability(const Reachability&) = delete;
+    Reachability& operator=(const Reachability&) = delete;
+    virtual ~Reachability() = default;
+    /// Whether the target of `urlText` may be reached. Thread: any.
+    [[nodiscard]] virtual bool isReachable(std::string_view urlText) const = 0;
+};
+
+/// Loopback is always reachable; an address when the kernel has a route to it; a name when it has one to the
+/// internet at large; the empty text never.
+[[nodiscard]] std::shared_ptr<const Reachability> makeRouteReachability();
+
+/// Sends requests and delivers their answers. Abstract so that tests and hosts can put their own in its place.
+class HttpSession {
+public:
+    using Completion = std::function<void(HttpAnswer)>;
+
+    HttpSession() = default;
+    HttpSession(const HttpSession&) = delete;
+    HttpSession& operator=(const HttpSession&) = delete;
+    virtual ~HttpSession() = default;
+
+    /// Headers that every request gets unless it has its own of that name.
+    [[nodiscard]] virtual const HttpHeaders& defaultHeaders() const = 0;
+
+    [[nodiscard]] virtual bool isReachable(std::string_view urlText) const = 0;
+
+    /// Starts `request` and returns at once. `onCompletion` is called once, on the main queue that is installed now,
+    /// never from inside this call. Thread: any.
+    virtual void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) = 0;
+};
+
+/// Which checks a server's certificate must pass.
+enum class HostValidation {
+    full,       ///< chain and host name
+    chainOnly,  ///< everything but the host name
+};
+
+struct HttpSessionConfiguration {
+    /// Added to every request that has no header of the same name. Default: see `defaultHttpHeaders`.
+    HttpHeaders additionalHeaders;
+    /// Checks by exact host of the URL; others get `HostValidation::full`.
+    std::map<std::string, HostValidation, std::less<>> trustPolicies;
+    /// A file of PEM certificates to trust in place of the system's.
+    std::optional<std::string> trustedRootsFile;
+    /// Ends an exchange during which no byte has come or gone for this long, connecting included.
+    std::chrono::milliseconds idleTimeout = std::chrono::seconds{60};
+    /// Ends an exchange that takes longer in all.
+    std::chrono::seconds wholeTimeout = std::chrono::hours{24 * 7};
+    /// The largest body taken, in bytes after decompression.
+    std::size_t maximumBodySize = std::size_t{256} * 1024 * 1024;
+    /// Connections to one host over HTTP/1.1, and requests at once on one HTTP/2 connection.
+    std::size_t connectionsPerHost = 6;
+    std::size_t streamsPerConnection = 100;
+    /// Leads connections elsewhere, as "host:port:other host:other port"; URL, "Host" and certificate checks stay.
+    /// For development against a local service.
+    std::vector<std::string> connectTo;
+    /// Heed the environment's proxy variables.
+    bool usesProxy = true;
+    /// Allow plain "http" URLs. For tests.
+    bool allowsPlainHttp = false;
+    /// Default: `makeRouteReachability()`.
+    std::shared_ptr<const Reachability> reachability;
+};
+
+/// "Accept-Encoding", "Accept-Language" (from the user's locale) and "User-Agent" (from the main bundle).
+[[nodiscard]] HttpHeaders defaultHttpHeaders();
+
+/// A session on the process's one I/O thread, which is started with the first request and stopped at exit of the
+/// process. Cookies are neither kept nor sent; redirects are followed without "Authorization". Dropping the session
+/// ends its requests with `HttpError::Kind::cancelled`.
+[[nodiscard]] std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configuration);
+
+}  // namespace Platform

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace Platform {
+
+/// The one executor on which answers, retries and completion callbacks are delivered.
+///
+/// A host with an event loop of its own (Qt, GLib, Cocoa) implements the two operations and installs its queue with
+/// `setMain` before the first request. A program without one runs a `BuiltInMainQueue`.
+/// Thread: both operations may be called from any thread; tasks run on the queue's own thread, one at a time.
+class MainQueue {
+public:
+    using Task = std::function<void()>;
+
+    MainQueue() = default;
+    MainQueue(const MainQueue&) = delete;
+    MainQueue& operator=(const MainQueue&) = delete;
+    virtual ~MainQueue() = default;
+
+    /// Runs `task` once, after the tasks handed over before it.
+    /// Lifetime: the queue owns `task` until it has run; a queue destroyed first drops it unrun.
+    virtual void soon(Task task) = 0;
+
+    /// Runs `task` once, not before `delay` has passed on this queue's clock. Nothing waits or sleeps meanwhile.
+    /// Equal due times run first come, first served.
+    virtual void after(std::chrono::nanoseconds delay, Task task) = 0;
+
+    /// The process-wide queue: the one given to `setMain`, or else `BuiltInMainQueue::shared()`.
+    /// Thread: any.
+    [[nodiscard]] static std::shared_ptr<MainQueue> main();
+
+    /// Replaces the process-wide queue for requests made from now on; those on their way keep the queue they began
+    /// with. None goes back to the built-in queue.
+    /// Thread: any.
+    static void setMain(std::shared_ptr<MainQueue> queue);
+};
+
+}  // namespace Platform

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Platform {
+
+/// The user's preferences for the hosting application, as far as this library reads them: the text "cid".
+class Preferences {
+public:
+    /// Gives the text stored under a key, or none. Called on the thread that makes the request.
+    using Lookup = std::function<std::optional<std::string>(std::string_view key)>;
+
+    /// Asks the host's look-up; without one there is no preference. Thread: any.
+    [[nodiscard]] static std::optional<std::string> text(std::string_view key);
+
+    /// Installs the process-wide look-up; an empty one removes it. Thread: any.
+    static void setLookup(Lookup lookup);
+};
+
+}  // namespace Platform
