@@ -65,8 +65,7 @@ BuiltInMainQueue::BuiltInMainQueue() : state_{std::make_unique<State>()} {
 BuiltInMainQueue::~BuiltInMainQueue() = default;
 
 void BuiltInMainQueue::soon(Task task) {
-    // Due in the distant past, so that tasks for now keep their order whatever the clock says.
-    state_->add(std::chrono::nanoseconds::min(), std::move(task));
+    state_->add(steadyNow(), std::move(task));
 }
 
 void BuiltInMainQueue::after(std::chrono::nanoseconds delay, Task task) {
