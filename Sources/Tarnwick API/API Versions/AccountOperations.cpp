@@ -1,0 +1,161 @@
+#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
+
+#include <Tarnwick_API/Calls/AccountCalls.hpp>
+#include <Tarnwick_API/Platform/HostName.hpp>
+#include <Tarnwick_API/Storage/Keychain.hpp>
+
+#include <Platform/Json/Utf8.hpp>
+#include <Tarnwick API/API Versions/DecodeAnswer.hpp>
+#include <Tarnwick API/Calls/DeliverCompletion.hpp>
+#include <Tarnwick API/Calls/MapMerge.hpp>
+
+#include <iostream>
+#include <utility>
+
+namespace Tarnwick_API {
+
+namespace {
+
+constexpr std::int64_t migrationRequired = 202;
+constexpr std::int64_t conflict = 409;
+constexpr const char* unnamedMachine = "Mac Desktop";
+constexpr const char* wipedToken = "wipe";
+
+/// The error of a sign-in: the service's refusal texts arrive as generic errors.
+std::optional<ApiError> loginErrorFrom(std::optional<ApiError> error) {
+    if (const auto* response = error ? error->as<ResponseError>() : nullptr;
+        response != nullptr && response->kind() == ResponseError::Kind::genericError) {
+        if (const auto loginError = LoginError::from(response->responseText())) {
+            return *loginError;
+        }
+    }
+    return error;
+}
+
+}  // namespace
+
+void ApiVersion1::login(const std::string& username, const std::string& password, bool qvImport,
+                        Completion<void> onCompletion) {
+    const LoginCallV1 call{environment_, partnersId_, baseUrl(), qvImport};
+    Platform::Parameters parameters{
+        {"x_auth_machinename", Platform::HostName::localized().value_or(unnamedMachine)},
+        {"x_auth_machineid", uuid_.uuidString()},
+        {"x_auth_username", username},
+        {"x_auth_password", password},
+        {"x_auth_mode", "client_auth"},
+    };
+    if (auto callParameters = call.parameters()) {
+        parameters.merge(*callParameters);
+    }
+    sendRequest(call.url(), parameters, Platform::ParameterEncoding::json, standardHeaders(), call.method(), 0,
+                [self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body,
+                                                                                    ApiResult result) {
+                    if (result.status == migrationRequired) {
+                        deliver(onCompletion, LoginError{LoginError::qvUserMigrationRequired});
+                        return;
+                    }
+                    if (!body) {
+                        deliver(onCompletion, loginErrorFrom(std::move(result.error)));
+                        return;
+                    }
+                    std::optional<ApiError> error;
+                    if (auto token = ApiItem::create<OAuthToken>(*body)) {
+                        self->oauthToken_ = std::move(token);
+                    } else {
+                        error = LoginError{LoginError::noOauthToken};
+                    }
+                    if (self->oauthToken_) {
+                        Keychain::setPassword(self->keychainTokenService_, self->oauthToken_->token,
+                                              self->oauthToken_->secret);
+                    }
+                    deliver(onCompletion, std::move(error));
+                });
+}
+
+void ApiVersion1::logout(Completion<void> onCompletion) {
+    std::cout << "logout v1" << std::endl;
+    if (!oauthToken_) {
+        deliver(onCompletion,
+                Platform::DecodingError{Platform::DecodingError::Kind::dataCorrupted, {}, "Not logged in Error."});
+        return;
+    }
+    const LogoutCallV1 call{environment_, partnersId_, baseUrl(), oauthToken_->token};
+    sendRequest(call.url(), {}, call.encoding(), {{"Authorization", getOauthHeader()}}, call.method(), 0,
+                [self = shared_from_this(), onCompletion = std::move(onCompletion)](
+                    std::optional<Platform::Bytes> /*body*/, ApiResult result) {
+                    if (!result.error) {
+                        self->oauthToken_ = std::nullopt;
+                        Keychain::setPassword(self->keychainTokenService_, wipedToken, wipedToken);
+                    }
+                    deliver(onCompletion, std::move(result.error));
+                });
+}
+
+void ApiVersion1::createUser(const std::string& username, const std::string& password, Completion<void> onCompletion) {
+    const auto machineId = uuid_.uuidString();
+    const NewUserCallV1 call{environment_, partnersId_, baseUrl(),
+                             username,     password,    Platform::HostName::localized().value_or(machineId),
+                             machineId};
+    dispatchCall(call,
+                 [onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> /*body*/, ApiResult result) {
+                     if (result.status == conflict) {
+                         deliver(onCompletion, SignupError{SignupError::usernameAlreadyExists});
+                         return;
+                     }
+                     deliver(onCompletion, std::move(result.error));
+                 });
+}
+
+void ApiVersion1::setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) {
+    oauthToken_ = OAuthToken{token, secret};
+    currentUser([self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<User> user,
+                                                                                    std::optional<ApiError> error) {
+        if (error) {
+            self->oauthToken_ = std::nullopt;
+            user = std::nullopt;
+        }
+        deliver(onCompletion, std::move(user), std::move(error));
+    });
+}
+
+void ApiVersion1::currentUser(Completion<User> onCompletion) {
+    const UserCallV1 call{environment_, partnersId_, baseUrl()};
+    dispatchCall(call, decodingCompletion<User>(ApiItem::create<User>, std::move(onCompletion)));
+}
+
+void ApiVersion1::updateUser(UserField field, const std::string& newValue, Completion<void> onCompletion) {
+    const UpdateUserCallV1 call{environment_, partnersId_, baseUrl(), field, newValue};
+    dispatchCall(call,
+                 [onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> /*body*/, ApiResult result) {
+                     deliver(onCompletion, std::move(result.error));
+                 });
+}
+
+void ApiVersion1::getAuthToken(Completion<std::string> onCompletion) {
+    const AuthTokenCallV1 call{environment_, partnersId_, baseUrl()};
+    sendRequest(call.url(), call.parameters().value_or(Platform::Parameters{}), call.encoding(),
+                {{"Authorization", getOauthHeader()}}, call.method(), 0,
+                [onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body, ApiResult result) {
+                    if (result.error) {
+                        deliver(onCompletion, std::nullopt, std::move(result.error));
+                    } else if (body && Platform::isValidUtf8(*body)) {
+                        deliver(onCompletion, std::move(body), std::nullopt);
+                    } else if (body) {
+                        deliver(onCompletion, std::nullopt, std::nullopt);
+                    }
+                });
+}
+
+void ApiVersion1::dispatchCall(const ApiCallV1& call, RequestCompletion onCompletion) {
+    Platform::Parameters parameters;
+    if (const auto callParameters = call.parameters()) {
+        parameters += *callParameters;
+    }
+    auto headers = standardHeaders();
+    if (call.headers()) {
+        headers += *call.headers();
+    }
+    sendRequest(call.url(), parameters, call.encoding(), headers, call.method(), 0, std::move(onCompletion));
+}
+
+}  // namespace Tarnwick_API

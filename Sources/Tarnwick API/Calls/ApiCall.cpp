@@ -1,0 +1,56 @@
+#include <Tarnwick_API/Calls/ApiCall.hpp>
+
+#include <Tarnwick_API/Platform/Bundle.hpp>
+#include <Tarnwick_API/Platform/Locale.hpp>
+#include <Tarnwick_API/Platform/Preferences.hpp>
+
+#include <Tarnwick API/Calls/MapMerge.hpp>
+
+#include <cstdio>
+#include <exception>
+#include <utility>
+
+namespace Tarnwick_API {
+
+Platform::Url ApiCall::url() const {
+    const auto base = Platform::Url::fromString(baseUrl_);
+    if (!base) {
+        std::fprintf(stderr, "Tarnwick_API: the base URL \"%s\" is no URL\n", baseUrl_.c_str());
+        std::terminate();
+    }
+    return base->appendingPathComponent(urlPath_);
+}
+
+ApiCallV1::ApiCallV1(Platform::HttpMethod method, std::string urlPath, std::optional<Platform::HttpHeaders> headers,
+                     ApiEnvironment environment, Platform::ParameterEncoding encoding, std::string baseUrl,
+                     std::int64_t partnersId)
+    : ApiCall{std::move(baseUrl), std::move(urlPath)},
+      method_{method},
+      headers_{std::move(headers)},
+      environment_{environment},
+      encoding_{encoding},
+      partnersId_{partnersId} {
+}
+
+std::optional<Platform::Parameters> ApiCallV1::parameters() const {
+    auto parameters = ownParameters();
+    parameters += defaultParameters();
+    return parameters;
+}
+
+std::map<std::string, std::string> ApiCallV1::defaultParameters() const {
+    const auto locale = Platform::Locale::current();
+    std::map<std::string, std::string> parameters{
+        {"language", locale.languageCode().value_or("en")},
+        {"region", locale.regionCode().value_or("US")},
+        {"version", Platform::Bundle::main()->text("CFBundleVersion").value_or("7.x")},
+        {"os", "mac"},
+        {"partnersId", std::to_string(partnersId_)},
+    };
+    if (auto clickId = Platform::Preferences::text("cid")) {
+        parameters.emplace("clickid", *std::move(clickId));
+    }
+    return parameters;
+}
+
+}  // namespace Tarnwick_API

@@ -1,0 +1,25 @@
+#include <Tarnwick_API/Calls/HttpStatus.hpp>
+
+#include <algorithm>
+#include <array>
+
+namespace Tarnwick_API {
+
+std::optional<HttpStatus> httpStatus(std::int64_t code) noexcept {
+    constexpr std::array all{HttpStatus::ok,
+                             HttpStatus::created,
+                             HttpStatus::noContent,
+                             HttpStatus::notModified,
+                             HttpStatus::badRequest,
+                             HttpStatus::unauthorized,
+                             HttpStatus::forbidden,
+                             HttpStatus::notFound,
+                             HttpStatus::requestTimeout,
+                             HttpStatus::tooManyRequests,
+                             HttpStatus::serverError};
+    const auto* const found = std::find_if(
+        all.begin(), all.end(), [code](HttpStatus status) { return static_cast<std::int64_t>(status) == code; });
+    return found == all.end() ? std::nullopt : std::optional{*found};
+}
+
+}  // namespace Tarnwick_API

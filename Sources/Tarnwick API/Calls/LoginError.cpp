@@ -1,0 +1,77 @@
+#include <Tarnwick_API/Calls/LoginError.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+namespace Tarnwick_API {
+
+namespace {
+
+struct Row {
+    LoginError::Value error;
+    LoginResponseType type;
+    std::string_view text;
+};
+
+constexpr std::array rows{
+    Row{LoginError::loginRequired, LoginResponseType::loginRequired, "NOT LOGGED IN"},
+    Row{LoginError::invalidConsumerRights, LoginResponseType::invalidConsumerRights, "INVALID CONSUMER ACCESS RIGHTS"},
+    Row{LoginError::invalidConsumerKey, LoginResponseType::invalidConsumerKey, "INVALID CONSUMER KEY"},
+    Row{LoginError::consumerKeyMissing, LoginResponseType::consumerKeyMissing, "CONSUMER KEY MISSING OR INVALID"},
+};
+
+char upperCase(char character) noexcept {
+    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
+}
+
+bool startsWithIgnoringCase(std::string_view text, std::string_view upperCasePrefix) noexcept {
+    return text.size() >= upperCasePrefix.size() &&
+           std::equal(upperCasePrefix.begin(), upperCasePrefix.end(), text.begin(),
+                      [](char expected, char actual) { return expected == upperCase(actual); });
+}
+
+}  // namespace
+
+std::string_view rawValue(LoginResponseType type) noexcept {
+    return rows.at(static_cast<std::size_t>(type)).text;
+}
+
+std::optional<LoginResponseType> loginResponseType(std::string_view text) noexcept {
+    const auto* const row = std::find_if(rows.begin(), rows.end(), [text](const Row& row) { return row.text == text; });
+    return row == rows.end() ? std::nullopt : std::optional{row->type};
+}
+
+std::optional<LoginError> LoginError::from(std::string_view responseText) {
+    const auto* const row = std::find_if(rows.begin(), rows.end(), [responseText](const Row& row) {
+        return startsWithIgnoringCase(responseText, row.text);
+    });
+    return row == rows.end() ? std::nullopt : std::optional<LoginError>{row->error};
+}
+
+std::string_view LoginError::responseText() const noexcept {
+    const auto* const row =
+        std::find_if(rows.begin(), rows.end(), [this](const Row& row) { return row.error == value_; });
+    return row == rows.end() ? std::string_view{} : row->text;
+}
+
+std::string_view LoginError::localizedDescription() const noexcept {
+    switch (value_) {
+        case loginRequired:
+            return "Not signed in.";
+        case invalidConsumerRights:
+            return "The application lacks the right to do this.";
+        case invalidConsumerKey:
+            return "The application's key is not valid.";
+        case consumerKeyMissing:
+            return "The application's key is missing or not valid.";
+        case noOauthToken:
+            return "The service gave no access token.";
+        case qvUserMigrationRequired:
+            break;
+    }
+    return "The account must be migrated first.";
+}
+
+}  // namespace Tarnwick_API

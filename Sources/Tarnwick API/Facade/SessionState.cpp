@@ -1,0 +1,87 @@
+#include <Tarnwick_API/Facade/TarnwickApi.hpp>
+
+#include <Tarnwick_API/Facade/ApiNotification.hpp>
+#include <Tarnwick_API/Platform/NotificationCenter.hpp>
+
+#include <Tarnwick API/Calls/DeliverCompletion.hpp>
+
+#include <utility>
+
+namespace Tarnwick_API {
+
+void TarnwickApi::postDidLogout() {
+    Platform::NotificationCenter::defaultCenter().post(
+        {.name = ApiNotification{ApiNotification::DidLogout}.name(), .object = shared_from_this()});
+}
+
+void TarnwickApi::login(const std::string& username, const std::string& password, bool qvImport,
+                        Completion<User> onCompletion) {
+    api_->login(
+        username, password, qvImport,
+        [self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<ApiError> loginError) {
+            const auto fail = [self, onCompletion](std::optional<ApiError> error) {
+                self->internalCurrentUser_ = std::nullopt;
+                self->postDidLogout();
+                deliver(onCompletion, std::nullopt, std::move(error));
+            };
+            if (loginError) {
+                fail(std::move(loginError));
+                return;
+            }
+            self->api_->currentUser(
+                [self, fail, onCompletion](std::optional<User> user, std::optional<ApiError> error) {
+                    if (!user) {
+                        fail(std::move(error));
+                        return;
+                    }
+                    self->internalCurrentUser_ = user;
+                    deliver(onCompletion, std::move(user), std::nullopt);
+                });
+        });
+}
+
+void TarnwickApi::logout(Completion<void> onCompletion) {
+    api_->logout([self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<ApiError> error) {
+        self->internalCurrentUser_ = std::nullopt;
+        self->postDidLogout();
+        deliver(onCompletion, std::move(error));
+    });
+}
+
+void TarnwickApi::getCurrentUser(Completion<User> onCompletion) {
+    api_->currentUser([self = shared_from_this(), onCompletion = std::move(onCompletion)](
+                          std::optional<User> user, std::optional<ApiError> error) {
+        if (!user) {
+            deliver(onCompletion, std::nullopt, std::move(error));
+            return;
+        }
+        self->internalCurrentUser_ = user;
+        deliver(onCompletion, std::move(user), std::nullopt);
+    });
+}
+
+void TarnwickApi::setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) {
+    api_->setToken(token, secret,
+                   [self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<User> user,
+                                                                                       std::optional<ApiError> error) {
+                       if (user && !error) {
+                           self->internalCurrentUser_ = user;
+                           deliver(onCompletion, std::move(user), std::nullopt);
+                           return;
+                       }
+                       // Observers still see the old user here, unlike after a failed sign-in.
+                       self->postDidLogout();
+                       self->internalCurrentUser_ = std::nullopt;
+                       deliver(onCompletion, std::nullopt, std::move(error));
+                   });
+}
+
+void TarnwickApi::getStatus(Completion<Status> onCompletion) {
+    api_->getStatus([self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<Status> status,
+                                                                                        std::optional<ApiError> error) {
+        self->internalCurrentStatus_ = status;
+        deliver(onCompletion, std::move(status), std::move(error));
+    });
+}
+
+}  // namespace Tarnwick_API

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <Tarnwick_API/Facade/ApiEnvironment.hpp>
+#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Url.hpp>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace Tarnwick_API {
+
+/// Where one call of the service goes.
+class ApiCall {
+public:
+    ApiCall(const ApiCall&) = delete;
+    ApiCall& operator=(const ApiCall&) = delete;
+    virtual ~ApiCall() = default;
+
+    /// The backend's base URL when the call was made.
+    [[nodiscard]] const std::string& baseUrl() const noexcept { return baseUrl_; }
+    void setBaseUrl(std::string baseUrl) { baseUrl_ = std::move(baseUrl); }
+
+    /// The path below the base URL, without a leading slash.
+    [[nodiscard]] const std::string& urlPath() const noexcept { return urlPath_; }
+
+    /// The base URL with the path appended. A base URL that is none is a programming error and ends the process.
+    [[nodiscard]] Platform::Url url() const;
+
+protected:
+    ApiCall(std::string baseUrl, std::string urlPath) : baseUrl_{std::move(baseUrl)}, urlPath_{std::move(urlPath)} {}
+
+private:
+    std::string baseUrl_;
+    std::string urlPath_;
+};
+
+/// Everything about one call of the version-1 service. Each endpoint has a class of its own; the type that its
+/// answer decodes to is the class's `Answer`, where it has one.
+class ApiCallV1 : public ApiCall {
+public:
+    [[nodiscard]] Platform::HttpMethod method() const noexcept { return method_; }
+    /// Headers beside the standard ones; none for most calls.
+    [[nodiscard]] const std::optional<Platform::HttpHeaders>& headers() const noexcept { return headers_; }
+    /// The call's own parameters and the default ones; of two with one name the default one counts.
+    [[nodiscard]] std::optional<Platform::Parameters> parameters() const;
+    [[nodiscard]] ApiEnvironment environment() const noexcept { return environment_; }
+    [[nodiscard]] Platform::ParameterEncoding encoding() const noexcept { return encoding_; }
+    [[nodiscard]] std::int64_t partnersId() const noexcept { return partnersId_; }
+
+    /// What every call sends: "language", "region", "version", "os", "partnersId", and "clickid" when the preference
+    /// "cid" is set. Made afresh from the user's locale, the main bundle and the preferences.
+    [[nodiscard]] std::map<std::string, std::string> defaultParameters() const;
+
+protected:
+    /// The parts in the order in which every call class keeps them, its own fields between the last two.
+    ApiCallV1(Platform::HttpMethod method, std::string urlPath, std::optional<Platform::HttpHeaders> headers,
+              ApiEnvironment environment, Platform::ParameterEncoding encoding, std::string baseUrl,
+              std::int64_t partnersId);
+
+    [[nodiscard]] virtual Platform::Parameters ownParameters() const { return {}; }
+
+    void setEnvironment(ApiEnvironment environment) noexcept { environment_ = environment; }
+    void setEncoding(Platform::ParameterEncoding encoding) noexcept { encoding_ = encoding; }
+
+private:
+    Platform::HttpMethod method_;
+    std::optional<Platform::HttpHeaders> headers_;
+    ApiEnvironment environment_;
+    Platform::ParameterEncoding encoding_;
+    std::int64_t partnersId_;
+};
+
+}  // namespace Tarnwick_API

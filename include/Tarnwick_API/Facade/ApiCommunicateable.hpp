@@ -1,0 +1,77 @@
+#pragma once
+
+#include <Tarnwick_API/Calls/ApiResult.hpp>
+#include <Tarnwick_API/Calls/Completion.hpp>
+#include <Tarnwick_API/Calls/UserField.hpp>
+#include <Tarnwick_API/Facade/ApiEnvironment.hpp>
+#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Records/Country.hpp>
+#include <Tarnwick_API/Records/Device.hpp>
+#include <Tarnwick_API/Records/FavoriteEntry.hpp>
+#include <Tarnwick_API/Records/Server.hpp>
+#include <Tarnwick_API/Records/Status.hpp>
+#include <Tarnwick_API/Records/User.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Tarnwick_API {
+
+/// A backend: one generation of the service's API as the facade sees it. An application may bring its own, for its
+/// tests say, and give it to `TarnwickApi::setApi`.
+///
+/// Thread: meant for the main thread alone, on which the completions run too. An operation returns nothing and calls
+/// its completion at most once.
+class ApiCommunicateable {
+public:
+    ApiCommunicateable() = default;
+    ApiCommunicateable(const ApiCommunicateable&) = delete;
+    ApiCommunicateable& operator=(const ApiCommunicateable&) = delete;
+    virtual ~ApiCommunicateable() = default;
+
+    /// The signed-in account's name as the backend knows it.
+    [[nodiscard]] virtual std::optional<std::string> username() const = 0;
+
+    [[nodiscard]] virtual ApiEnvironment environment() const = 0;
+    virtual void setEnvironment(ApiEnvironment environment) = 0;
+
+    /// The host that requests name.
+    [[nodiscard]] virtual std::string apiHost() const = 0;
+    [[nodiscard]] virtual std::string baseUrl() const = 0;
+    /// The address that takes the host's place in fallback mode.
+    [[nodiscard]] virtual std::string fallbackIp() const = 0;
+
+    [[nodiscard]] virtual bool useFallbackIp() const = 0;
+    virtual void setUseFallbackIp(bool useFallbackIp) = 0;
+
+    virtual void currentUser(Completion<User> onCompletion) = 0;
+    virtual void login(const std::string& username, const std::string& password, bool qvImport,
+                       Completion<void> onCompletion) = 0;
+    virtual void logout(Completion<void> onCompletion) = 0;
+    /// Adopts a stored access token and fetches its user.
+    virtual void setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) = 0;
+    virtual void getCountries(std::int64_t filterId, std::optional<double> latitude, std::optional<double> longitude,
+                              Completion<std::vector<Country>> onCompletion) = 0;
+    virtual void getServers(std::int64_t filterId, const std::string& countryCode, std::optional<double> latitude,
+                            std::optional<double> longitude, Completion<std::vector<Server>> onCompletion) = 0;
+    virtual void getServer(std::int64_t id, Completion<Server> onCompletion) = 0;
+    virtual void getCandidateServers(std::int64_t filterId, const std::optional<std::string>& countryCode,
+                                     std::optional<std::int64_t> serviceId,
+                                     Completion<std::vector<Server>> onCompletion) = 0;
+    virtual void updateUser(UserField field, const std::string& newValue, Completion<void> onCompletion) = 0;
+    virtual void createUser(const std::string& username, const std::string& password,
+                            Completion<void> onCompletion) = 0;
+    virtual void getStatus(Completion<Status> onCompletion) = 0;
+    virtual void getAuthToken(Completion<std::string> onCompletion) = 0;
+    virtual void getDevices(Completion<std::vector<Device>> onCompletion) = 0;
+    virtual void getDefaultFavorites(std::int64_t filterId, Completion<std::vector<FavoriteEntry>> onCompletion) = 0;
+
+    /// The request primitive that the operations stand on. `retryCount` is the number of attempts already made.
+    virtual void sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
+                             Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
+                             Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) = 0;
+};
+
+}  // namespace Tarnwick_API

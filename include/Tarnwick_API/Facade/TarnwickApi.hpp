@@ -1,0 +1,182 @@
+#pragma once
+
+#include <Tarnwick_API/Calls/Completion.hpp>
+#include <Tarnwick_API/Calls/UserField.hpp>
+#include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
+#include <Tarnwick_API/Facade/ApiEnvironment.hpp>
+#include <Tarnwick_API/Facade/ApiUrl.hpp>
+#include <Tarnwick_API/Facade/ApiVersion.hpp>
+#include <Tarnwick_API/Facade/FilterIds.hpp>
+#include <Tarnwick_API/Facade/ServerProfile.hpp>
+#include <Tarnwick_API/Platform/Uuid.hpp>
+#include <Tarnwick_API/Records/Country.hpp>
+#include <Tarnwick_API/Records/Device.hpp>
+#include <Tarnwick_API/Records/FavoriteEntry.hpp>
+#include <Tarnwick_API/Records/Server.hpp>
+#include <Tarnwick_API/Records/Status.hpp>
+#include <Tarnwick_API/Records/User.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Tarnwick_API {
+
+/// The one object through which an application uses the service.
+///
+/// Thread: meant for the main thread alone. Nothing here waits for the network.
+/// Completion: every operation takes one, last. It runs at most once, on the main queue (`Platform::MainQueue`), with a
+/// result or an error; with neither when the service answered without usable data. Only when the service is out of
+/// reach already at the call is it told so at once, inside the call. A failed transfer is tried again up to five times
+/// within about six seconds before `ResponseError::notReachable` is reported. On the version-2 backend no completion
+/// ever runs.
+/// Lifetime: operations under way keep the facade alive; the application may drop it at any time, inside a completion
+/// too, and its completions still run.
+/// Errors: `ResponseError` for what HTTP says; others where an operation names them. No argument is checked here.
+class TarnwickApi final : public std::enable_shared_from_this<TarnwickApi> {
+    struct Key {
+        explicit Key() = default;
+    };
+
+public:
+    /// Makes a facade in environment `live`; set `environment` next if another is meant.
+    /// `keychainService`: the name under which the access token is kept. `uuid`: identifies this installation; keep
+    /// it between runs.
+    [[nodiscard]] static std::shared_ptr<TarnwickApi> create(ApiVersion apiVersion, std::string consumerKey,
+                                                             std::string consumerSecret, std::int64_t partnersId,
+                                                             const Platform::Uuid& uuid, std::string keychainService,
+                                                             const FilterIds& filterIds, ApiUrl apiUrl);
+
+    TarnwickApi() = delete;
+    TarnwickApi(Key, ApiVersion apiVersion, std::string consumerKey, std::string consumerSecret,
+                std::int64_t partnersId, const Platform::Uuid& uuid, std::string keychainService,
+                const FilterIds& filterIds, ApiUrl apiUrl);
+    TarnwickApi(const TarnwickApi&) = delete;
+    TarnwickApi& operator=(const TarnwickApi&) = delete;
+    ~TarnwickApi() = default;
+
+    /// The user of the last successful `login`, `setToken` or `getCurrentUser`; none when signed out. Asks nobody.
+    [[nodiscard]] std::optional<User> currentUser() const { return internalCurrentUser_; }
+    /// What the last `getStatus` brought; none when it failed. Asks nobody.
+    [[nodiscard]] std::optional<Status> currentStatus() const { return internalCurrentStatus_; }
+    /// The signed-in account's name as the backend knows it; empty when there is none.
+    [[nodiscard]] std::string username() const;
+
+    /// These six reach a backend only when one is made: assign `version` to make one.
+    [[nodiscard]] const std::string& keychainTokenSerivce() const noexcept { return keychainTokenSerivce_; }
+    void setKeychainTokenSerivce(std::string service) { keychainTokenSerivce_ = std::move(service); }
+    [[nodiscard]] const std::string& consumerKey() const noexcept { return consumerKey_; }
+    void setConsumerKey(std::string consumerKey) { consumerKey_ = std::move(consumerKey); }
+    [[nodiscard]] const std::string& consumerSecret() const noexcept { return consumerSecret_; }
+    void setConsumerSecret(std::string consumerSecret) { consumerSecret_ = std::move(consumerSecret); }
+    [[nodiscard]] std::int64_t partnersId() const noexcept { return partnersId_; }
+    void setPartnersId(std::int64_t partnersId) noexcept { partnersId_ = partnersId; }
+    [[nodiscard]] const ApiUrl& apiUrl() const noexcept { return apiUrl_; }
+    void setApiUrl(ApiUrl apiUrl) { apiUrl_ = std::move(apiUrl); }
+    [[nodiscard]] const Platform::Uuid& uid() const noexcept { return uid_; }
+    void setUid(const Platform::Uuid& uid) { uid_ = uid; }
+
+    /// Read afresh by every catalogue operation.
+    [[nodiscard]] const FilterIds& filters() const noexcept { return filters_; }
+    void setFilters(const FilterIds& filters) noexcept { filters_ = filters; }
+
+    /// Which installation of the service is addressed; holds for requests made from now on.
+    [[nodiscard]] ApiEnvironment environment() const noexcept { return environment_; }
+    void setEnvironment(ApiEnvironment environment);
+
+    [[nodiscard]] std::string baseUrl() const { return api_->baseUrl(); }
+    [[nodiscard]] std::string apiHost() const { return api_->apiHost(); }
+    [[nodiscard]] std::string fallbackIp() const { return api_->fallbackIp(); }
+
+    /// Whether requests go to a fixed address instead of the host's name; holds for requests made from now on.
+    [[nodiscard]] bool useFallbackIp() const { return api_->useFallbackIp(); }
+    void setUseFallbackIp(bool useFallbackIp);
+
+    /// The backend.
+    [[nodiscard]] const std::shared_ptr<ApiCommunicateable>& api() const noexcept { return api_; }
+    /// Puts another backend in place; it must not be null.
+    void setApi(std::shared_ptr<ApiCommunicateable> api);
+
+    /// Assigning, also the same version again, makes a new backend from the current settings. The old one's
+    /// in-memory access token goes with it.
+    [[nodiscard]] ApiVersion version() const noexcept { return version_; }
+    void setVersion(ApiVersion version);
+
+    /// A new backend; takes the keychain service and the environment from this facade.
+    [[nodiscard]] std::shared_ptr<ApiCommunicateable> apiFactory(ApiVersion version,
+                                                                 std::optional<std::string> consumerKey,
+                                                                 std::optional<std::string> consumerSecret,
+                                                                 std::int64_t partnersId, const Platform::Uuid& uuid,
+                                                                 const ApiUrl& apiUrl) const;
+
+    /// Creates an account; does not sign in. Errors: `SignupError::usernameAlreadyExists` for a taken name.
+    void createUser(const std::string& username, const std::string& password, Completion<void> onCompletion);
+
+    /// Signs in, stores the access token in the keychain and fetches the user. A failure of either step clears
+    /// `currentUser` and posts `ApiNotification::DidLogout`. `qvImport` asks the service to take over an account of
+    /// the legacy system. Errors: `LoginError`; a wrong name or password is `ResponseError::unauthorized`.
+    void login(const std::string& username, const std::string& password, bool qvImport, Completion<User> onCompletion);
+
+    /// Signs out. Whatever the outcome, `currentUser` is cleared and `ApiNotification::DidLogout` posted. Errors:
+    /// `Platform::DecodingError` ("Not logged in Error.") when nobody is signed in.
+    void logout(Completion<void> onCompletion);
+
+    /// Fetches the user. A failure leaves `currentUser` as it was.
+    void getCurrentUser(Completion<User> onCompletion);
+
+    /// Lists countries. `latitude` and `longitude`, in degrees, let the service compute distances; both or neither.
+    void getCountries(ServerProfile profile, std::optional<double> latitude, std::optional<double> longitude,
+                      Completion<std::vector<Country>> onCompletion);
+
+    /// Lists the servers of one country ("DE").
+    void getServers(const std::string& countryCode, std::optional<double> latitude, std::optional<double> longitude,
+                    Completion<std::vector<Server>> onCompletion);
+
+    /// Lists servers that the service proposes: of one country; or, without one and for general use, across all.
+    /// `serviceId` asks for servers that reach a content service, and counts only together with a country.
+    void getCandidateServers(const std::optional<std::string>& countryCode, ServerProfile profile,
+                             std::optional<std::int64_t> serviceId, Completion<std::vector<Server>> onCompletion);
+
+    /// Reads one server with its configurations.
+    void getServer(std::int64_t id, Completion<Server> onCompletion);
+
+    /// Changes one part of the account; `currentUser` shows it after the next fetch.
+    void updateUser(UserField field, const std::string& newValue, Completion<void> onCompletion);
+
+    /// Adopts an access token kept from an earlier run and fetches its user. On failure the token is given up,
+    /// `ApiNotification::DidLogout` is posted and `currentUser` cleared, in this order.
+    void setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion);
+
+    /// Reads the service's status into `currentStatus`.
+    void getStatus(Completion<Status> onCompletion);
+
+    /// Reads the user's authentication token.
+    void getAuthToken(Completion<std::string> onCompletion);
+
+    /// Lists the devices on which the account is signed in.
+    void getDevices(Completion<std::vector<Device>> onCompletion);
+
+    /// Lists the default favourites, servers and countries mixed; none when there are none.
+    void getDefaultFavorites(Completion<std::vector<FavoriteEntry>> onCompletion);
+
+private:
+    void postDidLogout();
+
+    std::optional<User> internalCurrentUser_;
+    std::optional<Status> internalCurrentStatus_;
+    std::string keychainTokenSerivce_;
+    std::string consumerKey_;
+    std::string consumerSecret_;
+    std::int64_t partnersId_;
+    ApiUrl apiUrl_;
+    FilterIds filters_;
+    ApiEnvironment environment_ = ApiEnvironment::live;
+    bool useFallbackIp_ = false;
+    Platform::Uuid uid_;
+    ApiVersion version_;
+    std::shared_ptr<ApiCommunicateable> api_;
+};
+
+}  // namespace Tarnwick_API
