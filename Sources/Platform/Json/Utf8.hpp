@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace Platform {
+
+/// `text` with each ill-formed UTF-8 sequence replaced by U+FFFD, one per maximal part as Unicode recommends.
+[[nodiscard]] std::string mendedUtf8(std::string_view text);
+
+}  // namespace Platform
