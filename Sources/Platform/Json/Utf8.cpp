@@ -7,8 +7,12 @@
 
 namespace Platform {
 
+bool isValidUtf8(std::string_view text) noexcept {
+    return simdjson::validate_utf8(text.data(), text.size());
+}
+
 std::string mendedUtf8(std::string_view text) {
-    if (simdjson::validate_utf8(text)) {
+    if (isValidUtf8(text)) {
         return std::string{text};
     }
     std::string mended;
