@@ -69,7 +69,7 @@ void BuiltInMainQueue::soon(Task task) {
 }
 
 void BuiltInMainQueue::after(std::chrono::nanoseconds delay, Task task) {
-    state_->add(steadyNow() + delay, std::move(task));
+    state_->add(TaskSchedule::dueAfter(steadyNow(), delay), std::move(task));
 }
 
 void BuiltInMainQueue::run() {

@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Platform/MainQueue.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <map>
@@ -15,7 +16,17 @@ class TaskSchedule {
 public:
     using Time = std::chrono::nanoseconds;
 
-    void add(Time due, MainQueue::Task task) { tasks_.emplace(std::pair{due, nextNumber_++}, std::move(task)); }
+    /// Adds `task`; an empty one has nothing to run and is dropped, as it would read as "none" further on.
+    void add(Time due, MainQueue::Task task) {
+        if (task) {
+            tasks_.emplace(std::pair{due, nextNumber_++}, std::move(task));
+        }
+    }
+
+    /// `delay` after `now`: a negative delay counts as none, an endless one as the end of the clock.
+    [[nodiscard]] static Time dueAfter(Time now, Time delay) {
+        return delay > Time::max() - now ? Time::max() : now + std::max(delay, Time::zero());
+    }
 
     [[nodiscard]] std::optional<Time> nextDue() const {
         return tasks_.empty() ? std::nullopt : std::optional{tasks_.begin()->first.first};

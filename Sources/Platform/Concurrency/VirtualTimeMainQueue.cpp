@@ -14,7 +14,7 @@ public:
     void add(std::chrono::nanoseconds delay, Task task) {
         {
             const std::lock_guard lock{mutex_};
-            schedule_.add(now_ + delay, std::move(task));
+            schedule_.add(TaskSchedule::dueAfter(now_, delay), std::move(task));
         }
         added_.notify_one();
     }
@@ -44,7 +44,7 @@ public:
         const std::lock_guard lock{mutex_};
         const auto due = schedule_.nextDue();
         if (!due || (limit && *due > *limit)) {
-            now_ = limit.value_or(now_);
+            now_ = std::max(now_, limit.value_or(now_));
             return false;
         }
         now_ = std::max(now_, *due);
@@ -95,7 +95,7 @@ void VirtualTimeMainQueue::runReady() {
 }
 
 void VirtualTimeMainQueue::advance(std::chrono::nanoseconds duration) {
-    const auto end = state_->now() + duration;
+    const auto end = TaskSchedule::dueAfter(state_->now(), duration);
     while (state_->moveToNext(end)) {
         runReady();
     }

@@ -31,7 +31,7 @@ public:
     [[nodiscard]] std::string languageTag() const;
 
     /// The name of the region with this code ("DE", "de", "DEU") in this locale's language, or in English when the
-    /// locale has none; none for an unknown code.
+    /// locale has no language or no name is known in it; none for an unknown code.
     [[nodiscard]] std::optional<std::string> localizedRegionName(std::string_view regionCode) const;
 
 private:

@@ -15,6 +15,9 @@ namespace Platform {
 ///
 /// What is written holds the consumer secret and the access token (in "Authorization" headers and in answers);
 /// passwords in request bodies are masked. Switch it on for development, not in a shipped product.
+///
+/// An exception of a sink is reported on standard error by the logger and goes no further. What the library would log
+/// while a sink calls it is dropped.
 class Logging {
 public:
     enum class Severity { debug, info, warning, error };

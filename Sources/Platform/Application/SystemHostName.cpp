@@ -1,0 +1,64 @@
+#include <Platform/Application/SystemHostName.hpp>
+
+#include <Platform/Application/MachineInfo.hpp>
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <iterator>
+#include <limits>
+
+#include <unicode/ustring.h>
+#include <unistd.h>
+
+namespace Platform {
+
+namespace {
+
+// A name ends up in JSON bodies, which hold nothing but UTF-8.
+bool isUtf8(std::string_view text) {
+    if (text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+        return false;
+    }
+    auto status = U_ZERO_ERROR;
+    std::int32_t length = 0;
+    u_strFromUTF8(nullptr, 0, &length, text.data(), static_cast<std::int32_t>(text.size()), &status);
+    return status != U_INVALID_CHAR_FOUND;
+}
+
+bool isUsable(std::string_view name) {
+    return !name.empty() && isUtf8(name);
+}
+
+std::string machineInfoText() {
+    std::ifstream file{"/etc/machine-info", std::ios::binary};
+    return {std::istreambuf_iterator<char>{file}, {}};
+}
+
+std::string networkName() {
+    // One more byte than is offered: a name that is cut off comes without its terminator.
+    std::array<char, 257> buffer{};
+    if (gethostname(buffer.data(), buffer.size() - 1) != 0) {
+        return {};
+    }
+    return buffer.data();
+}
+
+}  // namespace
+
+std::optional<std::string> displayHostName(std::string_view machineInfo, std::string_view networkName) {
+    constexpr std::array<std::string_view, 3> meaningless{"localhost", "localhost.localdomain", "(none)"};
+    if (auto name = prettyHostName(machineInfo); name && isUsable(*name)) {
+        return name;
+    }
+    if (!isUsable(networkName) || std::ranges::find(meaningless, networkName) != meaningless.end()) {
+        return std::nullopt;
+    }
+    return std::string{networkName};
+}
+
+std::optional<std::string> systemHostName() {
+    return displayHostName(machineInfoText(), networkName());
+}
+
+}  // namespace Platform

@@ -1,0 +1,90 @@
+#include <Tarnwick_API/Platform/Logging.hpp>
+
+#include <Platform/Logging/DebugChannel.hpp>
+#include <Platform/Logging/HostSink.hpp>
+
+#include <mutex>
+#include <utility>
+
+#include <spdlog/logger.h>
+
+namespace Platform {
+
+namespace {
+
+struct Installed {
+    std::mutex mutex;
+    std::shared_ptr<spdlog::logger> logger;
+};
+
+// Never destroyed: other threads may still log while the process exits.
+Installed& installed() {
+    static auto& value = *std::make_unique<Installed>().release();
+    return value;
+}
+
+// Whether this thread is inside the host's sinks. What they make the library log must not come back to them: their
+// locks are held, and each entry would bring forth the next.
+thread_local bool isWriting = false;
+
+class WritingMark {
+public:
+    WritingMark() noexcept { isWriting = true; }
+    ~WritingMark() { isWriting = false; }
+    WritingMark(const WritingMark&) = delete;
+    WritingMark& operator=(const WritingMark&) = delete;
+};
+
+}  // namespace
+
+void Logging::setLogger(std::shared_ptr<spdlog::logger> logger) {
+    auto& current = installed();
+    {
+        const std::lock_guard lock{current.mutex};
+        DebugChannel::hasLogger_.store(logger != nullptr, std::memory_order_relaxed);
+        current.logger.swap(logger);
+    }
+    // The replaced logger, and with it what the host's sink holds, goes outside the lock.
+}
+
+void Logging::setSink(Sink sink) {
+    if (!sink) {
+        setLogger(nullptr);
+        return;
+    }
+    // Made by hand: the factory functions would claim the name in the process-wide registry.
+    auto logger = std::make_shared<spdlog::logger>("Tarnwick_API", std::make_shared<HostSink>(std::move(sink)));
+    logger->set_level(spdlog::level::debug);
+    setLogger(std::move(logger));
+}
+
+std::shared_ptr<spdlog::logger> Logging::logger() {
+    auto& current = installed();
+    const std::lock_guard lock{current.mutex};
+    return current.logger;
+}
+
+bool DebugChannel::loggerTakesDebug() noexcept {
+    if (isWriting) {
+        return false;
+    }
+    const auto logger = Logging::logger();
+    return logger && (logger->should_log(spdlog::level::debug) || logger->should_backtrace());
+}
+
+void DebugChannel::write(std::string_view message, const char* function, std::source_location place) {
+    const auto logger = isWriting ? nullptr : Logging::logger();
+    if (!logger) {
+        return;
+    }
+    const WritingMark mark;
+    try {
+        logger->log(spdlog::source_loc{place.file_name(), static_cast<int>(place.line()), function},
+                    spdlog::level::debug, spdlog::string_view_t{message.data(), message.size()});
+    } catch (...) {
+        // The logger has reported its sinks' failures by now; what its own report throws must not fail a request.
+        return;
+    }
+}
+
+}  // namespace Platform
