@@ -1,11 +1,29 @@
 #include <Platform/Json/Utf8.hpp>
 
+#include <cstddef>
+
 #include <simdjson.h>
+#include <unicode/utf8.h>
 
 namespace Platform {
 
 bool isValidUtf8(std::string_view text) noexcept {
     return simdjson::validate_utf8(text.data(), text.size());
+}
+
+std::string mendedUtf8(std::string_view text) {
+    if (isValidUtf8(text)) {
+        return std::string{text};
+    }
+    std::string mended;
+    mended.reserve(text.size() + 8);
+    for (std::size_t position = 0; position < text.size();) {
+        const std::size_t start = position;
+        UChar32 character = 0;
+        U8_NEXT(text.data(), position, text.size(), character);
+        mended.append(character < 0 ? std::string_view{"\xEF\xBF\xBD"} : text.substr(start, position - start));
+    }
+    return mended;
 }
 
 }  // namespace Platform

@@ -11,6 +11,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace Platform {
@@ -19,6 +21,15 @@ enum class JsonType { null, boolean, number, string, array, object };
 
 class JsonObject;
 class JsonArray;
+
+/// Where a value stands in its document; opaque.
+using JsonHandle = std::array<std::uint64_t, 2>;
+
+/// What a JSON value can be read as.
+template <typename T>
+concept JsonReadable =
+    std::same_as<T, bool> || std::same_as<T, std::int64_t> || std::same_as<T, double> || std::same_as<T, std::string> ||
+    std::same_as<T, std::string_view> || std::same_as<T, JsonObject> || std::same_as<T, JsonArray>;
 
 /// One value of a parsed JSON text. A view: valid while its `JsonDocument` lives.
 class JsonValue {
@@ -34,18 +45,16 @@ public:
     [[nodiscard]] std::optional<JsonObject> object() const noexcept;
     [[nodiscard]] std::optional<JsonArray> array() const noexcept;
 
-    /// Strict reads: throw `DecodingError` with an empty path when the value is null, of another type, or a number
+    /// Strict read: throws `DecodingError` with an empty path when the value is null, of another type, or a number
     /// that does not fit.
-    template <typename T>
+    template <JsonReadable T>
     [[nodiscard]] T require() const;
 
 private:
     friend class JsonDocument;
-    friend class JsonObject;
-    friend class JsonArray;
-    using Storage = std::array<std::uint64_t, 2>;
-    explicit JsonValue(const Storage& storage) noexcept : storage_{storage} {}
-    Storage storage_;
+    friend struct JsonAccess;
+    explicit JsonValue(const JsonHandle& handle) noexcept : handle_{handle} {}
+    JsonHandle handle_;
 };
 
 /// The members of one JSON object. Names are matched byte for byte after unescaping; of several members of one
@@ -55,24 +64,31 @@ public:
     /// The member's value, null included, or none when it is missing. Neither throws nor allocates.
     [[nodiscard]] std::optional<JsonValue> find(std::string_view key) const noexcept;
 
-    /// The member, which must be present, not null, and of type `T`: `bool`, `std::int64_t`, `double`,
-    /// `std::string`, `std::string_view`, `JsonObject` or `JsonArray`. Throws `DecodingError` otherwise.
-    template <typename T>
+    /// The member, which must be present, not null, and of type `T`. Throws `DecodingError` otherwise.
+    template <JsonReadable T>
     [[nodiscard]] T require(std::string_view key) const;
 
     /// The member, or none when it is missing or null. Throws `DecodingError` when it is of another type than `T`.
-    template <typename T>
+    template <JsonReadable T>
     [[nodiscard]] std::optional<T> ifPresent(std::string_view key) const;
 
     /// What `read` makes of the member, which must be an object. Errors thrown inside name the path from here.
-    template <typename Read>
+    template <std::invocable<JsonObject> Read>
     [[nodiscard]] auto nested(std::string_view key, Read&& read) const;
 
+    /// As `nested`, but none when the member is missing or null.
+    template <std::invocable<JsonObject> Read>
+    [[nodiscard]] auto nestedIfPresent(std::string_view key, Read&& read) const;
+
+    /// What `read` makes of each element of the member, which must be an array. Errors thrown inside name the path
+    /// from here.
+    template <std::invocable<JsonValue> Read>
+    [[nodiscard]] auto nestedArray(std::string_view key, Read&& read) const;
+
 private:
-    friend class JsonValue;
-    explicit JsonObject(const JsonValue::Storage& storage) noexcept : storage_{storage} {}
-    [[noreturn]] static void throwKeyNotFound(std::string_view key);
-    JsonValue::Storage storage_;
+    friend struct JsonAccess;
+    explicit JsonObject(const JsonHandle& handle) noexcept : handle_{handle} {}
+    JsonHandle handle_;
 };
 
 /// The elements of one JSON array. A view: valid while its `JsonDocument` lives.
@@ -80,8 +96,12 @@ class JsonArray {
 public:
     [[nodiscard]] std::size_t size() const noexcept;
 
+    /// Calls `visit` with each element in turn. Errors thrown inside name the path from here.
+    template <std::invocable<JsonValue> Visit>
+    void forEach(Visit&& visit) const;
+
     /// What `read` makes of each element in turn. Errors thrown inside name the path from here.
-    template <typename Read>
+    template <std::invocable<JsonValue> Read>
     [[nodiscard]] auto map(Read&& read) const;
 
     /// Walks the elements in order.
@@ -93,82 +113,47 @@ public:
 
     private:
         friend class JsonArray;
-        explicit Iterator(const JsonValue::Storage& storage) noexcept : storage_{storage} {}
-        JsonValue::Storage storage_;
+        explicit Iterator(const JsonHandle& handle) noexcept : handle_{handle} {}
+        JsonHandle handle_;
     };
     [[nodiscard]] Iterator begin() const noexcept;
     [[nodiscard]] Iterator end() const noexcept;
 
 private:
-    friend class JsonValue;
-    explicit JsonArray(const JsonValue::Storage& storage) noexcept : storage_{storage} {}
-    JsonValue::Storage storage_;
+    friend struct JsonAccess;
+    explicit JsonArray(const JsonHandle& handle) noexcept : handle_{handle} {}
+    JsonHandle handle_;
 };
 
-/// A parsed JSON text (RFC 8259, UTF-8, an optional byte-order mark, at most 512 containers deep).
+/// A parsed JSON text (RFC 8259, UTF-8, an optional byte-order mark, at most 512 containers deep). Any number of them
+/// may live at a time, on any threads; each thread keeps one parser with its buffers for the next document.
 class JsonDocument {
 public:
     /// Parses `text` and throws `DecodingError` (`dataCorrupted`, empty path) when it is no JSON. The text is not
     /// needed afterwards. It is read in place when its capacity leaves `padding` bytes behind its end, else copied.
     explicit JsonDocument(const Bytes& text);
-    ~JsonDocument();
+    ~JsonDocument() = default;
     JsonDocument(const JsonDocument&) = delete;
     JsonDocument& operator=(const JsonDocument&) = delete;
 
-    [[nodiscard]] JsonValue root() const noexcept;
+    [[nodiscard]] JsonValue root() const noexcept { return JsonValue{root_}; }
 
     /// Spare bytes that let a text be parsed without a copy.
     static constexpr std::size_t padding = 64;
 
 private:
     class Parser;
-    friend struct ParserPool;
-    std::unique_ptr<Parser> parser_;
-    JsonValue::Storage root_{};
+    struct GiveBack {
+        void operator()(Parser* parser) const noexcept;
+    };
+    using Lease = std::unique_ptr<Parser, GiveBack>;
+    static Lease leaseParser();
+
+    Lease parser_;
+    JsonHandle root_{};
 };
 
-template <>
-bool JsonValue::require<bool>() const;
-template <>
-std::int64_t JsonValue::require<std::int64_t>() const;
-template <>
-double JsonValue::require<double>() const;
-template <>
-std::string_view JsonValue::require<std::string_view>() const;
-template <>
-std::string JsonValue::require<std::string>() const;
-template <>
-JsonObject JsonValue::require<JsonObject>() const;
-template <>
-JsonArray JsonValue::require<JsonArray>() const;
-
-template <typename T>
-T JsonObject::require(std::string_view key) const {
-    const auto member = find(key);
-    if (!member) {
-        throwKeyNotFound(key);
-    }
-    try {
-        return member->require<T>();
-    } catch (const DecodingError& error) {
-        throw error.within(std::string{key});
-    }
-}
-
-template <typename T>
-std::optional<T> JsonObject::ifPresent(std::string_view key) const {
-    const auto member = find(key);
-    if (!member || member->type() == JsonType::null) {
-        return std::nullopt;
-    }
-    try {
-        return member->require<T>();
-    } catch (const DecodingError& error) {
-        throw error.within(std::string{key});
-    }
-}
-
-template <typename Read>
+template <std::invocable<JsonObject> Read>
 auto JsonObject::nested(std::string_view key, Read&& read) const {
     const auto object = require<JsonObject>(key);
     try {
@@ -178,17 +163,45 @@ auto JsonObject::nested(std::string_view key, Read&& read) const {
     }
 }
 
-template <typename Read>
-auto JsonArray::map(Read&& read) const {
-    std::vector<decltype(read(std::declval<JsonValue>()))> results;
-    results.reserve(size());
+template <std::invocable<JsonObject> Read>
+auto JsonObject::nestedIfPresent(std::string_view key, Read&& read) const {
+    using Result = std::optional<std::invoke_result_t<Read, JsonObject>>;
+    const auto object = ifPresent<JsonObject>(key);
+    try {
+        return object ? Result{read(*object)} : Result{};
+    } catch (const DecodingError& error) {
+        throw error.within(std::string{key});
+    }
+}
+
+template <std::invocable<JsonValue> Read>
+auto JsonObject::nestedArray(std::string_view key, Read&& read) const {
+    const auto array = require<JsonArray>(key);
+    try {
+        return array.map(read);
+    } catch (const DecodingError& error) {
+        throw error.within(std::string{key});
+    }
+}
+
+template <std::invocable<JsonValue> Visit>
+void JsonArray::forEach(Visit&& visit) const {
+    std::size_t index = 0;
     try {
         for (const JsonValue element : *this) {
-            results.push_back(read(element));
+            visit(element);
+            ++index;
         }
     } catch (const DecodingError& error) {
-        throw error.within(results.size());
+        throw error.within(index);
     }
+}
+
+template <std::invocable<JsonValue> Read>
+auto JsonArray::map(Read&& read) const {
+    std::vector<std::invoke_result_t<Read, JsonValue>> results;
+    results.reserve(size());
+    forEach([&](const JsonValue element) { results.push_back(read(element)); });
     return results;
 }
 

@@ -1,0 +1,80 @@
+#include <Tarnwick_API/Platform/Json.hpp>
+
+#include <Platform/Json/LongIntegers.hpp>
+
+#include <bit>
+#include <new>
+
+#include <simdjson.h>
+
+namespace Platform {
+
+namespace {
+
+constexpr std::size_t greatestDepth = 512;
+
+/// A parser keeps some three times the longest text it has read. Beyond this length its memory is worth more than the
+/// time of getting it again.
+constexpr std::size_t longestTextToKeepBuffersFor = std::size_t{8} << 20U;
+
+static_assert(JsonDocument::padding >= simdjson::SIMDJSON_PADDING);
+
+}  // namespace
+
+class JsonDocument::Parser {
+public:
+    Parser() {
+        if (parser_.allocate(0, greatestDepth) != simdjson::SUCCESS) {
+            throw std::bad_alloc{};
+        }
+    }
+
+    simdjson::error_code parse(std::string_view text, bool padded, simdjson::dom::element& root) noexcept {
+        return parser_.parse(text.data(), text.size(), !padded).get(root);
+    }
+
+    [[nodiscard]] bool isWorthKeeping() const noexcept { return parser_.capacity() <= longestTextToKeepBuffersFor; }
+
+    /// The calling thread's parser while no document uses it.
+    static std::unique_ptr<Parser>& idle() noexcept {
+        thread_local std::unique_ptr<Parser> parser;
+        return parser;
+    }
+
+private:
+    simdjson::dom::parser parser_;
+};
+
+void JsonDocument::GiveBack::operator()(Parser* parser) const noexcept {
+    std::unique_ptr<Parser> owned{parser};
+    if (owned->isWorthKeeping()) {
+        Parser::idle() = std::move(owned);
+    }
+}
+
+JsonDocument::Lease JsonDocument::leaseParser() {
+    auto& idle = Parser::idle();
+    return Lease{idle ? idle.release() : std::make_unique<Parser>().release()};
+}
+
+JsonDocument::JsonDocument(const Bytes& text) : parser_{leaseParser()} {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    std::string_view json = text;
+    if (json.starts_with(byteOrderMark)) {
+        json.remove_prefix(byteOrderMark.size());
+    }
+    simdjson::dom::element root;
+    simdjson::error_code error = parser_->parse(json, text.capacity() - text.size() >= padding, root);
+    if (error == simdjson::NUMBER_ERROR) {
+        error = parser_->parse(withLongIntegersAsReals(json), true, root);
+    }
+    if (error == simdjson::MEMALLOC) {
+        throw std::bad_alloc{};
+    }
+    if (error != simdjson::SUCCESS) {
+        throw DecodingError{DecodingError::Kind::dataCorrupted, {}, "The given data was not valid JSON."};
+    }
+    root_ = std::bit_cast<JsonHandle>(root);
+}
+
+}  // namespace Platform

@@ -1,0 +1,99 @@
+#include <Tarnwick API/Records/NumberText.hpp>
+
+#include <Tarnwick_API/Records/JsonDecodeError.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <system_error>
+#include <version>
+
+#if __has_include(<xlocale.h>)
+#include <xlocale.h>
+#else
+#include <locale.h>
+#endif
+
+namespace Tarnwick_API {
+
+namespace {
+
+/// The application may have set any locale, and some write a decimal comma. Lives as long as the process.
+locale_t cLocale() {
+    static const locale_t locale = [] {
+        const locale_t created = newlocale(LC_ALL_MASK, "C", nullptr);
+        if (created == nullptr) {
+            throw std::bad_alloc{};
+        }
+        return created;
+    }();
+    return locale;
+}
+
+/// `text` has a NUL behind its last character and none before.
+std::optional<double> parseTerminated(const char* text, std::size_t length) {
+    const int errorBefore = errno;
+    errno = 0;
+    char* end = nullptr;
+    const double number = strtod_l(text, &end, cLocale());
+    const bool outOfRange = errno == ERANGE && (number == 0 || std::isinf(number));
+    errno = errorBefore;
+    return end == text + length && !outOfRange ? std::optional{number} : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::int64_t> parseInt(std::string_view text) noexcept {
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+        if (text.starts_with('-')) {
+            return std::nullopt;
+        }
+    }
+    std::int64_t number = 0;
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    return result.ec == std::errc{} && result.ptr == end ? std::optional{number} : std::nullopt;
+}
+
+std::optional<double> parseDouble(std::string_view text) {
+#ifdef __cpp_lib_to_chars
+    // Where the standard library has it, this is three times as fast. It knows all forms but hexadecimal and the plus.
+    double number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (result.ec == std::errc{} && result.ptr == text.data() + text.size()) {
+        return number;
+    }
+#endif
+    constexpr std::string_view blanks = "\t\n\v\f\r ";
+    if (text.empty() || blanks.find(text.front()) != std::string_view::npos ||
+        text.find('\0') != std::string_view::npos) {
+        return std::nullopt;
+    }
+    std::array<char, 64> terminated{};
+    if (text.size() < terminated.size()) {
+        std::copy(text.begin(), text.end(), terminated.begin());
+        return parseTerminated(terminated.data(), text.size());
+    }
+    return parseTerminated(std::string{text}.c_str(), text.size());
+}
+
+std::int64_t requireIntText(const Platform::JsonObject& object, std::string_view key) {
+    const auto number = parseInt(object.require<std::string_view>(key));
+    if (!number) {
+        throw JsonDecodeError{JsonDecodeError::IntParsingFailed};
+    }
+    return *number;
+}
+
+std::optional<double> requireDoubleText(const Platform::JsonObject& object, std::string_view key) {
+    return parseDouble(object.require<std::string_view>(key));
+}
+
+}  // namespace Tarnwick_API

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Records/ApiItem.hpp>
+#include <Tarnwick_API/Records/CountryNameable.hpp>
+#include <Tarnwick_API/Records/FavoriteItem.hpp>
+#include <Tarnwick_API/Records/LocationType.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace Tarnwick_API {
+
+/// A country that one can connect to, or a content service in it, with its load.
+struct Country : ApiItem, CountryNameable {
+    std::string countryCode;
+    bool full = false;
+    std::optional<std::int64_t> maxUsers;
+    std::optional<std::int64_t> currentUsers;
+    /// As the service computes it, in its own unit.
+    std::optional<double> distance;
+    std::optional<std::string> serviceName;
+    std::optional<std::int64_t> serviceId;
+    std::optional<LocationType> type;
+
+    Country() = default;
+    /// The id is 0, not the favourite's.
+    explicit Country(FavoriteItem item);
+
+    /// The country's name in the user's language; for the service's own code "AB", the application's text
+    /// "CountryNameReturn", by default "Private IP"; empty for an unknown code.
+    [[nodiscard]] std::string localizedCountryName() const;
+
+    [[nodiscard]] static Country decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
+};
+
+static_assert(CountryNamed<Country>);
+
+}  // namespace Tarnwick_API

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Records/Country.hpp>
+#include <Tarnwick_API/Records/FavoriteItem.hpp>
+#include <Tarnwick_API/Records/Server.hpp>
+
+#include <variant>
+#include <vector>
+
+namespace Tarnwick_API {
+
+/// A favourite as the record that it stands for.
+using FavoriteEntry = std::variant<Server, Country>;
+
+/// A server for a favourite with an address, otherwise a country.
+[[nodiscard]] FavoriteEntry favoriteEntryFrom(FavoriteItem item);
+
+/// The favourites of a list, in its order. Throws `Platform::DecodingError`.
+[[nodiscard]] std::vector<FavoriteEntry> decodeFavoriteEntries(const Platform::Bytes& bytes);
+
+}  // namespace Tarnwick_API

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Records/ApiItem.hpp>
+#include <Tarnwick_API/Records/LocationType.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace Tarnwick_API {
+
+/// One favourite: a server when it has an address, otherwise a whole country.
+struct FavoriteItem : ApiItem {
+    std::optional<std::string> ip;
+    std::string countryCode;
+    /// The server's, or the content service's.
+    std::optional<std::string> name;
+    std::optional<std::int64_t> serviceId;
+    std::optional<LocationType> type;
+
+    [[nodiscard]] bool isServer() const noexcept { return ip.has_value(); }
+
+    /// Never fails: what can't be read counts as missing.
+    [[nodiscard]] static FavoriteItem decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
+};
+
+}  // namespace Tarnwick_API

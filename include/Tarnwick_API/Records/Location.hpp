@@ -1,0 +1,24 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+
+#include <optional>
+#include <string>
+
+namespace Tarnwick_API {
+
+/// The client's public address, and where the service believes it to be.
+struct Location {
+    std::string ip;
+    /// The country's name as the service writes it.
+    std::string country;
+    std::string countryCode;
+    std::optional<std::string> city;
+    /// Degrees.
+    std::optional<double> latitude;
+    std::optional<double> longitude;
+
+    [[nodiscard]] static Location decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
+};
+
+}  // namespace Tarnwick_API

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Records/ClientVersion.hpp>
+
+namespace Tarnwick_API {
+
+/// The oldest client versions that the service accepts.
+struct MinVersion {
+    ClientVersion mac;
+
+    [[nodiscard]] static MinVersion decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
+};
+
+}  // namespace Tarnwick_API

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Records/ServerConfiguration.hpp>
+#include <Tarnwick_API/Records/ServerStatistics.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Tarnwick_API {
+
+/// A server as a single look-up describes it.
+struct ServerLong {
+    struct Location {
+        std::string countrycode;
+        std::string language;
+        std::optional<std::string> city;
+    };
+    using Statistics = ServerStatistics;
+    using Configuration = ServerConfiguration;
+
+    std::int64_t id = 0;
+    /// The server's internal name.
+    std::string apiName;
+    std::optional<std::string> displayName;
+    std::string hostname;
+    std::string ip;
+    std::optional<std::string> ipv6;
+    Location location;
+    Statistics statistics;
+    std::vector<Configuration> configurations;
+
+    /// For logging.
+    [[nodiscard]] std::string description() const;
+
+    [[nodiscard]] static ServerLong decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
+};
+
+}  // namespace Tarnwick_API

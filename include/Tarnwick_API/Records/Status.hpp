@@ -1,0 +1,26 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Records/ApiItem.hpp>
+#include <Tarnwick_API/Records/Location.hpp>
+#include <Tarnwick_API/Records/MinVersion.hpp>
+
+#include <optional>
+#include <string>
+
+namespace Tarnwick_API {
+
+/// What the service sees of the client, and expects of it.
+struct Status : ApiItem {
+    /// The client's public address.
+    std::string ip;
+    MinVersion minVersion;
+    /// Seconds between two looks at the status.
+    double statusUpdateInterval = 1200;
+    std::optional<std::string> apiVersion;
+    std::optional<Location> location;
+
+    [[nodiscard]] static Status decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
+};
+
+}  // namespace Tarnwick_API
