@@ -6,7 +6,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -20,6 +19,7 @@ enum class KeychainStatus : std::int32_t {
     unknownFormat = -25257,
     notAvailable = -25291,
     authFailed = -25293,
+    invalidKeychain = -25295,
     duplicateItem = -25299,
     itemNotFound = -25300,
     interactionNotAllowed = -25308,
@@ -31,8 +31,8 @@ enum class KeychainStatus : std::int32_t {
 
 /// Which generic-password items are meant. An absent field matches any.
 struct KeychainQuery {
-    std::optional<std::string> service;
-    std::optional<std::string> account;
+    std::optional<std::string> service = std::nullopt;
+    std::optional<std::string> account = std::nullopt;
 };
 
 /// What a look-up gives back. Exactly one of the three: that value itself; several: a dictionary; none: existence.
@@ -62,15 +62,16 @@ struct KeychainAnswer {
 
 /// Changes to an item; absent fields stay as they are.
 struct KeychainChanges {
-    std::optional<std::string> account;
-    std::optional<Bytes> data;
-    std::optional<std::string> comment;
+    std::optional<std::string> account = std::nullopt;
+    std::optional<Bytes> data = std::nullopt;
+    std::optional<std::string> comment = std::nullopt;
 };
 
 /// Who may read an item without asking the user. Stores without such lists ignore it.
 struct KeychainAccess {
     std::string description;
-    /// In this order; none stands for the calling application itself.
+    /// In this order; none stands for the calling application itself. A store that makes a reference for each makes
+    /// those with a path first, in their order, and the calling application's last.
     std::vector<std::optional<std::string>> trustedApplicationPaths;
 };
 
@@ -102,19 +103,23 @@ public:
     [[nodiscard]] virtual KeychainStatus add(const KeychainItem& item) = 0;
     /// Deletes every match.
     [[nodiscard]] virtual KeychainStatus remove(const KeychainQuery& target) = 0;
-    /// The platform's message for a status; English here, the user's language where the platform has its own.
+    /// The platform's message for a status; English here, the user's language where the platform has its own. None
+    /// when the platform has none.
     [[nodiscard]] virtual std::optional<std::string> message(KeychainStatus status) const;
 };
 
 /// A store that forgets with the process.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeMemoryKeychainStore();
 
-/// A store in one private file (mode 0600, SQLite) at `path`; its folder is made (mode 0700) when missing. Opening
-/// is left to the first call, whose status tells what went wrong.
+/// A store in one private file (mode 0600, SQLite) at `path`. The first `add` makes the file, and its folder
+/// (mode 0700) when missing; nothing happens before the first call, and each call tells by its status what went wrong:
+/// `writePermission`, `diskFull`, `io`, `invalidKeychain` for what is no keychain file (never deleted, and a symbolic
+/// link is not followed), `unknownFormat` for a file of a later version, `notAvailable` when another process keeps the
+/// file locked for a second, or otherwise.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeFileKeychainStore(std::string path);
 
-/// `$XDG_DATA_HOME` or `~/.local/share`, then the main bundle's identifier (or the program's name), then
-/// "keychain.sqlite".
+/// `$XDG_DATA_HOME` (when absolute) or `~/.local/share`, then the main bundle's identifier (or the program's name when
+/// that is no file name), then "keychain.sqlite". Empty, which no store can open, when the user has no home.
 [[nodiscard]] std::string defaultKeychainFile();
 
 }  // namespace Platform

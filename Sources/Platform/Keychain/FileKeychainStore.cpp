@@ -1,0 +1,81 @@
+#include <Platform/Keychain/FileKeychainStore.hpp>
+
+#include <Platform/Keychain/KeychainDatabase.hpp>
+#include <Platform/Keychain/KeychainFile.hpp>
+
+#include <mutex>
+#include <system_error>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+/// Held through every call of every file store: the descriptor that makes a file, when it is closed, takes with it the
+/// POSIX locks of all connections of this process to that file.
+std::mutex& fileAccess() {
+    static std::mutex mutex;
+    return mutex;
+}
+
+/// The status of `work` on the file at `path`, or that of finding it.
+template <class Work>
+KeychainStatus onFile(const std::filesystem::path& path, std::chrono::milliseconds patience, Work work) {
+    const auto file = locateKeychainFile(path);
+    if (file.status != KeychainStatus::success) {
+        return file.status;
+    }
+    KeychainDatabase database{file.path, patience};
+    return work(database);
+}
+
+}  // namespace
+
+FileKeychainStore::FileKeychainStore(const std::string& path, std::chrono::milliseconds patience)
+    : path_{path}, patience_{patience} {
+    // A later change of the working folder shall not lose the items.
+    std::error_code error;
+    if (auto absolute = std::filesystem::absolute(path_, error); !error) {
+        path_ = std::move(absolute);
+    }
+}
+
+KeychainAnswer FileKeychainStore::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
+    const std::lock_guard lock{fileAccess()};
+    KeychainAnswer answer;
+    answer.status = onFile(path_, patience_, [&](KeychainDatabase& database) {
+        auto found = database.first(query);
+        if (found.status == KeychainStatus::success) {
+            answer = answerShowing(std::move(found.item), wanted);
+        }
+        return found.status;
+    });
+    return answer;
+}
+
+KeychainStatus FileKeychainStore::update(const KeychainQuery& target, const KeychainChanges& changes) {
+    const std::lock_guard lock{fileAccess()};
+    return onFile(path_, patience_, [&](KeychainDatabase& database) { return database.update(target, changes); });
+}
+
+KeychainStatus FileKeychainStore::add(const KeychainItem& item) {
+    const std::lock_guard lock{fileAccess()};
+    if (const auto status = createKeychainFile(path_); status != KeychainStatus::success) {
+        return status;
+    }
+    return onFile(path_, patience_, [&](KeychainDatabase& database) {
+        return database.add(
+            {item.service, item.account, item.label, item.comment, item.data, freshPersistentReference()});
+    });
+}
+
+KeychainStatus FileKeychainStore::remove(const KeychainQuery& target) {
+    const std::lock_guard lock{fileAccess()};
+    return onFile(path_, patience_, [&](KeychainDatabase& database) { return database.remove(target); });
+}
+
+std::shared_ptr<KeychainStore> makeFileKeychainStore(std::string path) {
+    return std::make_shared<FileKeychainStore>(std::move(path));
+}
+
+}  // namespace Platform

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/KeychainStore.hpp>
+
+#include <chrono>
+#include <filesystem>
+
+namespace Platform {
+
+/// The items in one private file. Each call opens the file and closes it again: calls are few, and a store that kept it
+/// open would write into a file that was meanwhile removed or replaced, would carry a connection over a fork, and would
+/// lose its locks to whatever else in the process closes the same file.
+class FileKeychainStore final : public KeychainStore {
+public:
+    /// A call waits at most `patience` for each lock that it needs (one to read, two to write).
+    explicit FileKeychainStore(const std::string& path, std::chrono::milliseconds patience = std::chrono::seconds{1});
+
+    [[nodiscard]] KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override;
+    [[nodiscard]] KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) override;
+    [[nodiscard]] KeychainStatus add(const KeychainItem& item) override;
+    [[nodiscard]] KeychainStatus remove(const KeychainQuery& target) override;
+
+private:
+    std::filesystem::path path_;
+    std::chrono::milliseconds patience_;
+};
+
+}  // namespace Platform

@@ -1,0 +1,72 @@
+#include <Platform/Keychain/StoredKeychainItem.hpp>
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace Platform {
+
+namespace {
+
+class MemoryKeychainStore final : public KeychainStore {
+public:
+    KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override {
+        const std::lock_guard lock{mutex_};
+        const auto item = firstMatch(query);
+        return item == items_.end() ? KeychainAnswer{KeychainStatus::itemNotFound, {}} : answerShowing(*item, wanted);
+    }
+
+    KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) override {
+        const std::lock_guard lock{mutex_};
+        const auto item = firstMatch(target);
+        if (item == items_.end()) {
+            return KeychainStatus::itemNotFound;
+        }
+        if (changes.account) {
+            const auto holder = firstMatch({item->service, changes.account});
+            if (holder != items_.end() && holder != item) {
+                return KeychainStatus::duplicateItem;
+            }
+            item->account = *changes.account;
+        }
+        if (changes.data) {
+            item->data = changes.data;
+        }
+        if (changes.comment) {
+            item->comment = *changes.comment;
+        }
+        return KeychainStatus::success;
+    }
+
+    KeychainStatus add(const KeychainItem& item) override {
+        const std::lock_guard lock{mutex_};
+        if (firstMatch({item.service, item.account}) != items_.end()) {
+            return KeychainStatus::duplicateItem;
+        }
+        items_.push_back({item.service, item.account, item.label, item.comment, item.data, freshPersistentReference()});
+        return KeychainStatus::success;
+    }
+
+    KeychainStatus remove(const KeychainQuery& target) override {
+        const std::lock_guard lock{mutex_};
+        const auto removed = std::erase_if(items_, [&](const auto& item) { return matches(item, target); });
+        return removed == 0 ? KeychainStatus::itemNotFound : KeychainStatus::success;
+    }
+
+private:
+    std::vector<StoredKeychainItem>::iterator firstMatch(const KeychainQuery& query) {
+        return std::find_if(items_.begin(), items_.end(), [&](const auto& item) { return matches(item, query); });
+    }
+
+    std::mutex mutex_;
+    std::vector<StoredKeychainItem> items_;  // the oldest first
+};
+
+}  // namespace
+
+std::shared_ptr<KeychainStore> makeMemoryKeychainStore() {
+    return std::make_shared<MemoryKeychainStore>();
+}
+
+}  // namespace Platform

@@ -1,0 +1,43 @@
+#include <Platform/Keychain/StoredKeychainItem.hpp>
+
+#include <Tarnwick_API/Platform/Uuid.hpp>
+
+#include <utility>
+
+namespace Platform {
+
+Bytes freshPersistentReference() {
+    return Uuid::random().uuidString();
+}
+
+bool matches(const StoredKeychainItem& item, const KeychainQuery& query) {
+    return (!query.service || *query.service == item.service) && (!query.account || *query.account == item.account);
+}
+
+KeychainAnswer answerShowing(StoredKeychainItem item, const KeychainReturn& wanted) {
+    if (!wanted.attributes && !wanted.data && !wanted.persistentReference) {
+        return {};
+    }
+    if (!wanted.attributes && wanted.data != wanted.persistentReference) {
+        if (wanted.persistentReference) {
+            return {KeychainStatus::success, std::move(item.persistentReference)};
+        }
+        return item.data ? KeychainAnswer{KeychainStatus::success, std::move(*item.data)} : KeychainAnswer{};
+    }
+    KeychainDictionary shown;
+    if (wanted.attributes) {
+        shown.service = std::move(item.service);
+        shown.account = std::move(item.account);
+        shown.label = std::move(item.label);
+        shown.comment = std::move(item.comment);
+    }
+    if (wanted.data) {
+        shown.data = std::move(item.data);
+    }
+    if (wanted.persistentReference) {
+        shown.persistentReference = std::move(item.persistentReference);
+    }
+    return {KeychainStatus::success, std::move(shown)};
+}
+
+}  // namespace Platform

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/KeychainStore.hpp>
+
+namespace Platform {
+
+/// An item as a store of our own keeps it.
+struct StoredKeychainItem {
+    std::string service;
+    std::string account;
+    std::string label;
+    std::string comment;
+    std::optional<Bytes> data;
+    Bytes persistentReference;
+};
+
+/// A persistent reference that no item has had: 36 random characters.
+[[nodiscard]] Bytes freshPersistentReference();
+
+[[nodiscard]] bool matches(const StoredKeychainItem& item, const KeychainQuery& query);
+
+/// The successful answer that shows `item` in the shape asked for.
+[[nodiscard]] KeychainAnswer answerShowing(StoredKeychainItem item, const KeychainReturn& wanted);
+
+}  // namespace Platform
