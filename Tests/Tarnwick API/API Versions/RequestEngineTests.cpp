@@ -1,0 +1,201 @@
+#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
+#include <Tarnwick_API/Platform/Logging.hpp>
+
+#include "Doubles/BackendFixture.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace Tarnwick_API {
+namespace {
+
+using Platform::HttpMethod;
+using Platform::ParameterEncoding;
+using ::testing::ElementsAre;
+using Testing::ScriptedHttpSession;
+
+class RequestEngine : public Testing::BackendFixture {
+protected:
+    struct Outcome {
+        int times = 0;
+        std::optional<Platform::Bytes> body;
+        ApiResult result;
+    };
+
+    void send(Outcome& outcome, const Platform::HttpHeaders& headers = {},
+              const Platform::Parameters& parameters = {{"b", 2}, {"a", "x y"}},
+              ParameterEncoding encoding = ParameterEncoding::json) {
+        backend->sendRequest(*Platform::Url::fromString("https://live.example.test/vb/status"), parameters, encoding,
+                             headers, HttpMethod::post, 0,
+                             [&outcome](std::optional<Platform::Bytes> body, ApiResult result) {
+                                 ++outcome.times;
+                                 outcome.body = std::move(body);
+                                 outcome.result = std::move(result);
+                             });
+    }
+};
+
+TEST_F(RequestEngine, RetriesFiveTimesWithGrowingPausesAndReportsOnce) {
+    session->script({ScriptedHttpSession::failure()});
+    Outcome outcome;
+    send(outcome);
+    queue->runAll();
+
+    std::vector<std::int64_t> milliseconds;
+    for (const auto pause : queue->pausesAskedFor()) {
+        milliseconds.push_back(std::chrono::round<std::chrono::milliseconds>(pause).count());
+    }
+    EXPECT_THAT(milliseconds, ElementsAre(1000, 1105, 1221, 1350, 1492));
+    EXPECT_EQ(std::chrono::round<std::chrono::milliseconds>(queue->now()).count(), 6168);
+    ASSERT_EQ(session->requests.size(), 6U);
+    for (const auto& request : session->requests) {
+        EXPECT_EQ(request->body(), R"({"a":"x y","b":2})");
+        EXPECT_EQ(request->headers(), session->requests.front()->headers());
+    }
+    EXPECT_EQ(outcome.times, 1);
+    EXPECT_FALSE(outcome.body);
+    EXPECT_EQ(outcome.result.status, 0);
+    EXPECT_EQ(outcome.result.error, ResponseError::notReachable());
+}
+
+TEST_F(RequestEngine, SucceedsOnALaterAttempt) {
+    session->script(
+        {ScriptedHttpSession::failure(), ScriptedHttpSession::answer(0, ""), ScriptedHttpSession::answer(200, "yes")});
+    Outcome outcome;
+    send(outcome);
+    queue->runAll();
+    EXPECT_EQ(session->requests.size(), 3U);
+    EXPECT_EQ(outcome.times, 1);
+    EXPECT_EQ(outcome.body, "yes");
+    EXPECT_EQ(outcome.result.status, 200);
+}
+
+TEST_F(RequestEngine, TellsAtOnceThatTheServiceIsOutOfReach) {
+    session->reachableTimes = 0;
+    Outcome outcome;
+    send(outcome);
+    EXPECT_EQ(outcome.times, 1);
+    EXPECT_EQ(outcome.result.error, ResponseError::notReachable());
+    EXPECT_TRUE(session->requests.empty());
+    EXPECT_THAT(session->askedFor(), ElementsAre("https://live.example.test/vb/status"));
+}
+
+TEST_F(RequestEngine, EndsTheChainWhenTheServiceGoesOutOfReach) {
+    session->script({ScriptedHttpSession::failure()});
+    session->reachableTimes = 2;
+    Outcome outcome;
+    send(outcome);
+    queue->runAll();
+    EXPECT_EQ(session->requests.size(), 2U);
+    EXPECT_EQ(queue->pausesAskedFor().size(), 2U);
+    EXPECT_EQ(outcome.times, 1);
+    EXPECT_EQ(outcome.result.error, ResponseError::notReachable());
+}
+
+TEST_F(RequestEngine, ClassifiesAnswers) {
+    struct Row {
+        std::int64_t status;
+        std::optional<std::string> body;
+        int times;
+        std::optional<std::string> passedBody;
+        std::optional<ApiError> error;
+    };
+    const Row rows[] = {
+        {200, "x", 1, "x", {}},
+        {200, "", 1, "", {}},
+        {204, "", 1, "", {}},
+        {299, "x", 1, "x", {}},
+        {200, std::nullopt, 0, {}, {}},
+        {202, "x", 1, {}, {}},
+        {202, std::nullopt, 1, {}, {}},
+        {199, "x", 1, {}, ResponseError::genericError("x")},
+        {302, "", 1, {}, ResponseError::genericError("")},
+        {400, "x", 1, {}, ResponseError::badRequest()},
+        {401, "x", 1, {}, ResponseError::unauthorized()},
+        {403, "x", 1, {}, ResponseError::forbidden()},
+        {404, "{}", 1, {}, ResponseError::notFound()},
+        {409, "taken", 1, {}, ResponseError::genericError("taken")},
+        {500, std::nullopt, 1, {}, ResponseError::unknownError()},
+        {500, "\xFF", 1, {}, ResponseError::unknownError()},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.status);
+        session->script({ScriptedHttpSession::answer(row.status, row.body)});
+        Outcome outcome;
+        send(outcome);
+        queue->runAll();
+        EXPECT_EQ(outcome.times, row.times);
+        EXPECT_EQ(outcome.body, row.passedBody);
+        EXPECT_EQ(outcome.result.error, row.error);
+        EXPECT_EQ(outcome.result.status, row.times == 0 ? 0 : row.status);
+    }
+    EXPECT_TRUE(queue->pausesAskedFor().empty());
+}
+
+TEST_F(RequestEngine, IsSilentWithoutErrorAndWithoutResponse) {
+    session->script({[](auto request) {
+        return Platform::HttpAnswer{std::move(request), std::nullopt, std::nullopt, Platform::Bytes{}};
+    }});
+    Outcome outcome;
+    send(outcome);
+    queue->runAll();
+    EXPECT_EQ(outcome.times, 0);
+    EXPECT_EQ(session->requests.size(), 1U);
+}
+
+TEST_F(RequestEngine, NamesTheApiHostWhateverTheCallerGave) {
+    Outcome outcome;
+    backend->setUseFallbackIp(true);
+    send(outcome, {{"host", "other"}, {"Host", "another"}, {"Accept", "text/plain"}});
+    EXPECT_EQ(session->requests.at(0)->headers(),
+              (Platform::HttpHeaders{{"Accept", "text/plain"}, {"Host", "live.example.test"}}));
+}
+
+TEST_F(RequestEngine, KeepsTheBackendAliveForTheWholeChain) {
+    session->script({ScriptedHttpSession::failure(), ScriptedHttpSession::answer(200, "late")});
+    Outcome outcome;
+    send(outcome);
+    const std::weak_ptr<ApiVersion1> observed = backend;
+    backend.reset();
+    queue->runAll();
+    EXPECT_EQ(outcome.body, "late");
+    EXPECT_TRUE(observed.expired());
+}
+
+TEST_F(RequestEngine, LogsOneExchangeEntryByEntryWithThePasswordMasked) {
+    std::vector<std::string> entries;
+    std::vector<std::string> functions;
+    Platform::Logging::setSink([&](const Platform::Logging::Entry& entry) {
+        entries.emplace_back(entry.message);
+        functions.emplace_back(entry.function);
+        EXPECT_NE(std::string{entry.file}.find("RequestEngine.cpp"), std::string::npos);
+        EXPECT_GT(entry.line, 0);
+    });
+    session->script({ScriptedHttpSession::failure(), ScriptedHttpSession::answer(200, "{\"a\":1}")});
+    Outcome outcome;
+    send(outcome, {{"Accept", "a/b"}}, {{"password", "hush"}, {"z", "1"}});
+    queue->runAll();
+    Platform::Logging::setSink({});
+
+    const std::string rendering =
+        "$ curl -v \\\n\t-X POST \\\n\t-H \"Accept: a/b\" \\\n\t-H \"Content-Type: application/json\" \\\n"
+        "\t-H \"Host: live.example.test\" \\\n\t-H \"User-Agent: Tests\" \\\n"
+        "\t-d \"{\\\"password\\\":\\\"OBFUSCATED\\\",\\\"z\\\":\\\"1\\\"}\" \\\n"
+        "\t\"https://live.example.test/vb/status\"";
+    EXPECT_THAT(entries,
+                ElementsAre("API request as curl:", rendering, "Use fallback mode: false",
+                            "API request:", "= URLRequest: https://live.example.test/vb/status", "statuscode: -999",
+                            "response data:", "", "API request as curl:", rendering, "Use fallback mode: false",
+                            "API request:", "= URLRequest: https://live.example.test/vb/status", "statuscode: 200",
+                            "response data:", "{\"a\":1}"));
+    for (const auto& function : functions) {
+        EXPECT_EQ(function, "sendRequest(url:parameters:encoding:headers:method:retryCount:onCompletion:)");
+    }
+}
+
+}  // namespace
+}  // namespace Tarnwick_API

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
+#include <Tarnwick_API/Platform/Bundle.hpp>
+#include <Tarnwick_API/Platform/HostName.hpp>
+#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Locale.hpp>
+#include <Tarnwick_API/Platform/Preferences.hpp>
+#include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Storage/Keychain.hpp>
+
+#include "ScriptedHttpSession.hpp"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace Testing {
+
+inline const Platform::Uuid installation = *Platform::Uuid::fromString("1B4E28BA-2FA1-11D2-883F-0016D3CCA427");
+inline const Tarnwick_API::ApiUrl hosts{"live.example.test", "beta.example.test", "dev.example.test",
+                                        "staging.example.test"};
+
+/// What a completion received.
+template <typename T>
+struct Received {
+    int times = 0;
+    std::optional<T> result;
+    std::optional<Tarnwick_API::ApiError> error;
+
+    [[nodiscard]] Tarnwick_API::Completion<T> completion() {
+        return [this](std::optional<T> theResult, std::optional<Tarnwick_API::ApiError> theError) {
+            ++times;
+            result = std::move(theResult);
+            error = std::move(theError);
+        };
+    }
+};
+
+template <>
+struct Received<void> {
+    int times = 0;
+    std::optional<Tarnwick_API::ApiError> error;
+
+    [[nodiscard]] Tarnwick_API::Completion<void> completion() {
+        return [this](std::optional<Tarnwick_API::ApiError> theError) {
+            ++times;
+            error = std::move(theError);
+        };
+    }
+};
+
+/// A version-1 backend in a process with known settings, on virtual time and without a network.
+class BackendFixture : public ::testing::Test {
+protected:
+    BackendFixture() {
+        Platform::MainQueue::setMain(queue);
+        Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleVersion", std::string{"7100"}}}});
+        Platform::Locale::setIdentifierLookup([] { return std::string{"en_GB"}; });
+        Platform::HostName::setLookup([] { return std::optional<std::string>{"desk-1"}; });
+        Platform::Preferences::setLookup({});
+        Tarnwick_API::Keychain::setStore(keychain);
+        Tarnwick_API::ApiVersion1::setSessionManager(session);
+    }
+    ~BackendFixture() override {
+        Tarnwick_API::ApiVersion1::setSessionManager(nullptr);
+        Platform::MainQueue::setMain(nullptr);
+    }
+
+    std::shared_ptr<Platform::VirtualTimeMainQueue> queue = std::make_shared<Platform::VirtualTimeMainQueue>();
+    std::shared_ptr<ScriptedHttpSession> session = std::make_shared<ScriptedHttpSession>();
+    std::shared_ptr<Platform::KeychainStore> keychain = Platform::makeMemoryKeychainStore();
+    std::shared_ptr<Tarnwick_API::ApiVersion1> backend = Tarnwick_API::ApiVersion1::create(
+        "ck", "cs", 7, installation, "tests", Tarnwick_API::ApiEnvironment::live, hosts);
+};
+
+}  // namespace Testing

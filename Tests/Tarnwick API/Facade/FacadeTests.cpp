@@ -1,0 +1,125 @@
+#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
+#include <Tarnwick_API/API Versions/ApiVersion2.hpp>
+#include <Tarnwick_API/Facade/TarnwickApi.hpp>
+
+#include "Doubles/HeldBackend.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <type_traits>
+
+namespace Tarnwick_API {
+namespace {
+
+using ::testing::ElementsAre;
+using Testing::HeldBackend;
+
+static_assert(!std::is_default_constructible_v<TarnwickApi>);
+
+const FilterIds filters{1, 2, 3, 4, 5, 6, 7, 8, 9};
+
+std::shared_ptr<TarnwickApi> makeFacade(ApiVersion version = ApiVersion::v1) {
+    return TarnwickApi::create(version, "key", "secret", 5, Platform::Uuid::random(), "service", filters,
+                               ApiUrl{"live", "beta", "dev", "staging"});
+}
+
+TEST(ApiUrls, NameOneHostPerEnvironment) {
+    const ApiUrl url{"l", "b", "d:8443", ""};
+    EXPECT_EQ(url.baseUrl(ApiEnvironment::live), "https://l/vb");
+    EXPECT_EQ(url.baseUrl(ApiEnvironment::beta), "https://b/vb");
+    EXPECT_EQ(url.baseUrl(ApiEnvironment::dev), "https://d:8443/vb");
+    EXPECT_EQ(url.baseUrl(ApiEnvironment::staging), "https:///vb");
+}
+
+TEST(Facade, ForwardsEnvironmentAndFallbackModeAtOnce) {
+    const auto facade = makeFacade();
+    EXPECT_EQ(facade->environment(), ApiEnvironment::live);
+    EXPECT_EQ(facade->baseUrl(), "https://live/vb");
+    facade->setEnvironment(ApiEnvironment::staging);
+    EXPECT_EQ(facade->apiHost(), "staging");
+    const auto stagingAddress = facade->fallbackIp();
+    facade->setUseFallbackIp(true);
+    EXPECT_EQ(facade->baseUrl(), "https://" + stagingAddress + "/vb");
+    EXPECT_EQ(facade->apiHost(), "staging");
+    facade->setEnvironment(ApiEnvironment::dev);
+    EXPECT_EQ(facade->fallbackIp(), stagingAddress);
+    facade->setEnvironment(ApiEnvironment::beta);
+    EXPECT_NE(facade->fallbackIp(), stagingAddress);
+    EXPECT_EQ(facade->username(), "");
+}
+
+TEST(Facade, SettingsReachABackendOnlyWhenOneIsMade) {
+    const auto facade = makeFacade();
+    const auto first = facade->api();
+    const auto uuid = Platform::Uuid::random();
+    facade->setConsumerKey("key2");
+    facade->setConsumerSecret("secret2");
+    facade->setPartnersId(6);
+    facade->setUid(uuid);
+    facade->setKeychainTokenSerivce("service2");
+    facade->setApiUrl(ApiUrl{"live2", "beta2", "dev2", "staging2"});
+    facade->setEnvironment(ApiEnvironment::beta);
+    facade->setUseFallbackIp(true);
+    EXPECT_EQ(facade->apiHost(), "beta");
+    const auto& old = dynamic_cast<const ApiVersion1&>(*first);
+    EXPECT_EQ(old.consumerKey(), "key");
+    EXPECT_EQ(old.keychainTokenService(), "service");
+
+    facade->setVersion(ApiVersion::v1);
+    EXPECT_NE(facade->api(), first);
+    const auto& rebuilt = dynamic_cast<const ApiVersion1&>(*facade->api());
+    EXPECT_EQ(rebuilt.consumerKey(), "key2");
+    EXPECT_EQ(rebuilt.consumerSecret(), "secret2");
+    EXPECT_EQ(rebuilt.partnersId(), 6);
+    EXPECT_EQ(rebuilt.uuid(), uuid);
+    EXPECT_EQ(rebuilt.keychainTokenService(), "service2");
+    EXPECT_EQ(rebuilt.environment(), ApiEnvironment::beta);
+    EXPECT_EQ(rebuilt.apiHost(), "beta2");
+    EXPECT_TRUE(rebuilt.useFallbackIp());
+    EXPECT_FALSE(rebuilt.oauthToken());
+}
+
+TEST(Facade, TheVersion2BackendStartsLiveAndInheritsTheFallbackMode) {
+    const auto facade = makeFacade();
+    facade->setEnvironment(ApiEnvironment::dev);
+    facade->setUseFallbackIp(true);
+    facade->setVersion(ApiVersion::v2);
+    ASSERT_NE(dynamic_cast<const ApiVersion2*>(facade->api().get()), nullptr);
+    EXPECT_EQ(facade->api()->environment(), ApiEnvironment::live);
+    EXPECT_EQ(facade->environment(), ApiEnvironment::dev);
+    EXPECT_TRUE(facade->useFallbackIp());
+    EXPECT_EQ(makeFacade(ApiVersion::v2)->username(), "");
+}
+
+TEST(Facade, TurnsProfilesIntoFilterIds) {
+    const auto facade = makeFacade();
+    const auto backend = std::make_shared<HeldBackend>();
+    facade->setApi(backend);
+    using enum ServerProfile;
+    facade->getCountries(general, 1.5, std::nullopt, {});
+    facade->getCountries(downloading, std::nullopt, std::nullopt, {});
+    facade->getCountries(streaming, std::nullopt, std::nullopt, {});
+    facade->getServers("DE", 1.5, 2.5, {});
+    facade->getCandidateServers(std::nullopt, general, std::nullopt, {});
+    facade->getCandidateServers("DE", general, 77, {});
+    facade->getCandidateServers(std::nullopt, downloading, std::nullopt, {});
+    facade->getCandidateServers(std::nullopt, streaming, 77, {});
+    facade->getCandidateServers("DE", streaming, std::nullopt, {});
+    facade->getDefaultFavorites({});
+    facade->getServer(42, {});
+    facade->getDevices({});
+    facade->getAuthToken({});
+    facade->setFilters(FilterIds{11, 12, 13, 14, 15, 16, 17, 18, 19});
+    facade->getDefaultFavorites({});
+    EXPECT_THAT(
+        backend->asked,
+        ElementsAre("getCountries 2 1.500000 -", "getCountries 5 - -", "getCountries 7 - -",
+                    "getServers 4 DE 1.500000 2.500000", "getCandidateServers 1 - -", "getCandidateServers 3 DE 77",
+                    "getCandidateServers 6 - -", "getCandidateServers 8 - 77", "getCandidateServers 8 DE -",
+                    "getDefaultFavorites 9", "getServer 42", "getDevices", "getAuthToken", "getDefaultFavorites 19"));
+}
+
+}  // namespace
+}  // namespace Tarnwick_API

@@ -1,0 +1,199 @@
+#include <Tarnwick_API/Facade/ApiNotification.hpp>
+#include <Tarnwick_API/Facade/TarnwickApi.hpp>
+#include <Tarnwick_API/Platform/NotificationCenter.hpp>
+
+#include "Doubles/HeldBackend.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tarnwick_API {
+namespace {
+
+using ::testing::ElementsAre;
+using Testing::HeldBackend;
+using ::testing::IsEmpty;
+
+const ApiError anError = ResponseError::notReachable();
+
+class SessionState : public ::testing::Test {
+protected:
+    SessionState() { facade->setApi(backend); }
+
+    static User userNamed(const std::string& name) {
+        User user;
+        user.username = name;
+        return user;
+    }
+
+    /// What an observer sees at this moment, for the order of things.
+    void note(const std::string& what) {
+        journal.push_back(what + " with user " +
+                          (facade ? facade->currentUser().value_or(userNamed("none")).username : "gone"));
+    }
+
+    Completion<User> userCompletion() {
+        return [this](std::optional<User> user, std::optional<ApiError> error) {
+            note("completion");
+            received = std::move(user);
+            receivedError = std::move(error);
+        };
+    }
+    Completion<void> voidCompletion() {
+        return [this](std::optional<ApiError> error) {
+            note("completion");
+            receivedError = std::move(error);
+        };
+    }
+
+    void signInAs(const std::string& name) {
+        facade->getCurrentUser({});
+        backend->pendingUser(userNamed(name), std::nullopt);
+    }
+
+    std::shared_ptr<HeldBackend> backend = std::make_shared<HeldBackend>();
+    std::shared_ptr<TarnwickApi> facade =
+        TarnwickApi::create(ApiVersion::v1, "k", "s", 1, Platform::Uuid::random(), "tests",
+                            FilterIds{1, 2, 3, 4, 5, 6, 7, 8, 9}, ApiUrl{"l", "b", "d", "s"});
+    std::vector<std::string> journal;
+    std::optional<User> received;
+    std::optional<ApiError> receivedError;
+    Platform::NotificationCenter::Observation anyNotification =
+        Platform::NotificationCenter::defaultCenter().addObserver("", [this](const Platform::Notification& posted) {
+            EXPECT_EQ(posted.object, facade);
+            note(posted.name);
+        });
+};
+
+TEST_F(SessionState, LoginFetchesTheUserAndAnnouncesNothing) {
+    facade->login("bob", "pw", true, userCompletion());
+    EXPECT_FALSE(facade->currentUser());
+    backend->pendingVoid(std::nullopt);
+    EXPECT_THAT(journal, IsEmpty());
+    backend->pendingUser(userNamed("bob"), anError);
+    EXPECT_THAT(backend->asked, ElementsAre("login bob pw import", "currentUser"));
+    EXPECT_THAT(journal, ElementsAre("completion with user bob"));
+    EXPECT_EQ(received->username, "bob");
+    EXPECT_FALSE(receivedError);
+}
+
+TEST_F(SessionState, LoginRefusedClearsThenPostsThenCompletes) {
+    signInAs("old");
+    facade->login("bob", "pw", false, userCompletion());
+    backend->pendingVoid(anError);
+    EXPECT_THAT(journal, ElementsAre("DidLogout with user none", "completion with user none"));
+    EXPECT_FALSE(received);
+    EXPECT_EQ(receivedError, anError);
+    EXPECT_THAT(backend->asked, ElementsAre("currentUser", "login bob pw"));
+}
+
+TEST_F(SessionState, LoginWithoutAUserEndsTheSessionToo) {
+    for (const auto& error : {std::optional<ApiError>{anError}, std::optional<ApiError>{}}) {
+        journal.clear();
+        signInAs("old");
+        facade->login("bob", "pw", false, userCompletion());
+        backend->pendingVoid(std::nullopt);
+        backend->pendingUser(std::nullopt, error);
+        EXPECT_THAT(journal, ElementsAre("DidLogout with user none", "completion with user none"));
+        EXPECT_FALSE(received);
+        EXPECT_EQ(receivedError, error);
+    }
+}
+
+TEST_F(SessionState, LogoutEndsTheSessionWhateverTheOutcome) {
+    for (const auto& error : {std::optional<ApiError>{anError}, std::optional<ApiError>{}}) {
+        journal.clear();
+        signInAs("bob");
+        facade->logout(voidCompletion());
+        backend->pendingVoid(error);
+        EXPECT_THAT(journal, ElementsAre("DidLogout with user none", "completion with user none"));
+        EXPECT_EQ(receivedError, error);
+    }
+}
+
+TEST_F(SessionState, CurrentUserThatFailsLeavesTheUser) {
+    signInAs("bob");
+    facade->getCurrentUser(userCompletion());
+    backend->pendingUser(std::nullopt, anError);
+    EXPECT_THAT(journal, ElementsAre("completion with user bob"));
+    EXPECT_EQ(receivedError, anError);
+    facade->getCurrentUser(userCompletion());
+    backend->pendingUser(userNamed("eve"), anError);
+    EXPECT_EQ(facade->currentUser()->username, "eve");
+    EXPECT_FALSE(receivedError);
+}
+
+TEST_F(SessionState, SetTokenPostsBeforeItClears) {
+    signInAs("old");
+    facade->setToken("t", "s", userCompletion());
+    backend->pendingUser(userNamed("bob"), std::nullopt);
+    EXPECT_THAT(journal, ElementsAre("completion with user bob"));
+    const std::pair<std::optional<User>, std::optional<ApiError>> failures[] = {
+        {std::nullopt, anError}, {userNamed("eve"), anError}, {std::nullopt, std::nullopt}};
+    for (const auto& [user, error] : failures) {
+        signInAs("bob");
+        journal.clear();
+        facade->setToken("t", "s", userCompletion());
+        backend->pendingUser(user, error);
+        EXPECT_THAT(journal, ElementsAre("DidLogout with user bob", "completion with user none"));
+        EXPECT_FALSE(received);
+        EXPECT_EQ(receivedError, error);
+    }
+}
+
+TEST_F(SessionState, StatusIsReplacedByWhateverCame) {
+    Status status;
+    status.ip = "192.0.2.1";
+    std::optional<std::string> seenInside;
+    facade->getStatus([&](const std::optional<Status>& /*status*/, const std::optional<ApiError>& /*error*/) {
+        seenInside = facade->currentStatus()->ip;
+    });
+    backend->pendingStatus(status, std::nullopt);
+    EXPECT_EQ(seenInside, "192.0.2.1");
+    facade->getStatus({});
+    backend->pendingStatus(std::nullopt, anError);
+    EXPECT_FALSE(facade->currentStatus());
+}
+
+TEST_F(SessionState, OtherOperationsTouchNothing) {
+    signInAs("bob");
+    facade->createUser("u", "p", voidCompletion());
+    backend->pendingVoid(anError);
+    facade->updateUser(UserField::username, "eve", voidCompletion());
+    backend->pendingVoid(std::nullopt);
+    EXPECT_THAT(journal, ElementsAre("completion with user bob", "completion with user bob"));
+}
+
+TEST_F(SessionState, TheFacadeMayBeDroppedInItsCompletionAndWithRequestsOnTheirWay) {
+    const std::weak_ptr<TarnwickApi> observed = facade;
+    int completions = 0;
+    facade->login("bob", "pw", false, [&](const auto& /*user*/, const auto& /*error*/) {
+        ++completions;
+        facade.reset();
+    });
+    facade->getStatus([&](const auto& /*status*/, const auto& /*error*/) { ++completions; });
+    anyNotification.remove();
+    std::exchange(backend->pendingVoid, {})(anError);
+    EXPECT_FALSE(facade);
+    EXPECT_FALSE(observed.expired());
+    std::exchange(backend->pendingStatus, {})(std::nullopt, anError);
+    EXPECT_EQ(completions, 2);
+    EXPECT_TRUE(observed.expired());
+}
+
+TEST_F(SessionState, AnObserverMayDropTheFacade) {
+    const auto dropping = Platform::NotificationCenter::defaultCenter().addObserver(
+        "DidLogout", [this](const Platform::Notification& /*posted*/) { facade.reset(); });
+    bool completed = false;
+    anyNotification.remove();
+    facade->logout([&](const auto& /*error*/) { completed = true; });
+    std::exchange(backend->pendingVoid, {})(std::nullopt);
+    EXPECT_TRUE(completed);
+}
+
+}  // namespace
+}  // namespace Tarnwick_API
