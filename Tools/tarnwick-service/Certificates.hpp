@@ -1,0 +1,49 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace TarnwickService {
+
+/// A certificate and the private key that belongs to it, both as PEM text.
+struct Certificate {
+    std::string certificatePem;
+    std::string privateKeyPem;
+};
+
+/// What a certificate vouches for. The validity is relative to the moment of issue; a `validUntil` in the past makes
+/// an expired certificate.
+struct CertificateRequest {
+    std::vector<std::string> dnsNames;
+    std::vector<std::string> ipAddresses;
+    std::chrono::seconds validFrom{-3600};
+    std::chrono::seconds validUntil{86400};
+    /// Restricts the extended key usage to TLS clients, so that a server must not be accepted with it.
+    bool clientUsageOnly = false;
+};
+
+/// A certificate authority of its own: made anew, its key never leaves the process.
+class CertificateAuthority {
+public:
+    /// Throws std::runtime_error when the cryptography library fails.
+    static CertificateAuthority create();
+
+    /// What a client must trust.
+    const std::string& certificatePem() const;
+
+    /// Throws std::invalid_argument when a name or an address cannot be put into a certificate.
+    Certificate issue(const CertificateRequest& request) const;
+
+private:
+    struct Identity;
+    explicit CertificateAuthority(std::shared_ptr<const Identity> identity);
+
+    std::shared_ptr<const Identity> identity_;
+};
+
+/// A certificate that only its own key vouches for.
+Certificate makeSelfSigned(const CertificateRequest& request);
+
+}  // namespace TarnwickService
