@@ -29,7 +29,8 @@ void ResultStream::write(std::string_view text) const {
             if (errno == EINTR) {
                 continue;
             }
-            throw Failure::local("The result can't be written: " + std::generic_category().message(errno));
+            throw Failure{ExitStatus::local, "output",
+                          "The result can't be written: " + std::generic_category().message(errno)};
         }
         text.remove_prefix(static_cast<std::size_t>(count));
     }
