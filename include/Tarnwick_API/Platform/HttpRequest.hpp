@@ -59,14 +59,15 @@ enum class ParameterEncoding {
 class HttpRequest {
 public:
     /// Encodes `parameters` into `url` or a body. Keys go in ascending byte order. What can't be encoded (text that
-    /// is no UTF-8 is mended; NaN and infinity in JSON are not; CR, LF or NUL in a header; a URL without scheme or
-    /// host) is kept as `encodingError`: a session reports it instead of sending.
+    /// is no UTF-8 is mended; NaN and infinity in JSON are not; a header name that is no token; CR, LF or NUL in a
+    /// header; a URL without scheme or host; a body for HEAD) is kept as `encodingError`: a session reports it instead
+    /// of sending.
     HttpRequest(HttpMethod method, const Url& url, const Parameters& parameters, ParameterEncoding encoding,
                 HttpHeaders headers);
 
     [[nodiscard]] HttpMethod method() const noexcept { return method_; }
     [[nodiscard]] const Url& url() const noexcept { return url_; }
-    /// The request's own headers; a session adds its default ones.
+    /// The request's own headers; a session adds its default ones, and says "Content-Length" by itself.
     [[nodiscard]] const HttpHeaders& headers() const noexcept { return headers_; }
     [[nodiscard]] const std::optional<Bytes>& body() const noexcept { return body_; }
     [[nodiscard]] const std::optional<std::string>& encodingError() const noexcept { return encodingError_; }

@@ -88,6 +88,9 @@ public:
     virtual void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) = 0;
 };
 
+/// "Accept-Encoding", "Accept-Language" (from the user's locale) and "User-Agent" (from the main bundle).
+[[nodiscard]] HttpHeaders defaultHttpHeaders();
+
 /// Which checks a server's certificate must pass.
 enum class HostValidation {
     full,       ///< chain and host name
@@ -95,8 +98,8 @@ enum class HostValidation {
 };
 
 struct HttpSessionConfiguration {
-    /// Added to every request that has no header of the same name. Default: see `defaultHttpHeaders`.
-    HttpHeaders additionalHeaders;
+    /// Added to every request that has no header of the same name.
+    HttpHeaders additionalHeaders = defaultHttpHeaders();
     /// Checks by exact host of the URL; others get `HostValidation::full`.
     std::map<std::string, HostValidation, std::less<>> trustPolicies;
     /// A file of PEM certificates to trust in place of the system's.
@@ -121,12 +124,10 @@ struct HttpSessionConfiguration {
     std::shared_ptr<const Reachability> reachability;
 };
 
-/// "Accept-Encoding", "Accept-Language" (from the user's locale) and "User-Agent" (from the main bundle).
-[[nodiscard]] HttpHeaders defaultHttpHeaders();
-
 /// A session on the process's one I/O thread, which is started with the first request and stopped at exit of the
 /// process. Cookies are neither kept nor sent; redirects are followed without "Authorization". Dropping the session
-/// ends its requests with `HttpError::Kind::cancelled`.
+/// ends its requests with `HttpError::Kind::cancelled`. Requests still under way when the process exits, or started
+/// then, are abandoned: their completions are not called.
 [[nodiscard]] std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configuration);
 
 }  // namespace Platform

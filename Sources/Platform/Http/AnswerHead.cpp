@@ -1,0 +1,77 @@
+#include <Platform/Http/AnswerHead.hpp>
+
+#include <Platform/Application/AsciiCharacters.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+
+std::string_view trimmed(std::string_view text) noexcept {
+    const auto begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+std::int64_t statusOf(std::string_view line) noexcept {
+    const auto blank = std::min(line.find(' '), line.size());
+    const auto text = trimmed(line.substr(blank));
+    std::int64_t status = 0;
+    std::from_chars(text.data(), text.data() + text.size(), status);
+    return status;
+}
+
+}  // namespace
+
+void AnswerHead::add(std::string_view line) {
+    if (isComplete_) {
+        return;
+    }
+    if (line.starts_with("HTTP/")) {
+        headers_.clear();
+        lastValue_ = nullptr;
+        status_ = statusOf(line);
+    } else if (line == "\r\n" || line == "\n") {
+        constexpr std::int64_t firstFinal = 200;
+        isComplete_ = status_ >= firstFinal;
+    } else {
+        addField(line);
+    }
+}
+
+void AnswerHead::addField(std::string_view line) {
+    const bool isContinuation = line.front() == ' ' || line.front() == '\t';
+    if (isContinuation) {
+        if (lastValue_ != nullptr) {
+            lastValue_->append(" ").append(trimmed(line));
+        }
+        return;
+    }
+    const auto colon = line.find(':');
+    if (colon == std::string_view::npos) {
+        return;
+    }
+    std::string name{trimmed(line.substr(0, colon))};
+    std::transform(name.begin(), name.end(), name.begin(), asciiLower);
+    const auto value = trimmed(line.substr(colon + 1));
+    const auto [header, isNew] = headers_.try_emplace(std::move(name), value);
+    if (!isNew) {
+        header->second.append(", ").append(value);
+    }
+    lastValue_ = &header->second;
+}
+
+HttpResponse AnswerHead::take() {
+    HttpResponse response{status_, std::move(headers_)};
+    *this = {};
+    return response;
+}
+
+}  // namespace Platform

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/HttpSession.hpp>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace Platform {
+
+/// Collects the status and the headers of the final answer, line by line.
+class AnswerHead {
+public:
+    /// Takes one line as it came, its line end included. A status line starts over, so that the heads of interim
+    /// answers vanish; what comes after the head of a final answer (trailers) is left out.
+    void add(std::string_view line);
+
+    /// Whether the empty line that ends the head of a final answer has come.
+    [[nodiscard]] bool isComplete() const noexcept { return isComplete_; }
+
+    [[nodiscard]] std::int64_t status() const noexcept { return status_; }
+
+    /// The answer's status and headers; leaves this empty.
+    [[nodiscard]] HttpResponse take();
+
+private:
+    void addField(std::string_view line);
+
+    std::int64_t status_ = 0;
+    HttpHeaders headers_;
+    /// The value that a continuation line would add to.
+    std::string* lastValue_ = nullptr;
+    bool isComplete_ = false;
+};
+
+}  // namespace Platform

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <Platform/Http/Exchange.hpp>
+
+#include <memory>
+#include <mutex>
+#include <variant>
+#include <vector>
+
+namespace Platform {
+
+/// Asks the I/O thread to cancel what a session has under way.
+struct CancelAll {
+    std::shared_ptr<SessionState> session;
+};
+
+using Command = std::variant<Exchange, CancelAll>;
+
+/// Where other threads leave work for the I/O thread.
+class CommandQueue {
+public:
+    enum class Pushed { taken, takenByWaiting, refused };
+
+    /// Adds `command` unless the queue was closed, and says whether the I/O thread was about to wait and must be
+    /// woken. It is so said once for each time it waits.
+    [[nodiscard]] Pushed push(Command command);
+
+    /// Moves all commands into `batch`, which must be empty. When there are none and `mayWait`, the next `push` says
+    /// to wake. False when the queue was closed.
+    [[nodiscard]] bool take(std::vector<Command>& batch, bool mayWait);
+
+    /// Commands not taken yet stay, untouched, for ever. Says whether the I/O thread must be woken.
+    [[nodiscard]] bool close();
+
+private:
+    std::mutex mutex_;
+    std::vector<Command> commands_;
+    bool isWaiting_ = false;
+    bool isClosed_ = false;
+};
+
+}  // namespace Platform

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/MainQueue.hpp>
+
+#include <Platform/Http/Redirects.hpp>
+
+#include <memory>
+
+namespace Platform {
+
+class SessionState;
+
+/// One request on its way, from `HttpSession::send` to its completion.
+struct Exchange {
+    std::shared_ptr<SessionState> session;
+    std::shared_ptr<const HttpRequest> request;
+    HttpSession::Completion completion;
+    std::shared_ptr<MainQueue> queue;
+    /// None before the first redirect.
+    std::unique_ptr<Hop> hop;
+
+    [[nodiscard]] const Url& url() const noexcept { return hop ? hop->url : request->url(); }
+    [[nodiscard]] HttpMethod method() const noexcept { return hop ? hop->method : request->method(); }
+    /// The body to send now, or null.
+    [[nodiscard]] const Bytes* body() const noexcept {
+        const auto& own = request->body();
+        return own && (!hop || hop->sendsBody) ? &*own : nullptr;
+    }
+};
+
+/// Hands `answer` to the completion, on the exchange's queue and without copying the body.
+void complete(Exchange exchange, HttpAnswer answer);
+
+/// Completes an exchange that came to no answer.
+void fail(Exchange exchange, HttpError error);
+
+}  // namespace Platform

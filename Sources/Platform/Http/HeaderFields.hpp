@@ -1,0 +1,20 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/HttpRequest.hpp>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Platform {
+
+/// Header names are compared without regard to ASCII case.
+[[nodiscard]] bool isSameHeaderName(std::string_view left, std::string_view right) noexcept;
+
+[[nodiscard]] bool hasHeader(const HttpHeaders& headers, std::string_view name) noexcept;
+
+/// What makes `headers` unfit to be sent: a name that is no token (RFC 9110), or a CR, LF or NUL in a value, which
+/// would let a value smuggle in a header of its own. The text repeats no value.
+[[nodiscard]] std::optional<std::string> headerFault(const HttpHeaders& headers);
+
+}  // namespace Platform

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/HttpRequest.hpp>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <curl/curl.h>
+
+namespace Platform {
+
+/// Header lines in the form that libcurl reads. It keeps its two buffers from one request to the next: a list of
+/// libcurl's own would allocate twice for each line.
+class HeaderList {
+public:
+    void clear();
+
+    /// Adds the line of a header; an empty value is sent as such.
+    void add(std::string_view name, std::string_view value);
+
+    /// Keeps libcurl from sending the header of this name that it would add by itself.
+    void suppress(std::string_view name);
+
+    /// The lines added so far. Valid until the next change.
+    [[nodiscard]] curl_slist* get();
+
+private:
+    std::string text_;
+    std::vector<std::size_t> starts_;
+    std::vector<curl_slist> nodes_;
+};
+
+}  // namespace Platform

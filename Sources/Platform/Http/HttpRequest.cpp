@@ -1,0 +1,51 @@
+#include <Tarnwick_API/Platform/HttpRequest.hpp>
+
+#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Http/QueryEncoding.hpp>
+#include <Platform/Json/JsonWriter.hpp>
+
+namespace Platform {
+
+namespace {
+
+bool takesQuery(HttpMethod method) noexcept {
+    return method == HttpMethod::get || method == HttpMethod::head || method == HttpMethod::delete_;
+}
+
+void addContentType(HttpHeaders& headers, std::string_view type) {
+    if (!hasHeader(headers, "Content-Type")) {
+        headers.emplace("Content-Type", type);
+    }
+}
+
+}  // namespace
+
+HttpRequest::HttpRequest(HttpMethod method, const Url& url, const Parameters& parameters, ParameterEncoding encoding,
+                         HttpHeaders headers)
+    : method_{method}, url_{url}, headers_{std::move(headers)} {
+    if (url_.scheme().empty() || url_.host().empty()) {
+        encodingError_ = "the URL has no scheme or no host";
+    } else {
+        encodingError_ = headerFault(headers_);
+    }
+    if (encoding == ParameterEncoding::json) {
+        body_ = encodeJson(parameters);
+        if (!body_) {
+            encodingError_ = "a parameter is a number that JSON can't express";
+            return;
+        }
+        if (method == HttpMethod::head) {
+            encodingError_ = "a HEAD request can't carry a body";
+        }
+        addContentType(headers_, "application/json");
+    } else if (takesQuery(method)) {
+        if (!parameters.empty()) {
+            url_ = url_.appendingQuery(encodeQuery(parameters));
+        }
+    } else {
+        body_ = encodeQuery(parameters);
+        addContentType(headers_, "application/x-www-form-urlencoded; charset=utf-8");
+    }
+}
+
+}  // namespace Platform

@@ -1,0 +1,49 @@
+#include <Platform/Http/Redirects.hpp>
+
+#include <Platform/Http/HeaderFields.hpp>
+
+#include <optional>
+
+namespace Platform {
+
+namespace {
+
+/// Whether a redirect of this status is followed, and if so whether `method` turns into a GET without body.
+std::optional<bool> turnsIntoGet(std::int64_t status, HttpMethod method) noexcept {
+    switch (status) {
+        case 301:
+        case 302:
+            return method == HttpMethod::post;
+        case 303:
+            return true;
+        case 305:
+        case 306:
+        case 307:
+        case 308:
+            return false;
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace
+
+std::unique_ptr<Hop> nextHop(const HttpRequest& request, const Hop* current, std::int64_t status,
+                             std::string_view location) {
+    const auto method = current == nullptr ? request.method() : current->method;
+    const auto toGet = turnsIntoGet(status, method);
+    const auto url = Url::fromString(location);
+    if (!toGet || !url || url->scheme().empty() || url->host().empty()) {
+        return nullptr;
+    }
+    const bool hadBody = current == nullptr ? request.body().has_value() : current->sendsBody;
+    return std::make_unique<Hop>(Hop{
+        .url = *url,
+        .method = *toGet ? HttpMethod::get : method,
+        .sendsBody = hadBody && !*toGet,
+        .keepsHost = isSameHeaderName(url->host(), request.url().host()),
+        .number = current == nullptr ? 1 : current->number + 1,
+    });
+}
+
+}  // namespace Platform

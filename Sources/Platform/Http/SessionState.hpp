@@ -1,0 +1,41 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/HttpSession.hpp>
+
+#include <Platform/Http/CurlHandles.hpp>
+#include <Platform/Http/Origin.hpp>
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+namespace Platform {
+
+/// What the requests of one session share. The configuration part is immutable and free to read on any thread; the
+/// origins belong to the I/O thread.
+class SessionState {
+public:
+    /// Throws std::bad_alloc.
+    explicit SessionState(HttpSessionConfiguration configuration);
+
+    [[nodiscard]] const HttpSessionConfiguration& configuration() const noexcept { return configuration_; }
+    /// Why no request of this session can be sent, if so.
+    [[nodiscard]] const std::optional<std::string>& fault() const noexcept { return fault_; }
+    [[nodiscard]] curl_slist* connectTo() const noexcept { return connectTo_.get(); }
+    [[nodiscard]] bool allowsScheme(std::string_view scheme) const noexcept;
+    [[nodiscard]] HostValidation hostValidation(std::string_view host) const;
+
+    /// Thread: the I/O thread.
+    [[nodiscard]] Origin& origin(const Url& url);
+
+    /// Takes all requests that wait. Thread: the I/O thread.
+    [[nodiscard]] std::vector<Exchange> takeWaiting();
+
+private:
+    HttpSessionConfiguration configuration_;
+    std::optional<std::string> fault_;
+    CurlList connectTo_;
+    std::unordered_map<std::string, Origin> origins_;
+};
+
+}  // namespace Platform

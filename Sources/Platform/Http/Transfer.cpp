@@ -1,0 +1,144 @@
+#include <Platform/Http/Transfer.hpp>
+
+#include <Platform/Http/SessionState.hpp>
+#include <Platform/Http/TransferError.hpp>
+#include <Platform/Http/TransferOptions.hpp>
+
+#include <exception>
+#include <new>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+curl_off_t transferInfo(CURL* handle, CURLINFO info) {
+    curl_off_t value = 0;
+    curl_easy_getinfo(handle, info, &value);
+    return value;
+}
+
+}  // namespace
+
+Transfer::Transfer(CURLSH* share, const Time& now) : handle_{curl_easy_init()}, now_{now} {
+    // The share survives the reset between two transfers.
+    if (!handle_ || curl_easy_setopt(handle_.get(), CURLOPT_SHARE, share) != CURLE_OK) {
+        throw std::bad_alloc{};
+    }
+}
+
+CURLcode Transfer::begin(Exchange exchange, Origin& origin) {
+    exchange_ = std::move(exchange);
+    origin_ = &origin;
+    body_.begin(exchange_.session->configuration().maximumBodySize);
+    lastProgress_ = now_;
+    auto* const handle = handle_.get();
+    curl_easy_setopt(handle, CURLOPT_PRIVATE, this);
+    curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
+    curl_easy_setopt(handle, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &Transfer::onBody);
+    curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
+    curl_easy_setopt(handle, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
+    curl_easy_setopt(handle, CURLOPT_XFERINFODATA, this);
+    curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 0L);
+    return setTransferOptions(handle, exchange_, headers_);
+}
+
+Transfer::Time Transfer::deadline() const noexcept {
+    return lastProgress_ + exchange_.session->configuration().idleTimeout;
+}
+
+bool Transfer::isMultiplexed() const {
+    long version = 0;
+    curl_easy_getinfo(handle_.get(), CURLINFO_HTTP_VERSION, &version);
+    return version >= CURL_HTTP_VERSION_2_0;
+}
+
+std::unique_ptr<Hop> Transfer::redirect() const {
+    const char* location = nullptr;
+    curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &location);
+    if (!head_.isComplete() || location == nullptr) {
+        return nullptr;
+    }
+    const auto* const current = exchange_.hop.get();
+    auto next = nextHop(*exchange_.request, current, head_.status(), location);
+    if (next) {
+        next->spent = std::chrono::microseconds{transferInfo(handle_.get(), CURLINFO_TOTAL_TIME_T)};
+        if (current != nullptr) {
+            next->spent += current->spent;
+        }
+    }
+    return next;
+}
+
+Exchange Transfer::end() {
+    curl_easy_reset(handle_.get());
+    origin_ = nullptr;
+    static_cast<void>(head_.take());
+    static_cast<void>(body_.take());
+    isTooLarge_ = false;
+    bytesMoved_ = 0;
+    return std::exchange(exchange_, {});
+}
+
+HttpAnswer Transfer::takeAnswer(CURLcode code) {
+    HttpAnswer answer;
+    if (isTooLarge_) {
+        answer.error = HttpError{HttpError::Kind::tooLarge, "the body passes the session's limit"};
+    } else if (code != CURLE_OK) {
+        answer.error = transferError(handle_.get(), code);
+    } else if (!head_.isComplete()) {
+        // libcurl calls this a success.
+        answer.error = HttpError{HttpError::Kind::connectionLost, "the connection was closed within the header"};
+    }
+    constexpr std::int64_t noContent = 204;
+    constexpr std::int64_t resetContent = 205;
+    const bool hasNoBody = isTooLarge_ || head_.status() == noContent || head_.status() == resetContent;
+    answer.body = hasNoBody ? Bytes{} : body_.take();
+    if (head_.isComplete()) {
+        answer.response = head_.take();
+    }
+    return answer;
+}
+
+std::size_t Transfer::onHeader(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept {
+    auto& self = *static_cast<Transfer*>(transfer);
+    try {
+        self.lastProgress_ = self.now_;
+        self.head_.add({bytes, size * count});
+        return size * count;
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+std::size_t Transfer::onBody(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept {
+    try {
+        return static_cast<Transfer*>(transfer)->takeBody({bytes, size * count}) ? size * count : 0;
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+bool Transfer::takeBody(std::string_view bytes) {
+    if (body_.isEmpty()) {
+        const auto announced = transferInfo(handle_.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T);
+        if (announced > 0) {
+            body_.expect(static_cast<std::size_t>(announced));
+        }
+    }
+    isTooLarge_ = !body_.append(bytes);
+    return !isTooLarge_;
+}
+
+int Transfer::onProgress(void* transfer, curl_off_t /*downloadTotal*/, curl_off_t downloaded,
+                         curl_off_t /*uploadTotal*/, curl_off_t uploaded) noexcept {
+    auto& self = *static_cast<Transfer*>(transfer);
+    if (downloaded + uploaded != self.bytesMoved_) {
+        self.bytesMoved_ = downloaded + uploaded;
+        self.lastProgress_ = self.now_;
+    }
+    return 0;
+}
+
+}  // namespace Platform

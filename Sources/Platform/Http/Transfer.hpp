@@ -1,0 +1,74 @@
+#pragma once
+
+#include <Platform/Http/AnswerHead.hpp>
+#include <Platform/Http/BodyBuffer.hpp>
+#include <Platform/Http/CurlHandles.hpp>
+#include <Platform/Http/Exchange.hpp>
+#include <Platform/Http/HeaderList.hpp>
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+
+#include <curl/curl.h>
+
+namespace Platform {
+
+class Origin;
+
+/// One easy handle and what it needs to run one hop of an exchange; used again for the next. Thread: the I/O thread.
+class Transfer {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    /// `share` keeps the TLS sessions; `now` is the I/O thread's clock, read where bytes arrive. Both must outlive
+    /// this. Throws std::bad_alloc.
+    Transfer(CURLSH* share, const Time& now);
+
+    /// Takes over `exchange` and sets up the handle for it.
+    [[nodiscard]] CURLcode begin(Exchange exchange, Origin& origin);
+
+    [[nodiscard]] CURL* handle() const noexcept { return handle_.get(); }
+    [[nodiscard]] const Exchange& exchange() const noexcept { return exchange_; }
+    [[nodiscard]] Origin& origin() const noexcept { return *origin_; }
+
+    /// When the exchange ends for want of progress, unless bytes come or go before.
+    [[nodiscard]] Time deadline() const noexcept;
+
+    /// Whether an answer came, and over a connection for many requests at once.
+    [[nodiscard]] bool hasAnswer() const noexcept { return head_.isComplete(); }
+    [[nodiscard]] bool isMultiplexed() const;
+
+    /// The redirect that the answer asks for, or null.
+    [[nodiscard]] std::unique_ptr<Hop> redirect() const;
+
+    /// Gives the exchange back and forgets the rest, ready for `begin`.
+    [[nodiscard]] Exchange end();
+
+    /// What became of the transfer, which libcurl ended with `code`. Once, and before `end`.
+    [[nodiscard]] HttpAnswer takeAnswer(CURLcode code);
+
+    /// Where the I/O thread keeps this among its running transfers.
+    std::size_t position = 0;
+
+private:
+    static std::size_t onHeader(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept;
+    static std::size_t onBody(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept;
+    static int onProgress(void* transfer, curl_off_t downloadTotal, curl_off_t downloaded, curl_off_t uploadTotal,
+                          curl_off_t uploaded) noexcept;
+
+    [[nodiscard]] bool takeBody(std::string_view bytes);
+
+    CurlEasy handle_;
+    const Time& now_;
+    Exchange exchange_;
+    Origin* origin_ = nullptr;
+    HeaderList headers_;
+    AnswerHead head_;
+    BodyBuffer body_;
+    bool isTooLarge_ = false;
+    Time lastProgress_;
+    curl_off_t bytesMoved_ = 0;
+};
+
+}  // namespace Platform

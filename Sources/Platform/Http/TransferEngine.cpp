@@ -1,0 +1,193 @@
+#include <Platform/Http/TransferEngine.hpp>
+
+#include <Platform/Http/SessionState.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+/// Connections kept open for later, of all sessions together. libcurl's own rule counts the transfers in progress,
+/// and so would close most of them whenever a burst of requests ends.
+constexpr long idleConnections = 64;
+
+/// Enough for one full HTTP/2 connection.
+constexpr std::size_t mostSpareTransfers = 128;
+
+}  // namespace
+
+TransferEngine::TransferEngine() : now_{std::chrono::steady_clock::now()} {
+    if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) {
+        throw std::runtime_error{"libcurl can't be initialised"};
+    }
+    share_.reset(curl_share_init());
+    multi_.reset(curl_multi_init());
+    // One thread uses the share, so it needs no locks.
+    if (!share_ || !multi_ ||
+        curl_share_setopt(share_.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION) != CURLSHE_OK ||
+        curl_multi_setopt(multi_.get(), CURLMOPT_MAXCONNECTS, idleConnections) != CURLM_OK) {
+        throw std::runtime_error{"libcurl can't be set up"};
+    }
+}
+
+void TransferEngine::start(Exchange exchange) {
+    auto& session = *exchange.session;
+    if (!session.allowsScheme(exchange.url().scheme())) {
+        fail(std::move(exchange), {HttpError::Kind::other, "the URL's scheme is not allowed"});
+        return;
+    }
+    auto& origin = session.origin(exchange.url());
+    // Those that wait come first, also in the moment when one has just left.
+    if (origin.isFull() || origin.hasWaiting()) {
+        origin.wait(std::move(exchange));
+    } else {
+        launch(std::move(exchange), origin);
+    }
+}
+
+void TransferEngine::launch(Exchange exchange, Origin& origin) {
+    auto transfer = [this] {
+        if (spare_.empty()) {
+            return std::make_unique<Transfer>(share_.get(), now_);
+        }
+        auto last = std::move(spare_.back());
+        spare_.pop_back();
+        return last;
+    }();
+    auto code = transfer->begin(std::move(exchange), origin);
+    if (code == CURLE_OK && curl_multi_add_handle(multi_.get(), transfer->handle()) != CURLM_OK) {
+        code = CURLE_FAILED_INIT;
+    }
+    if (code != CURLE_OK) {
+        auto answer = transfer->takeAnswer(code);
+        complete(recycle(std::move(transfer)), std::move(answer));
+        return;
+    }
+    origin.enter();
+    nextCheck_ = std::min(nextCheck_, transfer->deadline());
+    transfer->position = running_.size();
+    running_.push_back(std::move(transfer));
+    hasNew_ = true;
+}
+
+void TransferEngine::admitWaiting(Origin& origin) {
+    while (!origin.isFull() && origin.hasWaiting()) {
+        launch(origin.takeWaiting(), origin);
+    }
+}
+
+bool TransferEngine::perform() {
+    hasNew_ = false;
+    now_ = std::chrono::steady_clock::now();
+    int stillRunning = 0;
+    curl_multi_perform(multi_.get(), &stillRunning);
+    int messagesLeft = 0;
+    while (const auto* const message = curl_multi_info_read(multi_.get(), &messagesLeft)) {
+        if (message->msg == CURLMSG_DONE) {
+            const auto code = message->data.result;
+            Transfer* transfer = nullptr;
+            curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
+            finish(*transfer, code);
+        }
+    }
+    if (now_ >= nextCheck_) {
+        finishOverdue();
+    }
+    return hasNew_;
+}
+
+void TransferEngine::finish(Transfer& transfer, CURLcode code) {
+    auto& origin = transfer.origin();
+    origin.leave();
+    if (transfer.hasAnswer()) {
+        origin.answered(transfer.isMultiplexed());
+    }
+    auto hop = code == CURLE_OK ? transfer.redirect() : nullptr;
+    const bool isLoop = hop && hop->number > maximumRedirects;
+    auto answer = transfer.takeAnswer(isLoop ? CURLE_TOO_MANY_REDIRECTS : code);
+    auto exchange = recycle(detach(transfer));
+    // The session may end with the exchange, and the origin with it.
+    const auto session = exchange.session;
+    if (hop && !isLoop) {
+        exchange.hop = std::move(hop);
+        start(std::move(exchange));
+    } else {
+        complete(std::move(exchange), std::move(answer));
+    }
+    admitWaiting(origin);
+}
+
+void TransferEngine::finishOverdue() {
+    std::vector<Transfer*> overdue;
+    nextCheck_ = Transfer::Time::max();
+    for (const auto& transfer : running_) {
+        if (transfer->deadline() <= now_) {
+            overdue.push_back(transfer.get());
+        } else {
+            nextCheck_ = std::min(nextCheck_, transfer->deadline());
+        }
+    }
+    for (auto* const transfer : overdue) {
+        finish(*transfer, CURLE_OPERATION_TIMEDOUT);
+    }
+}
+
+void TransferEngine::cancelAll(SessionState& session) {
+    const auto cancelled = [] { return HttpError{HttpError::Kind::cancelled, "the session was dropped"}; };
+    std::vector<Transfer*> transfers;
+    for (const auto& transfer : running_) {
+        if (transfer->exchange().session.get() == &session) {
+            transfers.push_back(transfer.get());
+        }
+    }
+    for (auto* const transfer : transfers) {
+        transfer->origin().leave();
+        fail(recycle(detach(*transfer)), cancelled());
+    }
+    for (auto& exchange : session.takeWaiting()) {
+        fail(std::move(exchange), cancelled());
+    }
+}
+
+std::unique_ptr<Transfer> TransferEngine::detach(Transfer& transfer) {
+    curl_multi_remove_handle(multi_.get(), transfer.handle());
+    auto& place = running_[transfer.position];
+    auto owner = std::exchange(place, nullptr);
+    if (&place != &running_.back()) {
+        place = std::move(running_.back());
+        place->position = owner->position;
+    }
+    running_.pop_back();
+    return owner;
+}
+
+Exchange TransferEngine::recycle(std::unique_ptr<Transfer> transfer) {
+    auto exchange = transfer->end();
+    if (spare_.size() < mostSpareTransfers) {
+        spare_.push_back(std::move(transfer));
+    }
+    return exchange;
+}
+
+void TransferEngine::wait() {
+    using Milliseconds = std::chrono::milliseconds;
+    constexpr Milliseconds longest = std::chrono::hours{1};
+    auto time = longest;
+    if (!running_.empty()) {
+        const auto untilCheck = std::chrono::ceil<Milliseconds>(nextCheck_ - std::chrono::steady_clock::now());
+        time = std::clamp(untilCheck, Milliseconds{0}, longest);
+    }
+    curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(time.count()), nullptr);
+    now_ = std::chrono::steady_clock::now();
+}
+
+void TransferEngine::wake() {
+    curl_multi_wakeup(multi_.get());
+}
+
+}  // namespace Platform

@@ -1,0 +1,142 @@
+#include <Platform/Http/TransferOptions.hpp>
+
+#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Http/SessionState.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+
+namespace Platform {
+
+namespace {
+
+class OptionSetter {
+public:
+    explicit OptionSetter(CURL* handle) : handle_{handle} {}
+
+    template <typename Value>
+    void operator()(CURLoption option, Value value) {
+        const auto code = curl_easy_setopt(handle_, option, value);
+        if (firstFault_ == CURLE_OK) {
+            firstFault_ = code;
+        }
+    }
+
+    [[nodiscard]] CURLcode firstFault() const noexcept { return firstFault_; }
+
+private:
+    CURL* handle_;
+    CURLcode firstFault_ = CURLE_OK;
+};
+
+void fillHeaders(HeaderList& list, const Exchange& exchange) {
+    const auto isSent = [&](std::string_view name) {
+        // The length is libcurl's to say: one that differs from the body's would split the request in two.
+        if (isSameHeaderName(name, "Content-Length") || isSameHeaderName(name, "Transfer-Encoding")) {
+            return false;
+        }
+        if (!exchange.hop) {
+            return true;
+        }
+        return !isSameHeaderName(name, "Authorization") &&
+               (exchange.hop->keepsHost || !isSameHeaderName(name, "Host")) &&
+               (exchange.hop->sendsBody || !isSameHeaderName(name, "Content-Type"));
+    };
+    list.clear();
+    const auto& own = exchange.request->headers();
+    for (const auto& [name, value] : own) {
+        if (isSent(name)) {
+            list.add(name, value);
+        }
+    }
+    for (const auto& [name, value] : exchange.session->configuration().additionalHeaders) {
+        if (isSent(name) && !hasHeader(own, name)) {
+            list.add(name, value);
+        }
+    }
+    // No body is so large that waiting for leave to send it would pay.
+    list.suppress("Expect");
+}
+
+void setMessage(OptionSetter& set, const Exchange& exchange, HeaderList& headers) {
+    const auto method = exchange.method();
+    const auto* const body = exchange.body();
+    set(CURLOPT_URL, exchange.url().absoluteString().c_str());
+    set(CURLOPT_PATH_AS_IS, 1L);
+    if (method == HttpMethod::head) {
+        set(CURLOPT_NOBODY, 1L);
+    }
+    if (body != nullptr) {
+        // The size first, as the body may hold NUL. The body is not copied.
+        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body->size()));
+        set(CURLOPT_POSTFIELDS, body->data());
+    }
+    const auto usual = body != nullptr ? HttpMethod::post : HttpMethod::get;
+    if (method != usual) {
+        set(CURLOPT_CUSTOMREQUEST, name(method).data());
+    }
+    fillHeaders(headers, exchange);
+    set(CURLOPT_HTTPHEADER, headers.get());
+    // Decoding; what the header says stays the session's choice.
+    set(CURLOPT_ACCEPT_ENCODING, "gzip");
+    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+}
+
+void setTrust(OptionSetter& set, const Exchange& exchange) {
+    const auto& session = *exchange.session;
+    const auto& ownRoots = session.configuration().trustedRootsFile;
+    const char* const roots = ownRoots ? ownRoots->c_str() : curl_version_info(CURLVERSION_NOW)->cainfo;
+    if (roots != nullptr) {
+        // With a directory set besides the file, libcurl would read all certificates anew for each connection.
+        set(CURLOPT_CAINFO, roots);
+        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
+    }
+    constexpr long nameMustMatch = 2;
+    const bool checksName = session.hostValidation(exchange.url().host()) == HostValidation::full;
+    set(CURLOPT_SSL_VERIFYPEER, 1L);
+    set(CURLOPT_SSL_VERIFYHOST, checksName ? nameMustMatch : 0L);
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+}
+
+/// Rounded up, and within what libcurl takes; it means "no limit" by 0.
+long curlMilliseconds(std::chrono::microseconds time) {
+    const auto count = std::chrono::ceil<std::chrono::milliseconds>(time).count();
+    return static_cast<long>(std::clamp<std::int64_t>(count, 1, std::numeric_limits<int>::max()));
+}
+
+void setConnection(OptionSetter& set, const Exchange& exchange) {
+    const auto& session = *exchange.session;
+    const auto& configuration = session.configuration();
+    const char* const schemes = configuration.allowsPlainHttp ? "http,https" : "https";
+    set(CURLOPT_PROTOCOLS_STR, schemes);
+    set(CURLOPT_NOSIGNAL, 1L);
+    // A cancelled look-up of a name must not hold up the thread until the resolver gives up.
+    set(CURLOPT_QUICK_EXIT, 1L);
+    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
+    // Wait for the first connection to tell whether it takes many requests, before opening another.
+    set(CURLOPT_PIPEWAIT, 1L);
+    if (session.connectTo() != nullptr) {
+        set(CURLOPT_CONNECT_TO, session.connectTo());
+    }
+    if (!configuration.usesProxy) {
+        set(CURLOPT_PROXY, "");
+    }
+    const auto spent = exchange.hop ? exchange.hop->spent : std::chrono::microseconds{0};
+    const auto left = curlMilliseconds(configuration.wholeTimeout - spent);
+    set(CURLOPT_TIMEOUT_MS, left);
+    // Connecting is watched by the idle time-out; libcurl's own default would cut in after five minutes.
+    set(CURLOPT_CONNECTTIMEOUT_MS, left);
+}
+
+}  // namespace
+
+CURLcode setTransferOptions(CURL* handle, const Exchange& exchange, HeaderList& headers) {
+    OptionSetter set{handle};
+    setMessage(set, exchange, headers);
+    setTrust(set, exchange);
+    setConnection(set, exchange);
+    return set.firstFault();
+}
+
+}  // namespace Platform

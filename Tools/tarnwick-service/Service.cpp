@@ -1,0 +1,247 @@
+#include "Service.hpp"
+
+#include <arpa/inet.h>
+
+#include <stdexcept>
+
+#include "AccountApi.hpp"
+#include "Caller.hpp"
+#include "CatalogueApi.hpp"
+#include "ControlApi.hpp"
+#include "HttpServer.hpp"
+#include "RequestCheck.hpp"
+#include "Router.hpp"
+#include "StatusApi.hpp"
+
+namespace TarnwickService {
+namespace {
+
+constexpr const char* loopback = "127.0.0.1";
+
+bool isAddress(const std::string& text) {
+    in6_addr buffer{};
+    return inet_pton(AF_INET, text.c_str(), &buffer) == 1 || inet_pton(AF_INET6, text.c_str(), &buffer) == 1;
+}
+
+std::string withoutPort(const std::string& host) {
+    if (host.starts_with('[')) {
+        return host.substr(1, host.find(']') - 1);
+    }
+    return host.substr(0, host.find(':'));
+}
+
+Certificate makeCertificate(const CertificateAuthority& authority, const Configuration& configuration) {
+    if (configuration.certificate) {
+        return *configuration.certificate;
+    }
+    CertificateRequest request;
+    request.dnsNames = {"localhost"};
+    request.ipAddresses = {loopback, "::1"};
+    std::vector<std::string> names = configuration.certificateNames;
+    if (!configuration.apiHost.empty()) {
+        names.push_back(withoutPort(configuration.apiHost));
+    }
+    for (std::string& name : names) {
+        (isAddress(name) ? request.ipAddresses : request.dnsNames).push_back(std::move(name));
+    }
+    constexpr std::chrono::hours thirtyDays{24 * 30};
+    request.validUntil = thirtyDays;
+    return authority.issue(request);
+}
+
+Answer replacement(const Fault& fault) {
+    Answer answer;
+    answer.status = fault.status.value_or(answer.status);
+    answer.body = fault.body.value_or("");
+    answer.contentType = fault.contentType;
+    return answer;
+}
+
+}  // namespace
+
+class Service::Implementation {
+public:
+    Implementation(Configuration configuration, Service& service)
+        : configuration_(std::move(configuration)),
+          service_(service),
+          catalogue_(readPlaces(configuration_.zoneDirectory), configuration_.serverCount),
+          caller_(makeCaller(configuration_.callerAddress, configuration_.callerZone, catalogue_.places())),
+          traffic_(configuration_.recordRequests),
+          authority_(CertificateAuthority::create()),
+          certificate_(makeCertificate(authority_, configuration_)) {}
+
+    ~Implementation() { stop(); }
+    Implementation(const Implementation&) = delete;
+    Implementation& operator=(const Implementation&) = delete;
+
+    void start() {
+        if (listening_) {
+            throw std::logic_error("the service runs already");
+        }
+        faults_.allowPauses();
+        listening_ = std::make_unique<Listening>(*this);
+    }
+
+    void stop() {
+        faults_.cancelPauses();
+        listening_.reset();
+    }
+
+private:
+    friend class Service;
+
+    // What exists only while the service listens: the host that requests must name follows from the port.
+    struct Listening {
+        explicit Listening(Implementation& owner)
+            : server({.address = owner.configuration_.address,
+                      .port = owner.configuration_.port,
+                      .certificate = owner.certificate_,
+                      .onConnection = [&owner] { owner.traffic_.countConnection(); }}),
+              apiHost(owner.configuration_.apiHost.empty() ? "localhost:" + std::to_string(server.port())
+                                                           : owner.configuration_.apiHost),
+              check(owner.configuration_, apiHost, owner.accounts_),
+              accountApi(owner.accounts_, check, owner.caller_),
+              catalogueApi(owner.catalogue_, check, owner.caller_, owner.configuration_),
+              statusApi(check, owner.caller_, owner.configuration_),
+              router(check, accountApi, catalogueApi, statusApi),
+              controlApi(owner.service_) {
+            if (owner.configuration_.controlPort) {
+                // Bodies of faults come this way.
+                constexpr std::size_t largestControlBody = std::size_t{64} << 20U;
+                control = std::make_unique<HttpServer>(HttpServer::Settings{.address = loopback,
+                                                                            .port = *owner.configuration_.controlPort,
+                                                                            .certificate = std::nullopt,
+                                                                            .largestBody = largestControlBody});
+                control->start([this](const Request& request) { return controlApi.answer(request); });
+            }
+            server.start([this, &owner](const Request& request) { return owner.serve(request, router); });
+        }
+
+        ~Listening() {
+            if (control) {
+                control->stop();
+            }
+            server.stop();
+        }
+        Listening(const Listening&) = delete;
+        Listening& operator=(const Listening&) = delete;
+
+        HttpServer server;
+        std::string apiHost;
+        RequestCheck check;
+        AccountApi accountApi;
+        CatalogueApi catalogueApi;
+        StatusApi statusApi;
+        Router router;
+        ControlApi controlApi;
+        std::unique_ptr<HttpServer> control;
+    };
+
+    Answer serve(const Request& request, const Router& router) {
+        traffic_.countRequest(request);
+        Answer answer;
+        try {
+            const std::optional<Fault> fault = faults_.take(request.method, pathBelowBase(request.path()));
+            answer = fault ? spoiltAnswer(request, router, *fault) : router.answer(request);
+        } catch (const Refusal& refusal) {
+            answer = plainText(refusal.status(), refusal.what());
+        }
+        traffic_.countAnswer(answer);
+        return answer;
+    }
+
+    Answer spoiltAnswer(const Request& request, const Router& router, const Fault& fault) {
+        if (fault.delay.count() > 0 && !faults_.pause(fault.delay)) {
+            Answer none;
+            none.damage.cut = Cut::beforeAnswer;
+            return none;
+        }
+        const bool replaced = fault.status || fault.body;
+        const bool withheld = fault.cut == Cut::beforeAnswer;
+        Answer answer;
+        if (fault.takesEffect || (!replaced && !withheld)) {
+            answer = router.answer(request);
+        }
+        if (replaced) {
+            answer = replacement(fault);
+        }
+        answer.headers.insert(answer.headers.end(), fault.headers.begin(), fault.headers.end());
+        answer.damage = {fault.cut, fault.cutAfterBytes, fault.contentLength};
+        return answer;
+    }
+
+    Configuration configuration_;
+    Service& service_;
+    Accounts accounts_;
+    Catalogue catalogue_;
+    Caller caller_;
+    Faults faults_;
+    Traffic traffic_;
+    CertificateAuthority authority_;
+    Certificate certificate_;
+    std::unique_ptr<Listening> listening_;
+};
+
+Service::Service(Configuration configuration)
+    : implementation_(std::make_unique<Implementation>(std::move(configuration), *this)) {
+}
+
+Service::~Service() = default;
+
+void Service::start() {
+    implementation_->start();
+}
+
+void Service::stop() {
+    implementation_->stop();
+}
+
+const Configuration& Service::configuration() const {
+    return implementation_->configuration_;
+}
+
+std::uint16_t Service::port() const {
+    return implementation_->listening_ ? implementation_->listening_->server.port() : 0;
+}
+
+std::optional<std::uint16_t> Service::controlPort() const {
+    const auto& listening = implementation_->listening_;
+    return listening && listening->control ? std::optional(listening->control->port()) : std::nullopt;
+}
+
+std::string Service::apiHost() const {
+    const auto& listening = implementation_->listening_;
+    return listening ? listening->apiHost : configuration().apiHost;
+}
+
+const std::string& Service::caCertificatePem() const {
+    return implementation_->authority_.certificatePem();
+}
+
+Accounts& Service::accounts() {
+    return implementation_->accounts_;
+}
+
+const Catalogue& Service::catalogue() const {
+    return implementation_->catalogue_;
+}
+
+Faults& Service::faults() {
+    return implementation_->faults_;
+}
+
+Counters Service::counters() const {
+    return implementation_->traffic_.counters();
+}
+
+std::vector<RecordedRequest> Service::recordedRequests() const {
+    return implementation_->traffic_.recorded();
+}
+
+void Service::reset() {
+    implementation_->accounts_.clear();
+    implementation_->faults_.clear();
+    implementation_->traffic_.reset();
+}
+
+}  // namespace TarnwickService
