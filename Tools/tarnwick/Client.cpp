@@ -145,7 +145,7 @@ void Client::wait(const std::string& doing, const std::function<bool()>& isDone)
     const auto isLate = std::make_shared<bool>(false);
     queue_->after(milliseconds(settings_.timeout), [isLate] { *isLate = true; });
 
-    constexpr std::chrono::milliseconds refresh{250};
+    static constexpr std::chrono::milliseconds refresh{250};
     WaitingLine line{doing, !settings_.verbose};
     const auto isWaiting = std::make_shared<bool>(true);
     const auto draw = std::make_shared<std::function<void()>>();
