@@ -162,8 +162,10 @@ bool killAfter(std::chrono::nanoseconds lifetime) {
 }
 
 TEST_F(FileKeychainDurability, LeavesTheOldOrTheNewItemWheneverKilled) {
+    FileKeychainStore store{file};
+    ASSERT_EQ(store.add(item("a", 1)), success);
     const auto start = std::chrono::steady_clock::now();
-    ASSERT_EQ(FileKeychainStore{file}.add(item("a", 0)), success);
+    ASSERT_EQ(store.update(query, {.data = secret(0)}), success);
     const std::chrono::nanoseconds timeOfWrite = std::chrono::steady_clock::now() - start;
     const auto reference = read()->persistentReference;
     const Shared<std::atomic<unsigned>> written;
@@ -171,9 +173,8 @@ TEST_F(FileKeychainDurability, LeavesTheOldOrTheNewItemWheneverKilled) {
     std::mt19937 random{static_cast<unsigned>(::getpid())};
     for (int round = 0; round < 200; ++round) {
         SCOPED_TRACE(round);
-        std::uniform_int_distribution<std::int64_t> lifetimes{1, 3 * timeOfWrite.count()};
+        std::uniform_int_distribution<std::int64_t> lifetimes{1, 2 * timeOfWrite.count()};
         ChildProcess child{[&, lifetime = std::chrono::nanoseconds{lifetimes(random)}] {
-            FileKeychainStore store{file};
             const bool armed = killAfter(lifetime);
             while (armed && store.update(query, {.data = secret(*written + 1)}) == success) {
                 ++*written;

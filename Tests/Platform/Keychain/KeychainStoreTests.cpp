@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Platform/KeychainStore.hpp>
 
+#include "KeychainStoreKinds.hpp"
 #include "PrintKeychainStatus.hpp"
 #include "TemporaryFolder.hpp"
 
@@ -18,12 +19,7 @@ namespace {
 using ::testing::Eq;
 using ::testing::Optional;
 
-struct StoreKind {
-    std::string name;
-    std::shared_ptr<KeychainStore> (*make)(const TemporaryFolder&);
-};
-
-class EveryKeychainStore : public ::testing::TestWithParam<StoreKind> {
+class EveryKeychainStore : public ::testing::TestWithParam<KeychainStoreKind> {
 protected:
     static KeychainItem item(std::string service, std::string account, std::optional<Bytes> data = "secret") {
         return {std::move(service), std::move(account), std::move(data), "label", {}, "comment"};
@@ -48,8 +44,8 @@ protected:
         return std::get<KeychainDictionary>(answer.value).account;
     }
 
-    TemporaryFolder folder;
-    std::shared_ptr<KeychainStore> store = GetParam().make(folder);
+    TemporaryFolder folder{std::filesystem::temp_directory_path()};
+    std::shared_ptr<KeychainStore> store = GetParam().make(folder.path());
 };
 
 TEST_P(EveryKeychainStore, IsEmptyAtFirst) {
@@ -240,13 +236,7 @@ TEST_P(EveryKeychainStore, SaysInWordsWhatAStatusMeans) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, EveryKeychainStore,
-                         ::testing::Values(StoreKind{"Memory",
-                                                     [](const TemporaryFolder&) { return makeMemoryKeychainStore(); }},
-                                           StoreKind{"File",
-                                                     [](const TemporaryFolder& folder) {
-                                                         return makeFileKeychainStore(folder.path() / "keychain");
-                                                     }}),
+INSTANTIATE_TEST_SUITE_P(Stores, EveryKeychainStore, ::testing::ValuesIn(everyKeychainStoreKind()),
                          [](const auto& info) { return info.param.name; });
 
 }  // namespace

@@ -152,7 +152,8 @@ TEST_F(RequestEngine, NamesTheApiHostWhateverTheCallerGave) {
     backend->setUseFallbackIp(true);
     send(outcome, {{"host", "other"}, {"Host", "another"}, {"Accept", "text/plain"}});
     EXPECT_EQ(session->requests.at(0)->headers(),
-              (Platform::HttpHeaders{{"Accept", "text/plain"}, {"Host", "live.example.test"}}));
+              (Platform::HttpHeaders{
+                  {"Accept", "text/plain"}, {"Content-Type", "application/json"}, {"Host", "live.example.test"}}));
 }
 
 TEST_F(RequestEngine, KeepsTheBackendAliveForTheWholeChain) {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/KeychainStore.hpp>
+
+#include <filesystem>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace Platform {
+
+/// A kind of store that the tests of what all stores do run on.
+struct KeychainStoreKind {
+    std::string name;
+    /// An empty store, which may keep its items in `folder`.
+    std::shared_ptr<KeychainStore> (*make)(const std::filesystem::path& folder);
+};
+
+inline void PrintTo(const KeychainStoreKind& kind, std::ostream* out) {
+    *out << kind.name;
+}
+
+inline std::vector<KeychainStoreKind> everyKeychainStoreKind() {
+    return {
+        {"Memory", [](const std::filesystem::path&) { return makeMemoryKeychainStore(); }},
+        {"File", [](const std::filesystem::path& folder) { return makeFileKeychainStore(folder / "keychain.sqlite"); }},
+    };
+}
+
+}  // namespace Platform

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Platform/KeychainStore.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace Tarnwick_API {
+
+/// A stored user name, and the reference by which the system's network extensions find the secret.
+struct TokenData {
+    std::string username;
+    Platform::Bytes passwordReference;
+
+    friend bool operator==(const TokenData&, const TokenData&) = default;
+};
+
+/// A stored user name with its secret.
+struct LoginData {
+    std::string username;
+    std::string password;
+
+    friend bool operator==(const LoginData&, const LoginData&) = default;
+};
+
+/// One secret for each service name, kept in the platform's keychain. Library and application read and write it here.
+///
+/// Items may be read without asking the user by the application itself and by the two components of the system that
+/// set up VPN connections, where the keychain knows such lists.
+/// Thread: any. Every operation is a short series of synchronous calls of the keychain on the caller's thread; nothing
+/// guards the series, so of two `setPassword` for one service at the same time either may win.
+/// Errors: none. What fails reads as missing; `setPassword` and `resetRequiresUserInteraction` write a line to standard
+/// output when the keychain refuses to change an existing item.
+class Keychain {
+public:
+    /// The comment of an item whose secret has been written and for which `resetRequiresUserInteraction` has not been
+    /// called since.
+    [[nodiscard]] static const std::string& requiresUserInteractionValue();
+
+    /// Writes the secret under `account`. An item that the service has already is changed in place, whatever its
+    /// account, and keeps its reference; only one that can't be changed is deleted and made anew. A password that is no
+    /// UTF-8 is left out: a new item is then without a secret, a changed one keeps the secret that it had.
+    static void setPassword(const std::string& service, const std::string& account, const std::string& password);
+
+    /// None, for every item that this class writes: the keychain answers with bare bytes where a dictionary is expected
+    /// here. `getLoginData` gives the secret.
+    [[nodiscard]] static std::optional<std::string> getPassword(const std::string& service, const std::string& account);
+
+    /// The reference of the item; it stays the same through every change of account and secret.
+    [[nodiscard]] static std::optional<Platform::Bytes> getPasswordReference(const std::string& service,
+                                                                             const std::string& account);
+
+    [[nodiscard]] static std::optional<TokenData> getTokenData(const std::string& service);
+
+    /// None also for an item without a secret, or one that is no UTF-8. The empty secret is a secret.
+    [[nodiscard]] static std::optional<LoginData> getLoginData(const std::string& service);
+
+    /// Whether `getLoginData` gives something.
+    [[nodiscard]] static bool hasLoginData(const std::string& service);
+
+    /// Deletes what the keychain has for the service, whatever the account.
+    static void deleteItem(const std::string& service);
+
+    /// Whether the secret was written after the last `resetRequiresUserInteraction`. False without an item.
+    [[nodiscard]] static bool requiresUserInteraction(const std::string& service);
+
+    static void resetRequiresUserInteraction(const std::string& service);
+
+    /// The process-wide keychain behind the operations: the one given to `setStore`, or else a private file at
+    /// `Platform::defaultKeychainFile()`, a path that is worked out once, at the first use.
+    [[nodiscard]] static std::shared_ptr<Platform::KeychainStore> store();
+
+    /// Replaces the process-wide keychain; none goes back to the file. Operations on their way keep the one they began
+    /// with.
+    static void setStore(std::shared_ptr<Platform::KeychainStore> store);
+};
+
+}  // namespace Tarnwick_API
