@@ -12,8 +12,8 @@ namespace Platform {
 struct NotificationCenter::Observation::Entry {
     std::string name;
     Handler handler;
-    bool fromAnySender;
-    const void* senderAddress;
+    bool fromAnySender = true;
+    const void* senderAddress = nullptr;
     /// Tells a later object at the same address from the sender meant, which may be gone.
     std::weak_ptr<const void> sender;
     std::weak_ptr<State> center;

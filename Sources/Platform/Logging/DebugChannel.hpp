@@ -1,7 +1,6 @@
 #pragma once
 
 #include <atomic>
-#include <source_location>
 #include <string_view>
 
 namespace Platform {
@@ -15,9 +14,10 @@ public:
     }
 
     /// Writes `message` as it stands. `function` is the operation's name, a literal: inside a lambda the compiler's
-    /// own name for the place would say nothing.
-    static void write(std::string_view message, const char* function,
-                      std::source_location place = std::source_location::current());
+    /// own name for the place would say nothing. `file` and `line` are the caller's.
+    // Not std::source_location: clang 14 lacks it with this standard library.
+    static void write(std::string_view message, const char* function, const char* file = __builtin_FILE(),
+                      int line = __builtin_LINE());
 
 private:
     friend class Logging;

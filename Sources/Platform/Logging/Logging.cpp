@@ -72,15 +72,15 @@ bool DebugChannel::loggerTakesDebug() noexcept {
     return logger && (logger->should_log(spdlog::level::debug) || logger->should_backtrace());
 }
 
-void DebugChannel::write(std::string_view message, const char* function, std::source_location place) {
+void DebugChannel::write(std::string_view message, const char* function, const char* file, int line) {
     const auto logger = isWriting ? nullptr : Logging::logger();
     if (!logger) {
         return;
     }
     const WritingMark mark;
     try {
-        logger->log(spdlog::source_loc{place.file_name(), static_cast<int>(place.line()), function},
-                    spdlog::level::debug, spdlog::string_view_t{message.data(), message.size()});
+        logger->log(spdlog::source_loc{file, line, function}, spdlog::level::debug,
+                    spdlog::string_view_t{message.data(), message.size()});
     } catch (...) {
         // The logger has reported its sinks' failures by now; what its own report throws must not fail a request.
         return;

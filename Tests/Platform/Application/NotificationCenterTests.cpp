@@ -125,6 +125,7 @@ TEST(NotificationCenter, TakesCallsFromManyThreads) {
     {
         const auto lasting = center.addObserver("x", [&](const Notification&) { ++calls; });
         std::vector<std::jthread> threads;
+        threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([&center] {
                 for (int count = 0; count < 250; ++count) {

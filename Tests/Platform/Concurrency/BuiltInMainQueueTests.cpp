@@ -89,6 +89,7 @@ TEST_F(BuiltInMainQueueTest, RunsTasksOfManyThreadsOneByOneOnItsOwn) {
     std::vector<std::vector<int>> seen(4);
     int total = 0;
     std::vector<std::jthread> threads;
+    threads.reserve(4);
     for (auto& ofThread : seen) {
         threads.emplace_back([&] {
             for (int number = 0; number < perThread; ++number) {

@@ -151,6 +151,7 @@ TEST_F(LoggingTest, CallsASinkOnceAtATimeWhileItMayBeReplaced) {
     Logging::setSink(sink);
     const auto first = Logging::logger();
     std::vector<std::jthread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 3; ++thread) {
         threads.emplace_back([] {
             for (int count = 0; count < 300; ++count) {

@@ -21,6 +21,7 @@ public:
     /// The 36-character form, upper case.
     [[nodiscard]] std::string uuidString() const;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the 0 inside a defaulted <=> for a pointer.
     friend auto operator<=>(const Uuid&, const Uuid&) = default;
 
 private:
