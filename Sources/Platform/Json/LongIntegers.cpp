@@ -21,8 +21,7 @@ bool isLongInteger(std::string_view number) {
     constexpr std::string_view decimalDigits = "0123456789";
     const bool negative = number.starts_with('-');
     const std::string_view digits = number.substr(negative ? 1 : 0);
-    // A leading zero is an error that must not turn into another number.
-    if (digits.starts_with('0') || digits.find_first_not_of(decimalDigits) != std::string_view::npos) {
+    if (digits.find_first_not_of(decimalDigits) != std::string_view::npos) {
         return false;
     }
     return negative ? overflows<std::int64_t>(number) : overflows<std::uint64_t>(number);

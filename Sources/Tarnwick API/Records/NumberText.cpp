@@ -64,7 +64,7 @@ std::optional<std::int64_t> parseInt(std::string_view text) noexcept {
 
 std::optional<double> parseDouble(std::string_view text) {
 #ifdef __cpp_lib_to_chars
-    // Where the standard library has it, this is three times as fast. It knows all forms but hexadecimal and the plus.
+    // Where the standard library has it, this is some five times as fast. It knows every form but "+1" and "0x1".
     double number = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
     if (result.ec == std::errc{} && result.ptr == text.data() + text.size()) {

@@ -21,8 +21,8 @@ concept Decodable = requires(const JsonObject& object, const JsonDecoder& decode
 class JsonDecoder {
 public:
     JsonDecoder() = default;
-    JsonDecoder(const JsonDecoder&) = default;
-    JsonDecoder& operator=(const JsonDecoder&) = default;
+    JsonDecoder(const JsonDecoder&) = delete;
+    JsonDecoder& operator=(const JsonDecoder&) = delete;
     virtual ~JsonDecoder() = default;
 
     /// The record that the text's one object holds. Throws `DecodingError`, and what the record throws.
