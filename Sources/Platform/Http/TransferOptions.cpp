@@ -114,8 +114,9 @@ void setConnection(OptionSetter& set, const Exchange& exchange) {
     // A cancelled look-up of a name must not hold up the thread until the resolver gives up.
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
-    // Wait for the first connection to tell whether it takes many requests, before opening another.
-    set(CURLOPT_PIPEWAIT, 1L);
+    // Wait for the first connection to tell whether it takes many requests, before opening another. Without TLS it
+    // would tell only with its first answer, and takes one at a time.
+    set(CURLOPT_PIPEWAIT, isSameHeaderName(exchange.url().scheme(), "https") ? 1L : 0L);
     if (session.connectTo() != nullptr) {
         set(CURLOPT_CONNECT_TO, session.connectTo());
     }

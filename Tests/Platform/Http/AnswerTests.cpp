@@ -1,0 +1,164 @@
+#include <Tarnwick_API/Platform/Json.hpp>
+
+#include "SessionFixture.hpp"
+
+#include <array>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace Platform;
+using testing::ElementsAre;
+using testing::Pair;
+using Then = ScriptedAnswer::Then;
+
+class Answer : public SessionFixture {
+protected:
+    HttpAnswer answerTo(ScriptedAnswer scripted, HttpMethod method = HttpMethod::get) {
+        // A server and a session for each: on a connection used before, a request that gets no answer is sent again.
+        ScriptedServer server;
+        server.answer(std::move(scripted));
+        return exchange(*makeHttpSession(configuration), request(server.url() + "/", method));
+    }
+
+    HttpSessionConfiguration configuration = plainConfiguration();
+};
+
+/// "hello" by gzip.
+const std::string helloGzip{
+    "\x1f\x8b\x08\x00\x00\x00\x00\x00\x00\x03\xcb\x48\xcd\xc9\xc9\x07\x00\x86\xa6\x10\x36\x05\x00\x00\x00", 25};
+
+TEST_F(Answer, IsHandedOnWhole) {
+    struct Row {
+        std::string bytes;
+        std::int64_t status;
+        std::string body;
+    };
+    const std::string gzipHead = "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 25\r\n\r\n";
+    const Row rows[] = {
+        {"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello", 200, "hello"},
+        {"HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n", 200, ""},
+        {"HTTP/1.0 200 OK\r\n\r\nuntil the end", 200, "until the end"},
+        {"HTTP/1.1 404 No\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nhel\r\n2\r\nlo\r\n0\r\nX-Trailer: 1\r\n\r\n", 404,
+         "hello"},
+        {"HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=\"x\"\r\nContent-Length: 2\r\n\r\nno", 401, "no"},
+        {"HTTP/1.1 503 Busy\r\nContent-Length: 1\r\n\r\n\xFF", 503, "\xFF"},
+        {"HTTP/1.1 204 None\r\n\r\n", 204, ""},
+        {"HTTP/1.1 205 Reset\r\nContent-Length: 4\r\n\r\nbody", 205, ""},
+        {"HTTP/1.1 202 Later\r\nContent-Length: 4\r\n\r\nbody", 202, "body"},
+        {"HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 103 Hints\r\nX-Hint: 1\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 1\r\n"
+         "\r\n1",
+         200, "1"},
+        {gzipHead + helloGzip, 200, "hello"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.bytes);
+        const auto answer = answerTo({row.bytes, Then::close});
+        EXPECT_EQ(errorName(answer), "none");
+        ASSERT_TRUE(answer.response);
+        EXPECT_EQ(answer.response->status, row.status);
+        EXPECT_FALSE(answer.response->headers.contains("x-hint"));
+        EXPECT_FALSE(answer.response->headers.contains("x-trailer"));
+        EXPECT_EQ(answer.body, row.body);
+    }
+    EXPECT_EQ(answerTo({"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n"}, HttpMethod::head).body, "");
+}
+
+TEST_F(Answer, HasHeadersInLowerCaseAndJoined) {
+    const auto answer = answerTo(
+        {"HTTP/1.1 200 OK\r\nX-Two: a\r\nDATE:today \r\nx-two:b\r\nX-Fold: c\r\n d\r\nX-Empty:\r\nContent-Length: 0"
+         "\r\n\r\n"});
+    EXPECT_THAT(answer.response.value().headers,
+                ElementsAre(Pair("content-length", "0"), Pair("date", "today"), Pair("x-empty", ""),
+                            Pair("x-fold", "c d"), Pair("x-two", "a, b")));
+}
+
+TEST_F(Answer, ThatIsCutShortOrBrokenIsAnError) {
+    struct Row {
+        std::string bytes;
+        std::string error;
+        bool hasResponse;
+        std::string body;
+    };
+    const std::string ok = "HTTP/1.1 200 OK\r\n";
+    const Row rows[] = {
+        {"", "connectionLost", false, ""},
+        {"HTT", "connectionLost", false, ""},
+        {"HTTP/1.1 200", "connectionLost", false, ""},
+        {ok, "connectionLost", false, ""},
+        {ok + "Content-Len", "connectionLost", false, ""},
+        {ok + "Content-Length: 0\r\n", "connectionLost", false, ""},
+        {ok + "Content-Length: 5\r\n\r\n", "connectionLost", true, ""},
+        {ok + "Content-Length: 5\r\n\r\nhell", "connectionLost", true, "hell"},
+        {ok + "Transfer-Encoding: chunked\r\n\r\n5\r\nhel", "connectionLost", true, "hel"},
+        {ok + "Transfer-Encoding: chunked\r\n\r\n3\r\nhel\r\n", "connectionLost", true, "hel"},
+        {"HTTP/1.1 103 Hints\r\nX: 1\r\n\r\n", "connectionLost", false, ""},
+        {"SSH-2.0-OpenSSH\r\nsecret", "badAnswer", false, ""},
+        {"HTTP/1.1 199 Odd\r\nContent-Length: 0\r\n\r\n", "connectionLost", false, ""},
+        {ok + "Content-Encoding: gzip\r\nContent-Length: 5\r\n\r\nhello", "badAnswer", true, ""},
+        {ok + "Content-Encoding: compress\r\nContent-Length: 5\r\n\r\nhello", "badAnswer", true, ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.bytes);
+        const auto answer = answerTo({row.bytes, Then::close});
+        EXPECT_EQ(errorName(answer), row.error) << (answer.error ? answer.error->description : "");
+        EXPECT_EQ(answer.response.has_value(), row.hasResponse);
+        EXPECT_EQ(answer.body, row.body);
+        EXPECT_TRUE(!answer.error || answer.error->description.find("secret") == std::string::npos);
+    }
+}
+
+TEST_F(Answer, OverTheLimitIsRefused) {
+    configuration.maximumBodySize = 5;
+    const std::string ok = "HTTP/1.1 200 OK\r\n";
+    EXPECT_EQ(answerTo(okAnswer("hello")).body, "hello");
+    for (const auto& bytes : {
+             ok + "Content-Length: 6\r\n\r\nhello!",
+             ok + "Transfer-Encoding: chunked\r\n\r\n6\r\nhello!\r\n0\r\n\r\n",
+             ok + "Content-Length: 99999999999999\r\n\r\nhello!",
+         }) {
+        const auto answer = answerTo({bytes, Then::hold});
+        EXPECT_EQ(errorName(answer), "tooLarge") << bytes;
+        EXPECT_EQ(answer.body, "");
+    }
+    configuration.maximumBodySize = 4;
+    EXPECT_EQ(errorName(answerTo({ok + "Content-Encoding: gzip\r\nContent-Length: 25\r\n\r\n" + helloGzip})),
+              "tooLarge");
+}
+
+TEST_F(Answer, LeavesRoomForTheParser) {
+    const std::string text(100'000, '1');
+    const std::string chunk = "186a0\r\n" + text + "\r\n";
+    for (const auto& scripted :
+         {okAnswer(text), okAnswer("1"),
+          ScriptedAnswer{"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + chunk + chunk + "0\r\n\r\n"}}) {
+        const auto body = answerTo(scripted).body.value();
+        EXPECT_GE(body.capacity() - body.size(), JsonDocument::padding) << body.size();
+    }
+}
+
+TEST_F(Answer, ThatStallsTimesOut) {
+    configuration.idleTimeout = std::chrono::milliseconds{60};
+    for (const auto* bytes : {"", "HTTP/1.1 200 OK\r\nConte", "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhel"}) {
+        EXPECT_EQ(errorName(answerTo({bytes, Then::hold})), "timedOut") << bytes;
+    }
+    // The TLS handshake is no progress either.
+    ScriptedServer server;
+    server.answer({"", Then::hold});
+    EXPECT_EQ(errorName(exchange(*makeHttpSession(configuration), request("https://" + server.authority()))),
+              "timedOut");
+}
+
+TEST_F(Answer, NeedsAServer) {
+    const auto session = makeHttpSession(configuration);
+    std::string gone;
+    {
+        const ScriptedServer server;
+        gone = server.url();
+    }
+    EXPECT_EQ(errorName(exchange(*session, request(gone))), "cannotConnect");
+    EXPECT_EQ(errorName(exchange(*session, request("http://host.invalid/"))), "unresolvedHost");
+}
+
+}  // namespace

@@ -1,0 +1,133 @@
+#include "SessionFixture.hpp"
+
+#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
+
+#include <atomic>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace Platform;
+using Then = ScriptedAnswer::Then;
+
+class Session : public SessionFixture {
+protected:
+    ScriptedServer server;
+    HttpSessionConfiguration configuration = plainConfiguration();
+};
+
+TEST_F(Session, AdmitsSixAtOnceAndTheRestInOrder) {
+    server.answer({"", Then::hold});
+    server.answer({"", Then::hold});
+    server.answerAlways(okAnswer("x"));
+    const auto session = makeHttpSession(configuration);
+    constexpr std::size_t count = 1000;
+    for (std::size_t number = 0; number < count; ++number) {
+        send(*session, request(server.url() + "/" + std::to_string(number)));
+    }
+    // Two connections are held for good; the others work the queue off.
+    ASSERT_TRUE(waitForAnswers(count - 2));
+    EXPECT_EQ(server.connections(), 6U);
+    const auto requests = server.requests();
+    ASSERT_EQ(requests.size(), count);
+    for (std::size_t place = 6; place < count; ++place) {
+        const auto number = std::stoul(requests[place].substr(requests[place].find('/') + 1));
+        EXPECT_LT(number > place ? number - place : place - number, 6U) << "out of order";
+    }
+}
+
+TEST_F(Session, LimitsEachOriginForItself) {
+    configuration.connectionsPerHost = 1;
+    ScriptedServer other;
+    server.answer({"", Then::hold});
+    other.answer(okAnswer("other"));
+    const auto session = makeHttpSession(configuration);
+    send(*session, request(server.url()));
+    send(*session, request(server.url() + "/waits"));
+    EXPECT_EQ(exchange(*session, request(other.url())).body, "other");
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
+TEST_F(Session, DroppedCancelsWhatIsUnderWayAndWhatWaits) {
+    configuration.connectionsPerHost = 1;
+    server.answer({"HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n1", Then::hold});
+    server.answer({"", Then::hold});
+    auto session = makeHttpSession(configuration);
+    const auto survivor = makeHttpSession(configuration);
+    send(*session, request(server.url() + "/running"));
+    ASSERT_TRUE(server.waitForRequests(1));
+    send(*survivor, request(server.url() + "/survivor"));
+    ASSERT_TRUE(server.waitForRequests(2));
+    send(*session, request(server.url() + "/waiting"));
+    session.reset();
+    ASSERT_TRUE(waitForAnswers(2));
+    for (const auto& answer : answers) {
+        EXPECT_EQ(errorName(answer), "cancelled");
+        EXPECT_TRUE(answer.request && answer.body);
+    }
+    EXPECT_TRUE(server.waitForClosed(1));
+    EXPECT_EQ(server.requests().size(), 2U);
+}
+
+TEST_F(Session, MayBeDroppedInACompletion) {
+    server.answerAlways(okAnswer("x"));
+    auto session = makeHttpSession(configuration);
+    bool isDone = false;
+    session->send(request(server.url()), [&](HttpAnswer) {
+        session->send(request(server.url()), [&](HttpAnswer) { isDone = true; });
+        session.reset();
+    });
+    EXPECT_TRUE(queue->runUntil([&] { return isDone; }));
+}
+
+TEST_F(Session, AnswersOnTheQueueInstalledAtTheCall) {
+    server.answer(okAnswer("x"));
+    const auto session = makeHttpSession(configuration);
+    send(*session, request(server.url()));
+    MainQueue::setMain(std::make_shared<VirtualTimeMainQueue>());
+    EXPECT_TRUE(waitForAnswers(1));
+}
+
+TEST_F(Session, HandsOnTheBodyWithoutACopy) {
+    server.answer(okAnswer(std::string(1 << 20, 'x')));
+    const auto session = makeHttpSession(configuration);
+    bool isDone = false;
+    session->send(request(server.url()), [&](const HttpAnswer& answer) {
+        isDone = true;
+        EXPECT_EQ(answer.body.value().size(), 1U << 20U);
+    });
+    EXPECT_TRUE(queue->runUntil([&] { return isDone; }));
+}
+
+TEST_F(Session, TakesRequestsFromManyThreads) {
+    server.answerAlways(okAnswer("x"));
+    const auto session = makeHttpSession(configuration);
+    constexpr std::size_t each = 100;
+    std::vector<std::thread> threads;
+    for (int index = 0; index < 4; ++index) {
+        threads.emplace_back([&] {
+            for (std::size_t count = 0; count < each; ++count) {
+                send(*session, request(server.url()));
+            }
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    ASSERT_TRUE(waitForAnswers(4 * each));
+    EXPECT_TRUE(std::all_of(answers.begin(), answers.end(), [](const auto& answer) { return answer.body == "x"; }));
+}
+
+TEST_F(Session, AsksItsOwnReachability) {
+    struct Never final : Reachability {
+        [[nodiscard]] bool isReachable(std::string_view urlText) const override { return urlText == "yes"; }
+    };
+    configuration.reachability = std::make_shared<Never>();
+    const auto session = makeHttpSession(configuration);
+    EXPECT_TRUE(session->isReachable("yes"));
+    EXPECT_FALSE(session->isReachable(server.url()));
+    EXPECT_TRUE(makeHttpSession(plainConfiguration())->isReachable(server.url()));
+}
+
+}  // namespace

@@ -1,0 +1,142 @@
+#include "SessionFixture.hpp"
+
+#include <filesystem>
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace Platform;
+using namespace std::chrono_literals;
+using TarnwickService::Certificate;
+using TarnwickService::CertificateAuthority;
+using TarnwickService::CertificateRequest;
+
+/// A file of certificates for as long as this lives.
+class RootsFile {
+public:
+    explicit RootsFile(const std::string& pem)
+        : path_{std::filesystem::temp_directory_path() /
+                ("roots-" + std::to_string(::getpid()) + "-" + std::to_string(++counter_) + ".pem")} {
+        std::ofstream{path_} << pem;
+    }
+    ~RootsFile() { std::filesystem::remove(path_); }
+    RootsFile(const RootsFile&) = delete;
+    RootsFile& operator=(const RootsFile&) = delete;
+
+    [[nodiscard]] std::string path() const { return path_.string(); }
+
+private:
+    static inline int counter_ = 0;
+    std::filesystem::path path_;
+};
+
+CertificateRequest forNames(std::vector<std::string> dnsNames, std::vector<std::string> ipAddresses = {},
+                            std::chrono::seconds validFrom = -1h, std::chrono::seconds validUntil = 1h) {
+    CertificateRequest request;
+    request.dnsNames = std::move(dnsNames);
+    request.ipAddresses = std::move(ipAddresses);
+    request.validFrom = validFrom;
+    request.validUntil = validUntil;
+    return request;
+}
+
+CertificateRequest forClients(CertificateRequest request) {
+    request.clientUsageOnly = true;
+    return request;
+}
+
+class Trust : public SessionFixture {
+protected:
+    std::shared_ptr<HttpSession> makeSession(HostValidation literal, std::vector<std::string> connectTo = {}) {
+        auto configuration = plainConfiguration();
+        configuration.trustedRootsFile = roots.path();
+        configuration.trustPolicies = {{"127.0.0.1", literal}};
+        configuration.connectTo = std::move(connectTo);
+        return makeHttpSession(configuration);
+    }
+
+    const CertificateAuthority authority = CertificateAuthority::create();
+    const RootsFile roots{authority.certificatePem()};
+};
+
+TEST_F(Trust, DependsOnTheCertificateAndThePolicy) {
+    struct Row {
+        const char* name;
+        Certificate certificate;
+        const char *full, *chainOnly;
+    };
+    const std::vector<std::string> host{"api.example.test"};
+    const std::vector<std::string> literal{"127.0.0.1"};
+    const Row rows[] = {
+        {"good", authority.issue(forNames(host, literal)), "none", "none"},
+        {"other name", authority.issue(forNames(host)), "certificate", "none"},
+        {"digits as name", authority.issue(forNames(literal)), "certificate", "none"},
+        {"expired", authority.issue(forNames({}, literal, -2h, -1h)), "certificate", "certificate"},
+        {"not yet valid", authority.issue(forNames({}, literal, 1h, 2h)), "certificate", "certificate"},
+        {"client usage", authority.issue(forClients(forNames({}, literal))), "certificate", "certificate"},
+        {"self-signed", TarnwickService::makeSelfSigned(forNames({}, literal)), "certificate", "certificate"},
+        {"unknown issuer", CertificateAuthority::create().issue(forNames({}, literal)), "certificate", "certificate"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ScriptedServer server{row.certificate};
+        server.answerAlways(okAnswer("private"));
+        for (const auto& [policy, expected] :
+             {std::pair{HostValidation::full, row.full}, std::pair{HostValidation::chainOnly, row.chainOnly}}) {
+            const auto answer = exchange(*makeSession(policy), request(server.url() + "/"));
+            EXPECT_EQ(errorName(answer), expected);
+            EXPECT_EQ(answer.body, std::string_view{expected} == "none" ? "private" : "");
+        }
+    }
+}
+
+TEST_F(Trust, RelaxedForOneHostIsNotReusedForAnother) {
+    const auto certificate = authority.issue(forNames({"api.example.test"}));
+    ScriptedServer server{certificate};
+    const auto port = std::to_string(server.port());
+    const auto elsewhere = [&](const std::string& name) { return "https://" + name + ":" + port; };
+    server.answer(
+        {"HTTP/1.1 307 Go\r\nContent-Length: 0\r\nLocation: " + elsewhere("wrong.example.test") + "/\r\n\r\n"});
+    server.answer({"HTTP/1.1 307 Go\r\nContent-Length: 0\r\nLocation: " + elsewhere("api.example.test") + "/\r\n\r\n"});
+    server.answerAlways(okAnswer("done"));
+    const auto session = makeSession(HostValidation::chainOnly, {"::127.0.0.1:" + port});
+    // Each hop is judged by its own host.
+    EXPECT_EQ(errorName(exchange(*session, request(server.url() + "/"))), "certificate");
+    EXPECT_EQ(exchange(*session, request(server.url() + "/")).body, "done");
+    // Nor does a connection, or a TLS session, of a lenient session serve a strict one.
+    EXPECT_EQ(errorName(exchange(*makeSession(HostValidation::full), request(server.url() + "/"))), "certificate");
+}
+
+TEST_F(Trust, NeedsAReadableRootsFile) {
+    ScriptedServer server{authority.issue(forNames({}, {"127.0.0.1"}))};
+    auto configuration = plainConfiguration();
+    configuration.trustedRootsFile = roots.path() + ".missing";
+    EXPECT_EQ(errorName(exchange(*makeHttpSession(configuration), request(server.url()))), "tls");
+    configuration.trustedRootsFile.reset();
+    EXPECT_EQ(errorName(exchange(*makeHttpSession(configuration), request(server.url()))), "certificate");
+}
+
+TEST_F(Trust, SendsTheUrlsHostToTlsAndTheHostHeaderToHttp) {
+    ScriptedServer server{authority.issue(forNames({"tls.example.test"}))};
+    server.answer(okAnswer(""));
+    const auto session = makeSession(HostValidation::full, {"tls.example.test:443:" + server.authority()});
+    const auto answer = exchange(*session, request("https://tls.example.test/", HttpMethod::get, {},
+                                                   ParameterEncoding::url, {{"Host", "api.example.test"}}));
+    EXPECT_EQ(errorName(answer), "none");
+    EXPECT_THAT(server.requests().at(0), testing::HasSubstr("\r\nHost: api.example.test\r\n"));
+}
+
+TEST_F(Trust, ConnectionsAreKept) {
+    ScriptedServer server{authority.issue(forNames({}, {"127.0.0.1"}))};
+    server.answerAlways(okAnswer("x"));
+    const auto session = makeSession(HostValidation::full);
+    for (int count = 0; count < 10; ++count) {
+        EXPECT_EQ(errorName(exchange(*session, request(server.url()))), "none");
+    }
+    EXPECT_EQ(server.connections(), 1U);
+}
+
+}  // namespace
