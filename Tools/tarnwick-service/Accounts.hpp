@@ -17,17 +17,17 @@ namespace TarnwickService {
 struct Account {
     /// Given by the service; what a caller puts here is ignored.
     std::int64_t id = 0;
-    std::string username;
-    std::string password;
-    std::string email;
+    std::string username{};
+    std::string password{};
+    std::string email{};
     bool active = true;
     /// The account still lives in the legacy system: signing in needs the client's consent to import it.
     bool migrationRequired = false;
 };
 
 struct Machine {
-    std::string name;
-    std::string id;
+    std::string name{};
+    std::string id{};
     std::string consumerName = "Tarnwick for Mac";
     std::string deviceType = "mac";
 };
@@ -36,10 +36,10 @@ struct Machine {
 struct Session {
     std::int64_t id = 0;
     std::int64_t accountId = 0;
-    std::string token;
-    std::string secret;
-    Machine machine;
-    std::chrono::sys_seconds created;
+    std::string token{};
+    std::string secret{};
+    Machine machine{};
+    std::chrono::sys_seconds created{};
 };
 
 enum class AccountField { username, password, email };

@@ -32,14 +32,14 @@ struct ContentService {
 /// What a server list is to hold.
 struct ServerQuery {
     /// Empty: all countries.
-    std::string countryCode;
+    std::string countryCode{};
     bool downloadingOnly = false;
     bool streamingOnly = false;
-    std::optional<std::int64_t> contentId;
+    std::optional<std::int64_t> contentId{};
     /// Leaves out full servers.
     bool candidatesOnly = false;
-    std::optional<std::size_t> limit;
-    Coordinates origin;
+    std::optional<std::size_t> limit{};
+    Coordinates origin{};
 };
 
 struct ListedServer {

@@ -16,8 +16,8 @@ struct Certificate {
 /// What a certificate vouches for. The validity is relative to the moment of issue; a `validUntil` in the past makes
 /// an expired certificate.
 struct CertificateRequest {
-    std::vector<std::string> dnsNames;
-    std::vector<std::string> ipAddresses;
+    std::vector<std::string> dnsNames{};
+    std::vector<std::string> ipAddresses{};
     std::chrono::seconds validFrom{-3600};
     std::chrono::seconds validUntil{86400};
     /// Restricts the extended key usage to TLS clients, so that a server must not be accepted with it.

@@ -33,20 +33,20 @@ struct Configuration {
     std::int64_t partnersId = 7;
 
     /// What the "Host" header must say, also on connections that came in by address. Empty: "localhost:PORT".
-    std::string apiHost;
+    std::string apiHost{};
     std::string address = "127.0.0.1";
     /// 0 takes a free port.
     std::uint16_t port = 0;
     /// Port of the plain-HTTP control interface on 127.0.0.1; 0 takes a free one, none leaves the interface out.
-    std::optional<std::uint16_t> controlPort;
+    std::optional<std::uint16_t> controlPort{};
 
     /// Names and addresses that the certificate vouches for besides localhost, 127.0.0.1, ::1 and the API host.
-    std::vector<std::string> certificateNames;
+    std::vector<std::string> certificateNames{};
     /// Shown to clients instead of one from the service's own authority.
-    std::optional<Certificate> certificate;
+    std::optional<Certificate> certificate{};
 
     std::size_t serverCount = 1000;
-    FilterIds filterIds;
+    FilterIds filterIds{};
     /// Where the table of places is read from (package tzdata).
     std::filesystem::path zoneDirectory = "/usr/share/zoneinfo";
     /// How long a client may reuse a catalogue answer; 0 makes it ask each time.

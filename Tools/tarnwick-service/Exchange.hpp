@@ -40,7 +40,7 @@ struct Damage {
     /// Bytes of the body that still go out with `Cut::afterBodyBytes`.
     std::size_t bodyBytes = 0;
     /// A length to claim instead of the true one.
-    std::optional<std::uint64_t> contentLength;
+    std::optional<std::uint64_t> contentLength{};
 };
 
 struct Answer {

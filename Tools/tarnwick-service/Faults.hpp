@@ -21,23 +21,23 @@ struct Fault {
     std::size_t count = 1;
     /// Restricts the fault to this path below "/vb/" ("users/me"), or to those that start with it when it ends in '*'.
     /// Empty: every path.
-    std::string path;
+    std::string path{};
     /// Restricts the fault to this method. Empty: every method.
-    std::string method;
+    std::string method{};
 
     /// Passes before anything else happens to the request.
     std::chrono::milliseconds delay{0};
 
     /// A status, a body or both replace the service's own answer (200, no body, when one of them is not given).
-    std::optional<unsigned> status;
+    std::optional<unsigned> status{};
     /// Sent byte for byte, whatever it holds.
-    std::optional<std::string> body;
+    std::optional<std::string> body{};
     std::string contentType = "text/plain; charset=utf-8";
-    std::vector<std::pair<std::string, std::string>> headers;
+    std::vector<std::pair<std::string, std::string>> headers{};
 
     Cut cut = Cut::none;
     std::size_t cutAfterBytes = 0;
-    std::optional<std::uint64_t> contentLength;
+    std::optional<std::uint64_t> contentLength{};
 
     /// Whether a request takes effect although its answer is replaced or withheld. One whose own answer is merely
     /// delayed or damaged always does.

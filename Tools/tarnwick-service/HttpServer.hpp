@@ -22,7 +22,7 @@ public:
     struct Settings {
         std::string address = "127.0.0.1";
         std::uint16_t port = 0;
-        std::optional<Certificate> certificate;
+        std::optional<Certificate> certificate{};
         std::size_t largestBody = std::size_t{1} << 20U;
         std::function<void()> onConnection = [] {};
     };

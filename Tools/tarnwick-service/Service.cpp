@@ -110,7 +110,7 @@ private:
                 constexpr std::size_t largestControlBody = std::size_t{64} << 20U;
                 control = std::make_unique<HttpServer>(HttpServer::Settings{.address = loopback,
                                                                             .port = *owner.configuration_.controlPort,
-                                                                            .certificate = std::nullopt,
+
                                                                             .largestBody = largestControlBody});
                 control->start([this](const Request& request) { return controlApi.answer(request); });
             }
