@@ -1,0 +1,169 @@
+#include "Client.hpp"
+
+#include <Tarnwick_API/TarnwickApi.hpp>
+
+#include <chrono>
+#include <iostream>
+#include <string_view>
+
+#include "InstallationId.hpp"
+#include "RedirectedReachability.hpp"
+#include "UserFolders.hpp"
+#include "WaitingLine.hpp"
+
+namespace TarnwickClient {
+
+using Tarnwick_API::ApiError;
+using Tarnwick_API::ApiVersion1;
+using Tarnwick_API::Completion;
+using Tarnwick_API::Keychain;
+using Tarnwick_API::OAuthToken;
+
+namespace {
+
+/// What the library leaves in the keychain in a token's place after signing out.
+constexpr std::string_view wipedAccount = "wipe";
+
+std::chrono::milliseconds milliseconds(double seconds) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>{seconds});
+}
+
+Platform::Uuid installationId(const Settings& settings) {
+    if (const auto id = Platform::Uuid::fromString(settings.installationId)) {
+        return *id;
+    }
+    const auto folder = stateFolder();
+    if (folder.empty()) {
+        throw Failure::usage("There is no home folder to keep the installation id in: set TARNWICK_INSTALLATION_ID.");
+    }
+    return keptInstallationId(folder / "installation-id");
+}
+
+Tarnwick_API::FilterIds filterIds(const Settings& settings) {
+    const auto number = [&](Filter filter) { return settings.filters[static_cast<std::size_t>(filter)].value_or(0); };
+    return {number(Filter::smartServersCandidates),
+            number(Filter::generalCountriesAll),
+            number(Filter::generalServersCandidatesPerCountry),
+            number(Filter::generalServersPerCountry),
+            number(Filter::downloadingCountriesAll),
+            number(Filter::downloadingServersCandidatesPerCountry),
+            number(Filter::streamingCountriesAll),
+            number(Filter::streamingServersCandidatesPerCountry),
+            number(Filter::defaultFavorites)};
+}
+
+Tarnwick_API::ApiUrl apiUrl(const Settings& settings) {
+    using Tarnwick_API::ApiEnvironment;
+    const auto host = [&](ApiEnvironment environment) { return settings.hosts[static_cast<std::size_t>(environment)]; };
+    return {host(ApiEnvironment::live), host(ApiEnvironment::beta), host(ApiEnvironment::dev),
+            host(ApiEnvironment::staging)};
+}
+
+std::shared_ptr<Platform::HttpSession> makeSession(const Settings& settings, std::shared_ptr<TransferLog> log) {
+    auto configuration = ApiVersion1::defaultSessionConfiguration();
+    configuration.idleTimeout = milliseconds(settings.idleTimeout);
+    if (!settings.caFile.empty()) {
+        configuration.trustedRootsFile = settings.caFile;
+    }
+    configuration.connectTo = settings.connectTo;
+    configuration.reachability =
+        std::make_shared<RedirectedReachability>(Platform::makeRouteReachability(), settings.connectTo);
+    return std::make_shared<WatchedSession>(Platform::makeHttpSession(std::move(configuration)), std::move(log));
+}
+
+void openDebugChannel() {
+    Platform::Logging::setSink(
+        [](const Platform::Logging::Entry& entry) { std::cerr << "[debug] " << entry.message << '\n'; });
+}
+
+}  // namespace
+
+Client::Client(const Settings& settings)
+    : settings_{settings},
+      queue_{std::make_shared<Platform::BuiltInMainQueue>()},
+      transfers_{std::make_shared<TransferLog>()} {
+    requireServiceSettings(settings);
+    if (settings.verbose) {
+        openDebugChannel();
+    }
+    if (!settings.clickId.empty()) {
+        Platform::Preferences::setLookup([clickId = settings.clickId](std::string_view key) {
+            return key == "cid" ? std::optional{clickId} : std::nullopt;
+        });
+    }
+    if (!settings.keychainFile.empty()) {
+        Keychain::setStore(Platform::makeFileKeychainStore(settings.keychainFile));
+    }
+    Platform::MainQueue::setMain(queue_);
+    ApiVersion1::setSessionManager(makeSession(settings, transfers_));
+    api_ = Tarnwick_API::TarnwickApi::create(settings.apiVersion, settings.consumerKey, settings.consumerSecret,
+                                             settings.partnerId.value_or(0), installationId(settings),
+                                             settings.keychainService, filterIds(settings), apiUrl(settings));
+    api_->setEnvironment(settings.environment);
+    api_->setUseFallbackIp(settings.fallback);
+}
+
+std::optional<OAuthToken> Client::storedToken() const {
+    const auto login = Keychain::getLoginData(settings_.keychainService);
+    if (!login || login->username == wipedAccount) {
+        return std::nullopt;
+    }
+    return OAuthToken{login->username, login->password};
+}
+
+void Client::requireSignIn() const {
+    adoptStoredToken();
+    if (api_->username().empty()) {
+        throw Failure::notSignedIn();
+    }
+}
+
+void Client::adoptStoredToken() const {
+    if (auto* backend = dynamic_cast<ApiVersion1*>(api_->api().get()); backend != nullptr) {
+        backend->setOauthToken(storedToken());
+    }
+}
+
+void Client::forgetStoredToken() const {
+    Keychain::deleteItem(settings_.keychainService);
+}
+
+std::optional<ApiError> Client::error(const std::string& doing, const std::function<void(Completion<void>)>& start) {
+    const auto adapted = [&](Completion<bool> onCompletion) {
+        start([onCompletion](std::optional<ApiError> error) { onCompletion(true, std::move(error)); });
+    };
+    return outcome<bool>(doing, adapted).error;
+}
+
+void Client::run(const std::string& doing, const std::function<void(Completion<void>)>& start) {
+    if (const auto refusal = error(doing, start)) {
+        throw failure(*refusal);
+    }
+}
+
+void Client::wait(const std::string& doing, const std::function<bool()>& isDone) {
+    const auto isLate = std::make_shared<bool>(false);
+    queue_->after(milliseconds(settings_.timeout), [isLate] { *isLate = true; });
+
+    static constexpr std::chrono::milliseconds refresh{250};
+    WaitingLine line{doing, !settings_.verbose};
+    const auto isWaiting = std::make_shared<bool>(true);
+    const auto draw = std::make_shared<std::function<void()>>();
+    *draw = [this, &line, isWaiting, weakDraw = std::weak_ptr{draw}] {
+        if (const auto again = weakDraw.lock(); again && *isWaiting) {
+            line.update(transfers_->tries, transfers_->lastError);
+            queue_->after(refresh, *again);
+        }
+    };
+    if (line.isShown()) {
+        queue_->after(refresh, *draw);
+    }
+    queue_->runUntil([&] { return isDone() || *isLate; });
+    *isWaiting = false;
+    if (!isDone()) {
+        const auto cause = transfers_->lastError.empty() ? "" : " (" + transfers_->lastError + ")";
+        throw Failure{ExitStatus::noAnswer, "timedOut", "No answer from the service in time" + cause + "."};
+    }
+}
+
+}  // namespace TarnwickClient

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace CLI {
+class App;
+}
+
+namespace TarnwickClient {
+
+class Client;
+
+using Json = nlohmann::ordered_json;
+
+/// What a command came to, for programs and for people.
+struct Result {
+    Json json;
+    /// Ends with a line break. Takes the terminal's width, or none.
+    std::function<std::string(std::optional<std::size_t> width)> text;
+};
+
+struct Command {
+    CLI::App* app;
+    std::function<Result(Client&)> run;
+};
+
+/// A result of one sentence.
+[[nodiscard]] Result sentence(Json json, const std::string& text);
+
+void addAccountCommands(CLI::App& app, std::vector<Command>& commands);
+void addSessionCommands(CLI::App& app, std::vector<Command>& commands);
+void addCatalogueCommands(CLI::App& app, std::vector<Command>& commands);
+
+}  // namespace TarnwickClient

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string_view>
+
+namespace TarnwickClient {
+
+/// Keeps standard output for the command's own result: the library reports there too ("logout v1", keychain errors),
+/// and while this lives such lines go to standard error.
+class ResultStream {
+public:
+    /// Throws `Failure` when there is no standard output.
+    ResultStream();
+    ~ResultStream();
+    ResultStream(const ResultStream&) = delete;
+    ResultStream& operator=(const ResultStream&) = delete;
+
+    /// The descriptor that the result goes to.
+    [[nodiscard]] int descriptor() const noexcept { return descriptor_; }
+
+    /// Throws `Failure` when not all of it could be written.
+    void write(std::string_view text) const;
+
+private:
+    int descriptor_;
+};
+
+}  // namespace TarnwickClient

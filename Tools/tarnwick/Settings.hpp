@@ -1,0 +1,68 @@
+#pragma once
+
+#include <Tarnwick_API/Facade/ApiEnvironment.hpp>
+#include <Tarnwick_API/Facade/ApiVersion.hpp>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace TarnwickClient {
+
+/// The filters in the order in which the library takes them.
+enum class Filter : std::size_t {
+    smartServersCandidates,
+    generalCountriesAll,
+    generalServersCandidatesPerCountry,
+    generalServersPerCountry,
+    downloadingCountriesAll,
+    downloadingServersCandidatesPerCountry,
+    streamingCountriesAll,
+    streamingServersCandidatesPerCountry,
+    defaultFavorites,
+};
+inline constexpr std::size_t filterCount = 9;
+
+/// What the user has set, by flags, the environment or the configuration file.
+struct Settings {
+    Tarnwick_API::ApiEnvironment environment = Tarnwick_API::ApiEnvironment::live;
+    Tarnwick_API::ApiVersion apiVersion = Tarnwick_API::ApiVersion::v1;
+    std::string consumerKey;
+    std::string consumerSecret;
+    std::optional<std::int64_t> partnerId;
+    std::string installationId;
+    std::string keychainService = "tarnwick";
+    std::string keychainFile;
+    /// By the order of `ApiEnvironment`.
+    std::array<std::string, 4> hosts;
+    std::array<std::optional<std::int64_t>, filterCount> filters;
+    bool fallback = false;
+    std::string caFile;
+    std::vector<std::string> connectTo;
+    double idleTimeout = 60;
+    double timeout = 120;
+    std::string clickId;
+    bool json = false;
+    bool verbose = false;
+};
+
+/// Adds the options that fill `settings`, which must outlive the parsing.
+void addSettings(CLI::App& app, Settings& settings);
+
+/// Throws `Failure` naming the first setting that no request can do without and that is missing or unusable.
+void requireServiceSettings(const Settings& settings);
+
+/// Throws `Failure` when the number of the filter is not set.
+void requireFilter(const Settings& settings, Filter filter);
+
+/// "live", "beta", ...
+[[nodiscard]] const char* name(Tarnwick_API::ApiEnvironment environment) noexcept;
+
+}  // namespace TarnwickClient

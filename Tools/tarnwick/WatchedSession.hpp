@@ -1,0 +1,32 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/HttpSession.hpp>
+
+#include <memory>
+#include <string>
+
+namespace TarnwickClient {
+
+/// What has been tried so far, for people who wait and for the words about a failure.
+struct TransferLog {
+    int tries = 0;
+    /// What the last try failed of; empty when it has not failed.
+    std::string lastError;
+};
+
+/// A session that passes everything on and notes what happens.
+class WatchedSession final : public Platform::HttpSession {
+public:
+    WatchedSession(std::shared_ptr<Platform::HttpSession> session, std::shared_ptr<TransferLog> log)
+        : session_{std::move(session)}, log_{std::move(log)} {}
+
+    [[nodiscard]] const Platform::HttpHeaders& defaultHeaders() const override { return session_->defaultHeaders(); }
+    [[nodiscard]] bool isReachable(std::string_view urlText) const override;
+    void send(std::shared_ptr<const Platform::HttpRequest> request, Completion onCompletion) override;
+
+private:
+    std::shared_ptr<Platform::HttpSession> session_;
+    std::shared_ptr<TransferLog> log_;
+};
+
+}  // namespace TarnwickClient

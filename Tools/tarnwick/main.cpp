@@ -1,0 +1,129 @@
+#include <Tarnwick_API/Platform/Bundle.hpp>
+
+#include <algorithm>
+#include <clocale>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "Client.hpp"
+#include "Command.hpp"
+#include "DisplayText.hpp"
+#include "ExitStatus.hpp"
+#include "Failure.hpp"
+#include "ResultStream.hpp"
+#include "Settings.hpp"
+#include "Terminal.hpp"
+
+namespace {
+
+using TarnwickClient::Client;
+using TarnwickClient::Command;
+using TarnwickClient::ExitStatus;
+using TarnwickClient::Failure;
+using TarnwickClient::Json;
+using TarnwickClient::ResultStream;
+using TarnwickClient::Settings;
+
+void introduceProgram() {
+    Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleName", "tarnwick"},
+                                                {"CFBundleExecutable", "tarnwick"},
+                                                {"CFBundleIdentifier", "example.tarnwick.client"},
+                                                {"CFBundleVersion", TARNWICK_CLIENT_VERSION},
+                                                {"CFBundleShortVersionString", TARNWICK_CLIENT_VERSION}}});
+}
+
+std::string document(const Json& json) {
+    constexpr int indentation = 2;
+    return json.dump(indentation, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string document(const Failure& failure) {
+    Json error{
+        {"kind", failure.kind()}, {"message", failure.what()}, {"exitStatus", static_cast<int>(failure.status())}};
+    if (!failure.serviceText().empty()) {
+        error["serviceText"] = failure.serviceText();
+    }
+    return document(Json{{"error", std::move(error)}});
+}
+
+int report(const Failure& failure) {
+    std::cerr << "tarnwick: " << TarnwickClient::printable(failure.what()) << '\n';
+    if (!failure.serviceText().empty()) {
+        std::cerr << "The service says: " << TarnwickClient::printable(failure.serviceText()) << '\n';
+    }
+    return static_cast<int>(failure.status());
+}
+
+int runCommand(const Settings& settings, const Command& command) {
+    const ResultStream results;
+    try {
+        Client client{settings};
+        const auto result = command.run(client);
+        results.write(settings.json ? document(result.json)
+                                    : result.text(TarnwickClient::terminalWidth(results.descriptor())));
+        return static_cast<int>(ExitStatus::ok);
+    } catch (const Failure& failure) {
+        const auto status = report(failure);
+        if (settings.json && failure.kind() != "output") {
+            results.write(document(failure));
+        }
+        return status;
+    }
+}
+
+/// Help and version come here too, with the status 0.
+int reportUse(const CLI::App& app, const CLI::ParseError& error, bool isJson) {
+    if (app.exit(error) == 0) {
+        return static_cast<int>(ExitStatus::ok);
+    }
+    if (isJson) {
+        std::cout << document(Failure::usage(error.what()));
+    }
+    return static_cast<int>(ExitStatus::usage);
+}
+
+int runProgram(int argc, char** argv) {
+    introduceProgram();
+    Settings settings;
+    std::vector<Command> commands;
+    CLI::App app{"Client of the Tarnwick VPN service", "tarnwick"};
+    app.set_version_flag("--version", std::string{"tarnwick "} + TARNWICK_CLIENT_VERSION);
+    app.fallthrough();
+    app.require_subcommand(1);
+    app.footer(TarnwickClient::exitStatusHelp);
+    TarnwickClient::addSettings(app, settings);
+    TarnwickClient::addSessionCommands(app, commands);
+    TarnwickClient::addAccountCommands(app, commands);
+    TarnwickClient::addCatalogueCommands(app, commands);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        // Parsing may have ended before it came to the option.
+        const auto isJson = settings.json || std::find(argv, argv + argc, std::string_view{"--json"}) != argv + argc;
+        return reportUse(app, error, isJson);
+    }
+    const auto command =
+        std::find_if(commands.begin(), commands.end(), [](const Command& each) { return each.app->parsed(); });
+    return runCommand(settings, *command);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Tables are UTF-8 whatever the terminal; names are sorted as the user's language has it.
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+    std::setlocale(LC_COLLATE, "");
+    try {
+        return runProgram(argc, argv);
+    } catch (const Failure& failure) {
+        return report(failure);
+    } catch (const std::exception& error) {
+        std::cerr << "tarnwick: " << error.what() << '\n';
+        return static_cast<int>(ExitStatus::local);
+    }
+}
