@@ -1,0 +1,81 @@
+#pragma once
+
+#include <Tarnwick_API/TarnwickApi.hpp>
+
+#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+
+#include "Service.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace Testing {
+
+/// What a completion received.
+template <typename T>
+struct Received {
+    int times = 0;
+    std::optional<T> result;
+    std::optional<Tarnwick_API::ApiError> error;
+};
+
+template <>
+struct Received<void> {
+    int times = 0;
+    std::optional<Tarnwick_API::ApiError> error;
+};
+
+/// The real client against a running stand-in service over TLS. The pauses between attempts pass on a virtual clock.
+class ServiceFixture : public ::testing::Test {
+protected:
+    explicit ServiceFixture(TarnwickService::Configuration configuration = {});
+    ~ServiceFixture() override;
+
+    /// As the library's own configuration, but trusting the service's authority, and the fallback address led to it.
+    [[nodiscard]] Platform::HttpSessionConfiguration sessionConfiguration() const;
+    static void use(Platform::HttpSessionConfiguration configuration);
+
+    /// Runs the main queue until `done`, the clock jumping over pauses.
+    void runUntil(const std::function<bool()>& done);
+
+    /// Starts an operation with a completion, and runs the main queue until that was called.
+    template <typename T>
+    Received<T> await(const std::function<void(Tarnwick_API::Completion<T>)>& operation) {
+        // Owned by the completion too: one that is called once too often must not meet a dead object.
+        const auto received = std::make_shared<Received<T>>();
+        if constexpr (std::is_void_v<T>) {
+            operation([received](std::optional<Tarnwick_API::ApiError> error) {
+                ++received->times;
+                received->error = std::move(error);
+            });
+        } else {
+            operation([received](std::optional<T> result, std::optional<Tarnwick_API::ApiError> error) {
+                ++received->times;
+                received->result = std::move(result);
+                received->error = std::move(error);
+            });
+        }
+        runUntil([&] { return received->times > 0; });
+        EXPECT_EQ(received->times, 1);
+        return *received;
+    }
+
+    [[nodiscard]] std::shared_ptr<Tarnwick_API::TarnwickApi> makeFacade() const;
+    Received<Tarnwick_API::User> signIn(const std::string& username, const std::string& password);
+    void createAccount(const std::string& username, const std::string& password);
+
+    TarnwickService::Service service;
+    std::shared_ptr<Platform::VirtualTimeMainQueue> queue = std::make_shared<Platform::VirtualTimeMainQueue>();
+    std::filesystem::path trustedRoots;
+    std::shared_ptr<Tarnwick_API::TarnwickApi> api;
+};
+
+}  // namespace Testing

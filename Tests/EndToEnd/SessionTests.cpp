@@ -1,0 +1,185 @@
+#include "ServiceFixture.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace Tarnwick_API {
+namespace {
+
+using Testing::Received;
+
+class Session : public Testing::ServiceFixture {
+protected:
+    /// The strict service refuses whatever deviates from the wire format, so an operation that works was sent right.
+    void expectNothingRefused() { EXPECT_EQ(service.counters().refusals, 0U) << service.counters().lastRefusal; }
+};
+
+TEST_F(Session, OfAnAccountFromItsCreationToSigningOut) {
+    EXPECT_FALSE(await<void>([&](auto done) { api->createUser("bob@example.test", "p/q\"r\\", done); }).error);
+    const auto signedIn = signIn("bob@example.test", "p/q\"r\\");
+    ASSERT_TRUE(signedIn.result) << service.counters().lastRefusal;
+    EXPECT_EQ(signedIn.result->username, "bob@example.test");
+    EXPECT_EQ(api->currentUser()->username, "bob@example.test");
+    const auto token = api->username();
+    EXPECT_EQ(Keychain::getLoginData("end-to-end")->username, token);
+    ASSERT_TRUE(service.accounts().findSession(token));
+
+    const auto status = await<Status>([&](auto done) { api->getStatus(done); });
+    ASSERT_TRUE(status.result);
+    EXPECT_EQ(status.result->ip, service.configuration().callerAddress);
+    EXPECT_EQ(api->currentStatus()->statusUpdateInterval, 600);
+
+    const auto authToken = await<std::string>([&](auto done) { api->getAuthToken(done); });
+    EXPECT_FALSE(authToken.result.value_or("").empty());
+
+    EXPECT_FALSE(await<void>([&](auto done) { api->updateUser(UserField::email, "b@b", done); }).error);
+    EXPECT_EQ(service.accounts().findByName("bob@example.test")->email, "b@b");
+    EXPECT_FALSE(await<void>([&](auto done) { api->updateUser(UserField::username, "rob", done); }).error);
+    EXPECT_EQ(await<User>([&](auto done) { api->getCurrentUser(done); }).result->username, "rob");
+
+    EXPECT_FALSE(await<void>([&](auto done) { api->logout(done); }).error);
+    EXPECT_FALSE(service.accounts().findSession(token));
+    EXPECT_FALSE(api->currentUser());
+    EXPECT_EQ(Keychain::getLoginData("end-to-end")->username, "wipe");
+    expectNothingRefused();
+
+    const auto refused = await<User>([&](auto done) { api->setToken(token, "secret", done); });
+    EXPECT_TRUE(refused.error);
+    EXPECT_EQ(api->username(), "");
+}
+
+TEST_F(Session, ReadsTheCatalogueAndTheDevices) {
+    createAccount("bob", "pw");
+    ASSERT_TRUE(signIn("bob", "pw").result) << service.counters().lastRefusal;
+    const auto countries = await<std::vector<Country>>(
+        [&](auto done) { api->getCountries(ServerProfile::streaming, 52.52, 13.405, done); });
+    ASSERT_TRUE(countries.result && !countries.result->empty()) << service.counters().lastRefusal;
+    EXPECT_TRUE(std::ranges::all_of(*countries.result, [](const Country& country) {
+        return country.distance && country.serviceId && !country.localizedCountryName().empty();
+    }));
+    const auto& nearest = countries.result->front();
+
+    const auto servers =
+        await<std::vector<Server>>([&](auto done) { api->getServers(nearest.countryCode, 52.52, 13.405, done); });
+    ASSERT_TRUE(servers.result && !servers.result->empty());
+    EXPECT_TRUE(
+        std::ranges::is_sorted(*servers.result, {}, [](const Server& server) { return server.location.distance; }));
+
+    const auto candidates = await<std::vector<Server>>([&](auto done) {
+        api->getCandidateServers(nearest.countryCode, ServerProfile::streaming, nearest.serviceId, done);
+    });
+    EXPECT_TRUE(candidates.result && !candidates.result->empty());
+    const auto anywhere = await<std::vector<Server>>(
+        [&](auto done) { api->getCandidateServers(std::nullopt, ServerProfile::general, std::nullopt, done); });
+    EXPECT_TRUE(anywhere.result && !anywhere.result->empty());
+
+    const auto& first = servers.result->front();
+    const auto server = await<Server>([&](auto done) { api->getServer(first.id, done); });
+    ASSERT_TRUE(server.result);
+    EXPECT_EQ(server.result->ip, first.ip);
+    EXPECT_FALSE(server.result->configurations.empty());
+
+    const auto favorites = await<std::vector<FavoriteEntry>>([&](auto done) { api->getDefaultFavorites(done); });
+    ASSERT_TRUE(favorites.result);
+    EXPECT_TRUE(std::ranges::any_of(*favorites.result, std::holds_alternative<Server, Server, Country>));
+    EXPECT_TRUE(std::ranges::any_of(*favorites.result, std::holds_alternative<Country, Server, Country>));
+
+    const auto devices = await<std::vector<Device>>([&](auto done) { api->getDevices(done); });
+    ASSERT_TRUE(devices.result && devices.result->size() == 1);
+    EXPECT_EQ(devices.result->front().token, api->username());
+    expectNothingRefused();
+    const auto missing = await<Server>([&](auto done) { api->getServer(999999999, done); });
+    EXPECT_EQ(missing.error, ApiError{ResponseError::notFound()});
+}
+
+TEST_F(Session, TellsRefusalsApart) {
+    createAccount("bob", "pw");
+    ASSERT_TRUE(
+        service.accounts().create({.username = "old", .password = "pw", .email = "", .migrationRequired = true}));
+    EXPECT_EQ(await<void>([&](auto done) { api->createUser("bob", "x", done); }).error,
+              ApiError{SignupError{SignupError::usernameAlreadyExists}});
+    EXPECT_EQ(signIn("bob", "wrong").error, ApiError{ResponseError::unauthorized()});
+    EXPECT_EQ(signIn("old", "pw").error, ApiError{LoginError{LoginError::qvUserMigrationRequired}});
+    EXPECT_FALSE(Keychain::hasLoginData("end-to-end"));
+    EXPECT_TRUE(await<User>([&](auto done) { api->login("old", "pw", true, done); }).result)
+        << service.counters().lastRefusal;
+
+    const auto loginWith = [&](const std::string& key) {
+        api->setConsumerKey(key);
+        api->setVersion(ApiVersion::v1);
+        return signIn("bob", "pw").error;
+    };
+    EXPECT_EQ(loginWith("unknown"), ApiError{LoginError{LoginError::invalidConsumerKey}});
+    EXPECT_EQ(loginWith(""), ApiError{LoginError{LoginError::consumerKeyMissing}});
+    EXPECT_EQ(loginWith(service.configuration().restrictedConsumerKey),
+              ApiError{LoginError{LoginError::invalidConsumerRights}});
+}
+
+TEST_F(Session, InFallbackModeGoesToTheAddressAndStillNamesTheHost) {
+    api->setUseFallbackIp(true);
+    const auto status = await<Status>([&](auto done) { api->getStatus(done); });
+    ASSERT_TRUE(status.result) << service.counters().lastRefusal;
+    EXPECT_EQ(service.counters().requests, 1U);
+    const auto recorded = service.recordedRequests().at(0);
+    EXPECT_TRUE(std::ranges::any_of(recorded.headers, [&](const auto& header) {
+        return header == std::pair<std::string, std::string>{"Host", service.apiHost()};
+    }));
+    // The address of the other environments is not exempt from the check of the certificate's name.
+    api->setEnvironment(ApiEnvironment::dev);
+    auto configuration = sessionConfiguration();
+    configuration.connectTo.push_back(api->fallbackIp() + ":443:127.0.0.1:" + std::to_string(service.port()));
+    use(configuration);
+    EXPECT_EQ(await<Status>([&](auto done) { api->getStatus(done); }).error, ApiError{ResponseError::notReachable()});
+    EXPECT_EQ(service.counters().requests, 1U);
+}
+
+TEST_F(Session, KeepsOneConnectionForRequestsInTurn) {
+    for (int count = 0; count < 10; ++count) {
+        EXPECT_TRUE(await<Status>([&](auto done) { api->getStatus(done); }).result);
+    }
+    EXPECT_EQ(service.counters().requests, 10U);
+    EXPECT_EQ(service.counters().connections, 1U);
+}
+
+TEST_F(Session, AnswersAThousandRequestsAskedForAtOnce) {
+    constexpr int count = 1000;
+    int succeeded = 0;
+    int completed = 0;
+    for (int index = 0; index < count; ++index) {
+        api->getStatus([&](const std::optional<Status>& status, const std::optional<ApiError>& /*error*/) {
+            succeeded += status ? 1 : 0;
+            ++completed;
+        });
+    }
+    runUntil([&] { return completed == count; });
+    EXPECT_EQ(succeeded, count);
+    EXPECT_LE(service.counters().connections, 6U);
+}
+
+TEST_F(Session, FacadeMayBeDroppedWithRequestsOnTheirWayAndInsideItsCompletion) {
+    createAccount("bob", "pw");
+    const std::weak_ptr<TarnwickApi> observed = api;
+    int completed = 0;
+    api->login("bob", "pw", false, [&](const auto& user, const auto& /*error*/) {
+        EXPECT_TRUE(user);
+        ++completed;
+    });
+    for (int index = 0; index < 20; ++index) {
+        api->getStatus([&](const auto& status, const auto& /*error*/) {
+            EXPECT_TRUE(status);
+            ++completed;
+            api.reset();
+        });
+    }
+    api.reset();
+    runUntil([&] { return completed == 21; });
+    EXPECT_TRUE(observed.expired());
+}
+
+}  // namespace
+}  // namespace Tarnwick_API
