@@ -74,8 +74,8 @@ KeychainStatus FileKeychainStore::remove(const KeychainQuery& target) {
     return onFile(path_, patience_, [&](KeychainDatabase& database) { return database.remove(target); });
 }
 
-std::shared_ptr<KeychainStore> makeFileKeychainStore(std::string path) {
-    return std::make_shared<FileKeychainStore>(std::move(path));
+std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path) {
+    return std::make_shared<FileKeychainStore>(path);
 }
 
 }  // namespace Platform

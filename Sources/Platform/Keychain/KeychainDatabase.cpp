@@ -25,6 +25,14 @@ std::string withMatching(std::string_view before, std::string_view after) {
     return std::string{before}.append(matching).append(after);
 }
 
+template <class Value>
+const Value* pointerTo(const std::optional<Value>& value) {
+    return value ? &*value : nullptr;
+}
+
+template <class Value>
+const Value* pointerTo(std::optional<Value>&& value) = delete;
+
 }  // namespace
 
 /// A prepared statement. An error in preparing or binding comes out of the next `step`.
@@ -36,21 +44,15 @@ public:
         handle_.reset(prepared);
     }
 
-    // Values are bound where they lie: they outlive the statement, and no copy of a secret is made.
-    void bindText(int index, const std::optional<std::string>& text) {
-        if (text && code_ == SQLITE_OK) {
+    // Values are bound where they lie, and outlive the statement. Null leaves the parameter NULL.
+    void bindText(int index, const std::string* text) {
+        if (text != nullptr && code_ == SQLITE_OK) {
             code_ = sqlite3_bind_text64(handle_.get(), index, text->data(), text->size(), SQLITE_STATIC, SQLITE_UTF8);
         }
     }
 
-    void bindText(int index, const std::string& text) {
-        if (code_ == SQLITE_OK) {
-            code_ = sqlite3_bind_text64(handle_.get(), index, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
-        }
-    }
-
-    void bindBytes(int index, const std::optional<Bytes>& bytes) {
-        if (bytes && code_ == SQLITE_OK) {
+    void bindBytes(int index, const Bytes* bytes) {
+        if (bytes != nullptr && code_ == SQLITE_OK) {
             code_ = sqlite3_bind_blob64(handle_.get(), index, bytes->data(), bytes->size(), SQLITE_STATIC);
         }
     }
@@ -105,8 +107,8 @@ KeychainDatabase::Found KeychainDatabase::first(const KeychainQuery& query) {
     Statement select{connection_.get(),
                      withMatching("SELECT service, account, label, comment, data, reference FROM item WHERE ",
                                   " ORDER BY id LIMIT 1")};
-    select.bindText(1, query.service);
-    select.bindText(2, query.account);
+    select.bindText(1, pointerTo(query.service));
+    select.bindText(2, pointerTo(query.account));
     const int code = select.step();
     if (code != SQLITE_ROW) {
         return {code == SQLITE_DONE ? KeychainStatus::itemNotFound : statusOf(code), {}};
@@ -123,11 +125,11 @@ KeychainStatus KeychainDatabase::update(const KeychainQuery& target, const Keych
                      withMatching("UPDATE item SET account = coalesce(?3, account), data = coalesce(?4, data),"
                                   " comment = coalesce(?5, comment) WHERE id = (SELECT id FROM item WHERE ",
                                   " ORDER BY id LIMIT 1)")};
-    update.bindText(1, target.service);
-    update.bindText(2, target.account);
-    update.bindText(3, changes.account);
-    update.bindBytes(4, changes.data);
-    update.bindText(5, changes.comment);
+    update.bindText(1, pointerTo(target.service));
+    update.bindText(2, pointerTo(target.account));
+    update.bindText(3, pointerTo(changes.account));
+    update.bindBytes(4, pointerTo(changes.data));
+    update.bindText(5, pointerTo(changes.comment));
     return change(update);
 }
 
@@ -150,12 +152,12 @@ KeychainStatus KeychainDatabase::add(const StoredKeychainItem& item) {
     Statement insert{connection_.get(),
                      "INSERT INTO item (service, account, label, comment, data, reference)"
                      " VALUES (?1, ?2, ?3, ?4, ?5, ?6)"};
-    insert.bindText(1, item.service);
-    insert.bindText(2, item.account);
-    insert.bindText(3, item.label);
-    insert.bindText(4, item.comment);
-    insert.bindBytes(5, item.data);
-    insert.bindBytes(6, item.persistentReference);
+    insert.bindText(1, &item.service);
+    insert.bindText(2, &item.account);
+    insert.bindText(3, &item.label);
+    insert.bindText(4, &item.comment);
+    insert.bindBytes(5, pointerTo(item.data));
+    insert.bindBytes(6, &item.persistentReference);
     status = change(insert);
     return status == KeychainStatus::success ? run("COMMIT") : status;
 }
@@ -165,8 +167,8 @@ KeychainStatus KeychainDatabase::remove(const KeychainQuery& target) {
         return status;
     }
     Statement statement{connection_.get(), withMatching("DELETE FROM item WHERE ", "")};
-    statement.bindText(1, target.service);
-    statement.bindText(2, target.account);
+    statement.bindText(1, pointerTo(target.service));
+    statement.bindText(2, pointerTo(target.account));
     return change(statement);
 }
 

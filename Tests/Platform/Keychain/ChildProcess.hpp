@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <memory>
 #include <system_error>
 #include <type_traits>
 #include <utility>
@@ -21,7 +22,7 @@ public:
         if (place == MAP_FAILED) {
             throw std::system_error{errno, std::generic_category(), "mmap"};
         }
-        value_ = ::new (place) Value{};
+        value_ = std::construct_at(static_cast<Value*>(place));
     }
     Shared(const Shared&) = delete;
     Shared& operator=(const Shared&) = delete;

@@ -110,9 +110,9 @@ bool arm(int count) {
 
 TEST_F(FileKeychainDurability, LeavesTheOldOrTheNewItemAtEachPointOfDeath) {
     const struct {
-        const char* name;
-        bool hasItem;
-        KeychainStatus (*write)(KeychainStore&);
+        std::string name;
+        bool hasItem = false;
+        KeychainStatus (*write)(KeychainStore&) = nullptr;
         std::optional<Bytes> after;
     } rows[] = {
         {"add to no file", false, [](KeychainStore& store) { return store.add(item("a", 2)); }, secret(2)},

@@ -150,7 +150,7 @@ TEST_F(FileKeychain, RefusesWhatIsNoKeychainAndLeavesItAlone) {
 
     const struct {
         std::string name, content;
-        KeychainStatus status;
+        KeychainStatus status = success;
     } rows[] = {
         {"text", std::string(5000, 'x'), invalidKeychain},
         {"short text", "xy", invalidKeychain},

@@ -85,7 +85,7 @@ TEST_P(EveryKeychainStore, ShapesItsAnswerByWhatIsWanted) {
     const auto reference = *everything({}).persistentReference;
     const struct {
         KeychainReturn wanted;
-        int alternative;
+        std::size_t alternative = 0;
     } rows[] = {
         {{}, 0},
         {{.limitOne = true}, 0},
@@ -211,7 +211,7 @@ TEST_P(EveryKeychainStore, KeepsAnyBytesAsTheyAre) {
 
 TEST_P(EveryKeychainStore, SaysInWordsWhatAStatusMeans) {
     const struct {
-        int status;
+        int status = 0;
         std::string message;
     } rows[] = {
         {0, "No error."},

@@ -149,7 +149,7 @@ TEST_F(KeychainCalls, AreMadeInOrderWithTheseArguments) {
     const std::string report = "Keychain error: The user name or passphrase you entered is not correct.\n";
     const struct {
         std::string name;
-        bool hasItem;
+        bool hasItem = false;
         std::function<void()> prepare;
         std::function<void()> act;
         std::vector<std::string> calls;
@@ -286,7 +286,7 @@ TEST_F(KeychainCalls, TakeAnAnswerOfAnUnexpectedShapeForAMissingItem) {
     const struct {
         std::string name;
         Platform::KeychainAnswer answer;
-        bool password, reference, token, login, flag;
+        bool password = false, reference = false, token = false, login = false, flag = false;
     } rows[] = {
         {"nothing", {}, false, false, false, false, false},
         {"bytes", {KeychainStatus::success, "bytes"}, false, true, false, false, false},

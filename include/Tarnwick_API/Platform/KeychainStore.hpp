@@ -116,7 +116,7 @@ public:
 /// `writePermission`, `diskFull`, `io`, `invalidKeychain` for what is no keychain file (never deleted, and a symbolic
 /// link is not followed), `unknownFormat` for a file of a later version, `notAvailable` when another process keeps the
 /// file locked for a second, or otherwise.
-[[nodiscard]] std::shared_ptr<KeychainStore> makeFileKeychainStore(std::string path);
+[[nodiscard]] std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path);
 
 /// `$XDG_DATA_HOME` (when absolute) or `~/.local/share`, then the main bundle's identifier (or the program's name when
 /// that is no file name), then "keychain.sqlite". Empty, which no store can open, when the user has no home.
