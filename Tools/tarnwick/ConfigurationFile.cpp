@@ -1,6 +1,7 @@
 #include "ConfigurationFile.hpp"
 
 #include <cstdlib>
+#include <set>
 #include <sstream>
 #include <string_view>
 
@@ -44,9 +45,13 @@ std::vector<CLI::ConfigItem> ConfigurationFile::from_config(std::istream& input)
         uncommented << withoutComment(line) << '\n';
     }
     auto items = CLI::ConfigBase::from_config(uncommented);
+    std::set<std::string> names;
     for (const auto& item : items) {
         if (!item.parents.empty()) {
             throw CLI::ConfigError("sections are not known here: [" + item.parents.front() + "]");
+        }
+        if (!names.insert(item.name).second) {
+            throw CLI::ConfigError("set twice in the configuration file: " + item.name);
         }
     }
     std::erase_if(items, [this](const CLI::ConfigItem& item) {

@@ -53,7 +53,7 @@ void addLogin(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("login", "Sign in and keep the access token in the keychain");
     command->add_option("user", arguments->username, "User name; asked for when missing")->envname("TARNWICK_USERNAME");
     command->add_flag("--password-stdin", arguments->passwordFromInput,
-                      "Read the password from standard input; else from TARNWICK_PASSWORD or the terminal");
+                      "Read the password from standard input; else from TARNWICK_PASSWORD, or the terminal");
     command->add_flag("--import", arguments->import, "Take over an account of the legacy system");
     commands.push_back({command, [arguments](Client& client) {
                             const auto username = readUsername(arguments->username);

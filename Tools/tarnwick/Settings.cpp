@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <map>
 #include <string_view>
 
@@ -135,12 +136,14 @@ void addLocalSettings(CLI::App& app, Settings& settings) {
 }  // namespace
 
 void addSettings(CLI::App& app, Settings& settings) {
+    // The parser reads the file before it looks at the environment.
+    const auto* chosen = std::getenv("TARNWICK_CONFIG");
+    const auto isChosen = chosen != nullptr && *chosen != '\0';
     const auto folder = configurationFolder();
-    app.set_config(
-           "--config", folder.empty() ? std::string{} : (folder / "config.toml").string(),
-           "Read settings from this file: lines of the form name = value, names as the options below, without --")
-        ->envname("TARNWICK_CONFIG")
-        ->option_text("FILE");
+    const auto standard = folder.empty() ? std::string{} : (folder / "config.toml").string();
+    app.set_config("--config", isChosen ? chosen : standard,
+                   "Read settings from this file, one name = value a line [~/.config/tarnwick/config.toml]", isChosen)
+        ->option_text("FILE (Env:TARNWICK_CONFIG)");
     app.config_formatter(std::make_shared<ConfigurationFile>(app));
     app.allow_config_extras(CLI::config_extras_mode::error);
     addFlag(app, "--json", "json", settings.json, "Print one JSON document for programs, errors too");

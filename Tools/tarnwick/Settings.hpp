@@ -53,6 +53,12 @@ struct Settings {
     bool verbose = false;
 };
 
+inline constexpr const char* settingsHelp =
+    "Settings:\n"
+    "  Each option that takes a value may also stand in the configuration file, without the dashes (partner-id = 7),\n"
+    "  or in the environment (TARNWICK_PARTNER_ID=7). Options go before the environment, the environment before the\n"
+    "  file.\n";
+
 /// Adds the options that fill `settings`, which must outlive the parsing.
 void addSettings(CLI::App& app, Settings& settings);
 

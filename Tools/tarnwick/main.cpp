@@ -95,11 +95,13 @@ int runProgram(int argc, char** argv) {
     app.set_version_flag("--version", std::string{"tarnwick "} + TARNWICK_CLIENT_VERSION);
     app.fallthrough();
     app.require_subcommand(1);
-    app.footer(TarnwickClient::exitStatusHelp);
+    // Commands inherit the footer that there is when they are added.
+    app.footer("Settings and exit statuses: tarnwick --help");
     TarnwickClient::addSettings(app, settings);
     TarnwickClient::addSessionCommands(app, commands);
     TarnwickClient::addAccountCommands(app, commands);
     TarnwickClient::addCatalogueCommands(app, commands);
+    app.footer(std::string{TarnwickClient::settingsHelp} + "\n" + TarnwickClient::exitStatusHelp);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -16,11 +16,12 @@ trap clean_up EXIT
 while IFS= read -r variable; do
     [[ $variable == TARNWICK_CLIENT || $variable == TARNWICK_SERVICE ]] || unset "$variable"
 done < <(compgen -v TARNWICK_)
+unset http_proxy https_proxy all_proxy HTTPS_PROXY ALL_PROXY
 export HOME=$work XDG_CONFIG_HOME=$work/config XDG_STATE_HOME=$work/state XDG_DATA_HOME=$work/data
 configuration=$XDG_CONFIG_HOME/tarnwick/config.toml
 
 fail() {
-    echo "FAILED in line ${BASH_LINENO[1]}: $*" >&2
+    echo "FAILED: $* (lines ${BASH_LINENO[*]})" >&2
     for stream in out err; do
         [[ ! -e $work/$stream ]] || sed "s/^/  $stream: /" "$work/$stream" >&2
     done
@@ -32,6 +33,7 @@ wait_until() {
     local tries
     for ((tries = 0; tries < 1000; ++tries)); do
         ! "$@" 2>/dev/null || return 0
+        kill -0 "$service" 2>/dev/null || fail "the service has ended"
         sleep 0.02
     done
     fail "never: $*"
