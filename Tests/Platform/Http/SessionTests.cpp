@@ -19,6 +19,21 @@ protected:
 };
 
 TEST_F(Session, AdmitsSixAtOnce) {
+    server.answerAlways({"", Then::hold});
+    auto session = makeHttpSession(configuration);
+    constexpr std::size_t count = 20;
+    for (std::size_t number = 0; number < count; ++number) {
+        send(*session, request(server.url()));
+    }
+    ASSERT_TRUE(server.waitForRequests(6));
+    session.reset();
+    ASSERT_TRUE(waitForAnswers(count));
+    ASSERT_TRUE(server.waitForClosed(6));
+    EXPECT_EQ(server.connections(), 6U);
+    EXPECT_EQ(server.requests().size(), 6U);
+}
+
+TEST_F(Session, WorksOffAThousandOverSixConnections) {
     server.answer({"", Then::hold});
     server.answer({"", Then::hold});
     server.answerAlways(okAnswer("x"));
@@ -27,9 +42,9 @@ TEST_F(Session, AdmitsSixAtOnce) {
     for (std::size_t number = 0; number < count; ++number) {
         send(*session, request(server.url()));
     }
-    // Two connections are held for good; the others work the queue off.
+    // Two connections are held for good; the others go on.
     ASSERT_TRUE(waitForAnswers(count - 2));
-    EXPECT_EQ(server.connections(), 6U);
+    EXPECT_LE(server.connections(), 6U);
     EXPECT_EQ(server.requests().size(), count);
 }
 
