@@ -12,20 +12,6 @@ namespace {
 constexpr std::size_t gap = 2;
 constexpr std::size_t narrowest = 4;
 
-/// Takes columns away from the widest until all of them fit, none below `narrowest`.
-void fitInto(std::vector<std::size_t>& widths, std::size_t available) {
-    const auto gaps = gap * (static_cast<std::size_t>(std::count_if(widths.begin(), widths.end(),
-                                                                    [](std::size_t width) { return width > 0; })));
-    const auto total = [&] { return std::accumulate(widths.begin(), widths.end(), std::size_t{0}) + gaps; };
-    while (total() > available + gap) {
-        const auto widest = std::max_element(widths.begin(), widths.end());
-        if (widest == widths.end() || *widest <= narrowest) {
-            return;
-        }
-        --*widest;
-    }
-}
-
 }  // namespace
 
 void Table::addRow(std::vector<std::string> cells) {
@@ -49,7 +35,7 @@ std::string Table::render(std::optional<std::size_t> width) const {
         }
     }
     if (width) {
-        fitInto(widths, *width);
+        fitInto(*width, widths);
     }
 
     std::string text;
@@ -74,6 +60,23 @@ std::string Table::render(std::optional<std::size_t> width) const {
         addLine([&](std::size_t column) { return row[column]; });
     }
     return text;
+}
+
+void Table::fitInto(std::size_t available, std::vector<std::size_t>& widths) const {
+    const auto shown = std::count_if(widths.begin(), widths.end(), [](std::size_t width) { return width > 0; });
+    auto total = std::accumulate(widths.begin(), widths.end(), gap * static_cast<std::size_t>(shown));
+    for (; total > available + gap; --total) {
+        std::size_t* widest = nullptr;
+        for (std::size_t column = 0; column < widths.size(); ++column) {
+            if (columns_[column].alignment == Alignment::left && (widest == nullptr || widths[column] > *widest)) {
+                widest = &widths[column];
+            }
+        }
+        if (widest == nullptr || *widest <= narrowest) {
+            return;
+        }
+        --*widest;
+    }
 }
 
 }  // namespace TarnwickClient

@@ -24,10 +24,13 @@ public:
 
     [[nodiscard]] bool empty() const noexcept { return rows_.empty(); }
 
-    /// One line per row. With a `width` the widest columns give way until the lines fit.
+    /// One line per row. With a `width` columns of text give way, the widest first, until the lines fit; numbers do
+    /// not.
     [[nodiscard]] std::string render(std::optional<std::size_t> width) const;
 
 private:
+    void fitInto(std::size_t available, std::vector<std::size_t>& widths) const;
+
     std::vector<Column> columns_;
     std::vector<std::vector<std::string>> rows_;
 };
