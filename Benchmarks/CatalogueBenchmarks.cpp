@@ -185,12 +185,13 @@ void devices(benchmark::State& state) {
     std::string text = "[";
     constexpr int count = 1000;
     for (int id = 1; id <= count; ++id) {
-        text +=
-            (id > 1 ? "," : "") + std::string{R"({"id":")"} + std::to_string(id) +
-            R"(","token":"0123456789abcdef0123456789abcdef","machine_name":"desk","created":"2019-03-01 09:15:00",)" +
-            R"("consumer":{"name":"VPN for Mac","device_type":"mac","x":1},"extra":[1,2,3]})";
+        text.append(id > 1 ? "," : "").append(R"({"id":")").append(std::to_string(id));
+        text.append(
+            R"(","token":"0123456789abcdef0123456789abcdef","machine_name":"desk","created":"2019-03-01 09:15:00",)"
+            R"("consumer":{"name":"VPN for Mac","device_type":"mac","x":1},"extra":[1,2,3]})");
     }
-    const auto body = withPadding(text + "]");
+    text.append("]");
+    const auto body = withPadding(text);
     std::vector<double> times;
     for ([[maybe_unused]] auto iteration : state) {
         const auto begin = Clock::now();
