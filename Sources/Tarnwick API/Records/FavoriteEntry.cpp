@@ -1,11 +1,11 @@
 #include <Tarnwick_API/Records/FavoriteEntry.hpp>
 
+#include <Tarnwick_API/Platform/JsonArrayText.hpp>
+
 #include <utility>
 
 namespace Tarnwick_API {
 
-using Platform::JsonArray;
-using Platform::JsonDocument;
 using Platform::JsonObject;
 using Platform::JsonValue;
 
@@ -17,9 +17,7 @@ FavoriteEntry favoriteEntryFrom(FavoriteItem item) {
 }
 
 std::vector<FavoriteEntry> decodeFavoriteEntries(const Platform::Bytes& bytes) {
-    const Platform::JsonDecoder decoder;
-    const JsonDocument document{bytes};
-    return document.root().require<JsonArray>().map([&](const JsonValue& element) {
+    return Platform::mapArrayText(bytes, [decoder = Platform::JsonDecoder{}](const JsonValue& element) {
         return favoriteEntryFrom(FavoriteItem::decode(element.require<JsonObject>(), decoder));
     });
 }

@@ -1,30 +1,47 @@
 #include <Tarnwick_API/Records/Server.hpp>
 
+#include <Tarnwick_API/Platform/JsonArrayText.hpp>
+
+#include <Tarnwick API/Records/ServerShortFields.hpp>
+
+#include <optional>
+#include <string>
 #include <type_traits>
 #include <utility>
 
 namespace Tarnwick_API {
 
-using Platform::JsonArray;
 using Platform::JsonDecoder;
-using Platform::JsonDocument;
 using Platform::JsonObject;
 using Platform::JsonValue;
 
 // A list of servers grows by moving them.
 static_assert(std::is_nothrow_move_constructible_v<Server>);
 
-Server::Server(ServerShort&& server) noexcept
-    : ApiItem{.id = server.id},
-      name{server.displayName ? *std::move(server.displayName) : std::move(server.apiName)},
-      ip{std::move(server.ip)},
-      location{.countrycode = std::move(server.countryCode),
-               .language = {},
-               .city = std::move(server.city),
-               .distance = server.distance,
-               .latitude = server.latitude,
-               .longitude = server.longitude},
-      statistics{.currentUsers = server.currentUsers, .maxUsers = server.maxUsers} {
+namespace {
+
+/// From a record with texts of its own, which are moved, or from fields, whose texts are copied.
+template <typename Short>
+Server serverFrom(Short&& source) {
+    const auto optionalText = [](auto&& text) {
+        return text ? std::optional<std::string>{*std::forward<decltype(text)>(text)} : std::nullopt;
+    };
+    Server server;
+    server.id = source.id;
+    server.name = source.displayName ? *std::forward<Short>(source).displayName : std::forward<Short>(source).apiName;
+    server.ip = std::forward<Short>(source).ip;
+    server.location.countrycode = std::forward<Short>(source).countryCode;
+    server.location.city = optionalText(std::forward<Short>(source).city);
+    server.location.distance = source.distance;
+    server.location.latitude = source.latitude;
+    server.location.longitude = source.longitude;
+    server.statistics = {.currentUsers = source.currentUsers, .maxUsers = source.maxUsers};
+    return server;
+}
+
+}  // namespace
+
+Server::Server(ServerShort&& server) noexcept : Server{serverFrom(std::move(server))} {
 }
 
 Server::Server(ServerLong&& server) noexcept
@@ -58,23 +75,6 @@ std::string Server::description() const {
     return "Name: " + name + ", IP: " + ip + ", Host: " + hostname + ", Location: " + location.countrycode;
 }
 
-namespace {
-
-template <typename Record>
-std::vector<Server> decodeServersFrom(const Platform::Bytes& bytes) {
-    const JsonDecoder decoder;
-    const JsonDocument document{bytes};
-    const auto elements = document.root().require<JsonArray>();
-    std::vector<Server> servers;
-    servers.reserve(elements.size());
-    elements.forEach([&](const JsonValue& element) {
-        servers.emplace_back(Record::decode(element.require<JsonObject>(), decoder));
-    });
-    return servers;
-}
-
-}  // namespace
-
 Server decodeServer(const Platform::Bytes& bytes, ServerJsonKind kind) {
     const JsonDecoder decoder;
     return kind == ServerJsonKind::long_ ? Server{decoder.decode<ServerLong>(bytes)}
@@ -82,7 +82,13 @@ Server decodeServer(const Platform::Bytes& bytes, ServerJsonKind kind) {
 }
 
 std::vector<Server> decodeServers(const Platform::Bytes& bytes, ServerJsonKind kind) {
-    return kind == ServerJsonKind::long_ ? decodeServersFrom<ServerLong>(bytes) : decodeServersFrom<ServerShort>(bytes);
+    if (kind == ServerJsonKind::long_) {
+        return Platform::mapArrayText(bytes, [decoder = JsonDecoder{}](const JsonValue& element) {
+            return Server{ServerLong::decode(element.require<JsonObject>(), decoder)};
+        });
+    }
+    return Platform::mapArrayText(
+        bytes, [](const JsonValue& element) { return serverFrom(readServerShort(element.require<JsonObject>())); });
 }
 
 }  // namespace Tarnwick_API

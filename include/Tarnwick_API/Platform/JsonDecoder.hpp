@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Platform/Bytes.hpp>
 #include <Tarnwick_API/Platform/Json.hpp>
+#include <Tarnwick_API/Platform/JsonArrayText.hpp>
 
 #include <concepts>
 #include <vector>
@@ -35,9 +36,9 @@ public:
     /// The records that the text's array holds; one bad element fails them all. Throws as `decode` does.
     template <Decodable Record>
     [[nodiscard]] std::vector<Record> decodeArray(const Bytes& text) const {
-        const JsonDocument document{text};
-        return document.root().template require<JsonArray>().map(
-            [this](const JsonValue element) { return Record::decode(element.template require<JsonObject>(), *this); });
+        return mapArrayText(text, [this](const JsonValue element) {
+            return Record::decode(element.template require<JsonObject>(), *this);
+        });
     }
 };
 
