@@ -80,11 +80,16 @@ public:
         }
         faults_.allowPauses();
         listening_ = std::make_unique<Listening>(*this);
+        // Not before the assignment: requests to the control interface look at it.
+        listening_->begin();
     }
 
     void stop() {
         faults_.cancelPauses();
-        listening_.reset();
+        if (listening_) {
+            listening_->end();
+            listening_.reset();
+        }
     }
 
 private:
@@ -92,11 +97,12 @@ private:
 
     // What exists only while the service listens: the host that requests must name follows from the port.
     struct Listening {
-        explicit Listening(Implementation& owner)
-            : server({.address = owner.configuration_.address,
+        explicit Listening(Implementation& implementation)
+            : owner(implementation),
+              server({.address = owner.configuration_.address,
                       .port = owner.configuration_.port,
                       .certificate = owner.certificate_,
-                      .onConnection = [&owner] { owner.traffic_.countConnection(); }}),
+                      .onConnection = [this] { owner.traffic_.countConnection(); }}),
               apiHost(owner.configuration_.apiHost.empty() ? "localhost:" + std::to_string(server.port())
                                                            : owner.configuration_.apiHost),
               check(owner.configuration_, apiHost, owner.accounts_),
@@ -108,24 +114,26 @@ private:
             if (owner.configuration_.controlPort) {
                 // Bodies of faults come this way.
                 constexpr std::size_t largestControlBody = std::size_t{64} << 20U;
-                control = std::make_unique<HttpServer>(HttpServer::Settings{.address = loopback,
-                                                                            .port = *owner.configuration_.controlPort,
-
-                                                                            .largestBody = largestControlBody});
-                control->start([this](const Request& request) { return controlApi.answer(request); });
+                control = std::make_unique<HttpServer>(HttpServer::Settings{
+                    .address = loopback, .port = *owner.configuration_.controlPort, .largestBody = largestControlBody});
             }
-            server.start([this, &owner](const Request& request) { return owner.serve(request, router); });
         }
 
-        ~Listening() {
+        void begin() {
+            if (control) {
+                control->start([this](const Request& request) { return controlApi.answer(request); });
+            }
+            server.start([this](const Request& request) { return owner.serve(request, router); });
+        }
+
+        void end() {
             if (control) {
                 control->stop();
             }
             server.stop();
         }
-        Listening(const Listening&) = delete;
-        Listening& operator=(const Listening&) = delete;
 
+        Implementation& owner;
         HttpServer server;
         std::string apiHost;
         RequestCheck check;

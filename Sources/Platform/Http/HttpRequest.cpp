@@ -48,4 +48,17 @@ HttpRequest::HttpRequest(HttpMethod method, const Url& url, const Parameters& pa
     }
 }
 
+HttpRequest HttpRequest::withHeader(std::string_view name, std::string_view value) const& {
+    return HttpRequest{*this}.withHeader(name, value);
+}
+
+HttpRequest HttpRequest::withHeader(std::string_view name, std::string_view value) && {
+    std::erase_if(headers_, [name](const auto& header) { return isSameHeaderName(header.first, name); });
+    headers_.emplace(name, value);
+    if (!encodingError_) {
+        encodingError_ = headerFault(headers_);
+    }
+    return std::move(*this);
+}
+
 }  // namespace Platform

@@ -7,7 +7,6 @@
 #include <Tarnwick API/API Versions/PasswordMask.hpp>
 #include <Tarnwick API/Calls/DeliverCompletion.hpp>
 
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <string_view>
@@ -20,16 +19,17 @@ namespace {
 constexpr const char* function = "sendRequest(url:parameters:encoding:headers:method:retryCount:onCompletion:)";
 constexpr std::int64_t accepted = 202;
 
-bool isHostHeader(std::string_view name) noexcept {
-    constexpr std::string_view host = "host";
-    return std::equal(name.begin(), name.end(), host.begin(), host.end(),
-                      [](char actual, char expected) { return (actual | 0x20) == expected; });
-}
+constexpr std::string_view hostHeader = "Host";
 
-Platform::HttpHeaders withHost(Platform::HttpHeaders headers, std::string host) {
-    std::erase_if(headers, [](const auto& header) { return isHostHeader(header.first); });
-    headers.emplace("Host", std::move(host));
-    return headers;
+using SharedRequest = std::shared_ptr<const Platform::HttpRequest>;
+
+/// `request` as it is when it names `host` already, which spares a copy for each retry.
+SharedRequest naming(const SharedRequest& request, const std::string& host) {
+    const auto named = request->headers().find(hostHeader);
+    if (named != request->headers().end() && named->second == host) {
+        return request;
+    }
+    return std::make_shared<const Platform::HttpRequest>(request->withHeader(hostHeader, host));
 }
 
 std::chrono::nanoseconds pauseBeforeRetry(std::int64_t retryCount) {
@@ -66,10 +66,7 @@ void logAnswer(const Platform::HttpAnswer& answer, bool useFallbackIp) {
 /// What every attempt of one request repeats.
 struct ApiVersion1::RequestChain {
     Platform::Url url;
-    Platform::Parameters parameters;
-    Platform::ParameterEncoding encoding;
-    Platform::HttpHeaders headers;
-    Platform::HttpMethod method;
+    SharedRequest request;
     RequestCompletion onCompletion;
 
     void complete(std::optional<Platform::Bytes> body, ApiResult result) const {
@@ -81,8 +78,9 @@ struct ApiVersion1::RequestChain {
 void ApiVersion1::sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
                               Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
                               Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) {
-    attempt(std::make_shared<const RequestChain>(
-                RequestChain{url, parameters, encoding, headers, method, std::move(onCompletion)}),
+    auto request = std::make_shared<const Platform::HttpRequest>(
+        Platform::HttpRequest{method, url, parameters, encoding, headers}.withHeader(hostHeader, apiHost()));
+    attempt(std::make_shared<const RequestChain>(RequestChain{url, std::move(request), std::move(onCompletion)}),
             retryCount);
 }
 
@@ -92,8 +90,7 @@ void ApiVersion1::attempt(const std::shared_ptr<const RequestChain>& chain, std:
         chain->completeNotReachable();
         return;
     }
-    const auto request = std::make_shared<const Platform::HttpRequest>(
-        chain->method, chain->url, chain->parameters, chain->encoding, withHost(chain->headers, apiHost()));
+    const auto request = naming(chain->request, apiHost());
     session->send(request, [self = shared_from_this(), chain, retryCount](Platform::HttpAnswer answer) {
         self->handleAnswer(chain, retryCount, std::move(answer));
     });

@@ -149,7 +149,7 @@ TEST(JsonText, IsRefused) {
 
 TEST(JsonText, Nests512ContainersDeep) {
     for (const auto& [open, close] : {std::pair{"[", "]"}, std::pair{R"({"a":)", "}"}}) {
-        const auto nested = [&](std::size_t depth) {
+        const auto nested = [open = open, close = close](std::size_t depth) {
             return repeated(open, depth - 1) + "[]" + repeated(close, depth - 1);
         };
         EXPECT_TRUE(isJson(nested(512)));
@@ -180,7 +180,7 @@ std::string outcome(const JsonObject& object) {
             return kinds[static_cast<std::size_t>(error.kind())];
         }
     };
-    const std::string strict = call([&] { return show(object.require<T>("k")); });
+    std::string strict = call([&] { return show(object.require<T>("k")); });
     const std::string ifPresent = call([&] {
         const auto value = object.ifPresent<T>("k");
         return value ? show(*value) : "none";
@@ -192,9 +192,9 @@ std::string outcome(const JsonObject& object) {
 
 TEST(JsonObject, ReadsMembersStrictly) {
     struct Row {
-        const char* json;
-        const char* integer;
-        const char* number;
+        const char* json = nullptr;
+        const char* integer = nullptr;
+        const char* number = nullptr;
         const char* flag = "mismatch";
         const char* text = "mismatch";
     };

@@ -2,35 +2,12 @@
 #include <Tarnwick_API/Records/LenientReading.hpp>
 #include <Tarnwick_API/Records/Server.hpp>
 
-#include <atomic>
 #include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <string>
 
+#include "AllocationCount.hpp"
+
 #include <gtest/gtest.h>
-
-namespace {
-
-std::atomic<std::size_t> allocations{0};
-
-}  // namespace
-
-// NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory): the counting allocator itself
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size)) {
-        return memory;
-    }
-    throw std::bad_alloc{};
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-// NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
 
 namespace Tarnwick_API {
 namespace {
@@ -46,16 +23,16 @@ TEST(Allocations, AreOneForAServerOfAList) {
     }
     list += ']';
     (void)decodeServers(list, ServerJsonKind::short_);
-    const std::size_t before = allocations;
+    const std::size_t before = allocationCount();
     EXPECT_EQ(decodeServers(list, ServerJsonKind::short_).size(), 1000U);
-    EXPECT_LE(allocations - before, 1000U + 5U);
+    EXPECT_LE(allocationCount() - before, 1000U + 5U);
 }
 
 TEST(Allocations, AreNoneForALenientMiss) {
     const Platform::JsonDocument document{R"({"object":{},"null":null,"text":"n/a","number":42.5})"};
     const auto object = document.root().require<Platform::JsonObject>();
     (void)decodeDouble(object, "text");
-    const std::size_t before = allocations;
+    const std::size_t before = allocationCount();
     for (const auto* key : {"object", "null", "missing", "text"}) {
         EXPECT_FALSE(decodeInt(object, key));
         EXPECT_FALSE(decodeDouble(object, key));
@@ -67,7 +44,7 @@ TEST(Allocations, AreNoneForALenientMiss) {
         EXPECT_FALSE(decodeBool(object, key));
         EXPECT_FALSE(decodeString(object, key));
     }
-    EXPECT_EQ(allocations, before);
+    EXPECT_EQ(allocationCount(), before);
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ protected:
 
 TEST_F(LenientReading, OfNumbersAndFlags) {
     struct Row {
-        const char* value;
+        const char* value = nullptr;
         std::optional<std::int64_t> integer;
         std::optional<bool> flag;
         std::optional<double> real;
@@ -150,7 +150,7 @@ TEST_F(LenientReading, OfDates) {
     using Time = std::optional<std::chrono::sys_seconds>;
     constexpr auto firstOfMarch = std::chrono::sys_days{2019y / 3 / 1};
     struct Row {
-        const char* text;
+        const char* text = nullptr;
         Time in24Hours;
         Time in12Hours;
     };

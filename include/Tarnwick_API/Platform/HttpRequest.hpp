@@ -72,6 +72,10 @@ public:
     [[nodiscard]] const std::optional<Bytes>& body() const noexcept { return body_; }
     [[nodiscard]] const std::optional<std::string>& encodingError() const noexcept { return encodingError_; }
 
+    /// The same request with the header `name` set to `value`, in place of any of that name.
+    [[nodiscard]] HttpRequest withHeader(std::string_view name, std::string_view value) const&;
+    [[nodiscard]] HttpRequest withHeader(std::string_view name, std::string_view value) &&;
+
     /// A curl command line that makes the same request, one option a line; headers sorted by name.
     /// It holds everything the request holds, credentials and passwords included.
     [[nodiscard]] std::string curlRendering(const HttpHeaders& sessionHeaders) const;

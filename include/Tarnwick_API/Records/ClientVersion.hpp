@@ -34,7 +34,7 @@ struct ClientVersion {
     [[nodiscard]] static ClientVersion decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
 
     friend std::weak_ordering operator<=>(const ClientVersion& a, const ClientVersion& b) noexcept;
-    friend bool operator==(const ClientVersion& a, const ClientVersion& b) noexcept { return (a <=> b) == 0; }
+    friend bool operator==(const ClientVersion& a, const ClientVersion& b) noexcept { return std::is_eq(a <=> b); }
 };
 
 }  // namespace Tarnwick_API

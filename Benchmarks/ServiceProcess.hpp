@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace Benchmarks {
+
+/// A program that runs until this goes.
+class ChildProcess {
+public:
+    /// Throws std::runtime_error when it can't be started.
+    explicit ChildProcess(const std::vector<std::string>& command);
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+    ~ChildProcess();
+
+private:
+    pid_t process_;
+};
+
+/// The stand-in service in a process of its own, so that its processor time and memory are not counted as the client's,
+/// with an HTTP/2 proxy in front.
+class ServiceProcess {
+public:
+    /// The one of this run, started when first asked for. Its CA file holds the system's certificates too, as reading
+    /// them is part of what connecting costs.
+    static const ServiceProcess& shared();
+
+    ServiceProcess();
+    ServiceProcess(const ServiceProcess&) = delete;
+    ServiceProcess& operator=(const ServiceProcess&) = delete;
+    ~ServiceProcess();
+
+    [[nodiscard]] std::uint16_t port() const noexcept { return port_; }
+    /// The same service over HTTP/2.
+    [[nodiscard]] std::uint16_t http2Port() const noexcept { return http2Port_; }
+    [[nodiscard]] const std::string& caFile() const noexcept { return caFile_; }
+    [[nodiscard]] std::string host() const { return "localhost:" + std::to_string(port_); }
+
+    /// Lets the service close the connection after each of the next `count` answers.
+    void closeConnections(std::size_t count) const;
+
+private:
+    std::filesystem::path folder_;
+    std::string caFile_;
+    std::uint16_t port_ = 0;
+    std::uint16_t controlPort_ = 0;
+    std::uint16_t http2Port_ = 0;
+    std::vector<std::unique_ptr<ChildProcess>> processes_;
+};
+
+}  // namespace Benchmarks

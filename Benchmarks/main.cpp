@@ -1,0 +1,46 @@
+#include "Measurements.hpp"
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+#include <vector>
+
+#include <curl/curl.h>
+
+int main(int argumentCount, char** arguments) {
+    curl_global_init(CURL_GLOBAL_DEFAULT);
+    // Candidates take turns, so that a machine that slows down slows them all.
+    std::vector<std::string> words{arguments[0], "--benchmark_repetitions=5",
+                                   "--benchmark_enable_random_interleaving=true",
+                                   "--benchmark_report_aggregates_only=true"};
+    words.insert(words.end(), arguments + 1, arguments + argumentCount);
+    std::vector<char*> pointers;
+    pointers.reserve(words.size());
+    for (auto& word : words) {
+        pointers.push_back(word.data());
+    }
+    int count = static_cast<int>(pointers.size());
+    benchmark::Initialize(&count, pointers.data());
+    if (benchmark::ReportUnrecognizedArguments(count, pointers.data())) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    using Benchmarks::Goal;
+    Benchmarks::report({
+        Goal{"one status request: p50 us", "library", "reused easy handle", false, 1.6},
+        Goal{"one status request: CPU us", "library", "reused easy handle", false, 1.7},
+        Goal{"10,000 at once, HTTP/1.1: requests/s", "library", "plain multi handle", true, 3},
+        Goal{"10,000 at once, HTTP/2: requests/s", "library", "plain multi handle", true, 3},
+        Goal{"10,000 at once, HTTP/1.1: MB", "library", "", false, 16},
+        Goal{"10,000 at once, HTTP/2: MB", "library", "", false, 16},
+        Goal{"request on a new connection: p50 us", "library", "", false, 1500},
+        Goal{"10,000 short servers: ms", "library", "simdjson DOM by hand", false, 1.15},
+        Goal{"10,000 short servers: ms", "nlohmann::json", "library", true, 12},
+        Goal{"10,000 short servers: allocations", "library", "", false, 11000},
+        Goal{"short servers: us each", "library, 100,000", "library, 10,000", false, 1.1},
+        Goal{"100,000 short servers: peak / body", "library", "", false, 3.5},
+        Goal{"main queue held, 10,000 servers: ms", "library", "", false, 16},
+    });
+    return 0;
+}
