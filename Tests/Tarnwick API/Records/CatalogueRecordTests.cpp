@@ -107,7 +107,7 @@ TEST(FavoriteItem, NeverFailsAndBecomesAServerOrACountry) {
     EXPECT_EQ(sweden.type, LocationType::streaming);
     EXPECT_EQ(std::get<Country>(entries[3]).countryCode, "");
     EXPECT_TRUE(decodeFavoriteEntries("[]").empty());
-    EXPECT_THROW(decodeFavoriteEntries("[1]"), Platform::DecodingError);
+    EXPECT_THROW((void)decodeFavoriteEntries("[1]"), Platform::DecodingError);
     EXPECT_EQ(decoded<FavoriteItem>("{}").id, 0);
     EXPECT_FALSE(decoded<FavoriteItem>("{}").isServer());
 }
