@@ -129,7 +129,7 @@ void Client::forgetStoredToken() const {
 }
 
 std::optional<ApiError> Client::error(const std::string& doing, const std::function<void(Completion<void>)>& start) {
-    const auto adapted = [&](Completion<bool> onCompletion) {
+    const auto adapted = [&](const Completion<bool>& onCompletion) {
         start([onCompletion](std::optional<ApiError> error) { onCompletion(true, std::move(error)); });
     };
     return outcome<bool>(doing, adapted).error;

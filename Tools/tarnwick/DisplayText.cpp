@@ -58,11 +58,9 @@ std::string printable(std::string_view text) {
     while (!text.empty()) {
         const auto character = firstCharacter(text);
         const auto length = character ? character->length : 1;
-        if (!character) {
-            result += replacement;
-        } else if (character->codePoint == '\n' || character->codePoint == '\t') {
+        if (character && (character->codePoint == '\n' || character->codePoint == '\t')) {
             result += ' ';
-        } else if (isControl(character->codePoint)) {
+        } else if (!character || isControl(character->codePoint)) {
             result += replacement;
         } else {
             result += text.substr(0, length);
