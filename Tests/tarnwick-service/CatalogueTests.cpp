@@ -12,7 +12,7 @@ TEST(PlacesTest, DistancesFollowTheGreatCircle) {
     struct Row {
         Coordinates from;
         Coordinates to;
-        double kilometres;
+        double kilometres = 0;
     };
     const Row rows[] = {{{52.5, 13.4}, {52.5, 13.4}, 0},
                         {{0, 0}, {0, 1}, 111.195},

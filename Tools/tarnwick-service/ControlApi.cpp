@@ -251,7 +251,7 @@ Answer ControlApi::requests() const {
     for (const RecordedRequest& request : service_.recordedRequests()) {
         Json headers = Json::array();
         for (const auto& [name, value] : request.headers) {
-            headers.push_back(name + ": " + value);
+            headers.push_back({{"name", name}, {"value", value}});
         }
         list.push_back(
             {{"method", request.method}, {"target", request.target}, {"headers", headers}, {"body", request.body}});
