@@ -342,6 +342,7 @@ TEST(JsonDocument, LivesBesideOthersAndOutlivesItsText) {
         EXPECT_EQ(firstOf(outer), "outer");
     }
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int number = 0; number < 4; ++number) {
         threads.emplace_back([&, number] {
             for (int round = 0; round < 100; ++round) {
