@@ -1,5 +1,6 @@
 # For the tests of the client program: a service of the test's own, private folders, and checks. A test sources this
 # and gets the two programs by the environment: TARNWICK_CLIENT and TARNWICK_SERVICE.
+# shellcheck shell=bash
 set -euo pipefail
 
 work=$(mktemp --directory --tmpdir tarnwick-test.XXXXXX)
