@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "InstallationId.hpp"
-#include "RedirectedReachability.hpp"
 #include "UserFolders.hpp"
 #include "WaitingLine.hpp"
 
@@ -66,8 +65,6 @@ std::shared_ptr<Platform::HttpSession> makeSession(const Settings& settings, std
         configuration.trustedRootsFile = settings.caFile;
     }
     configuration.connectTo = settings.connectTo;
-    configuration.reachability =
-        std::make_shared<RedirectedReachability>(Platform::makeRouteReachability(), settings.connectTo);
     return std::make_shared<WatchedSession>(Platform::makeHttpSession(std::move(configuration)), std::move(log));
 }
 

@@ -1,5 +1,6 @@
 #include <Tarnwick_API/Platform/HttpSession.hpp>
 
+#include <Platform/Http/ConnectionTarget.hpp>
 #include <Platform/Http/IoThread.hpp>
 #include <Platform/Http/SessionState.hpp>
 
@@ -30,7 +31,8 @@ public:
     }
 
     [[nodiscard]] bool isReachable(std::string_view urlText) const override {
-        return state_->configuration().reachability->isReachable(urlText);
+        const auto& configuration = state_->configuration();
+        return configuration.reachability->isReachable(connectionTarget(urlText, configuration.connectTo));
     }
 
     void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) override {

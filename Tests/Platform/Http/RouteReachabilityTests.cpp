@@ -2,9 +2,13 @@
 
 #include <Tarnwick_API/Platform/HttpSession.hpp>
 
+#include <Platform/Http/ConnectionTarget.hpp>
+
 #include <cstdlib>
 #include <iostream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <sched.h>
@@ -86,6 +90,23 @@ TEST_F(RouteReachability, IsNotDeniedForWantOfDescriptors) {
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
     EXPECT_TRUE(address);
     EXPECT_TRUE(name);
+}
+
+TEST(ConnectionTarget, IsWhereTheFirstMatchingRuleLeads) {
+    const std::vector<std::string> rules{"203.0.113.7:443:127.0.0.1:8443", "api.example:8080:[::1]:1",
+                                         "[2001:db8::1]:443:localhost:2"};
+    const std::pair<const char*, const char*> rows[] = {
+        {"https://203.0.113.7/vb", "https://127.0.0.1:8443"},
+        {"https://api.example:8080/", "https://[::1]:1"},
+        {"https://[2001:db8::1]/", "https://localhost:2"},
+        {"https://203.0.113.7:8443/", "https://203.0.113.7:8443/"},
+        {"https://api.example/", "https://api.example/"},
+        {"no URL", "no URL"},
+    };
+    for (const auto& [url, target] : rows) {
+        EXPECT_EQ(connectionTarget(url, rules), target);
+    }
+    EXPECT_EQ(connectionTarget("https://api.example/", {}), "https://api.example/");
 }
 
 }  // namespace

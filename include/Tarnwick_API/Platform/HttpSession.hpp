@@ -113,8 +113,8 @@ struct HttpSessionConfiguration {
     /// Connections to one host over HTTP/1.1, and requests at once on one HTTP/2 connection.
     std::size_t connectionsPerHost = 6;
     std::size_t streamsPerConnection = 100;
-    /// Leads connections elsewhere, as "host:port:other host:other port"; URL, "Host" and certificate checks stay.
-    /// For development against a local service.
+    /// Leads connections elsewhere, as "host:port:other host:other port"; URL, "Host" and certificate checks stay, and
+    /// the other place decides what is reachable. For development against a local service.
     std::vector<std::string> connectTo;
     /// Heed the environment's proxy variables.
     bool usesProxy = true;
