@@ -41,7 +41,7 @@ public:
 private:
     /// Where a piece ends, and where the next one begins; no next one for the last piece.
     struct Cut {
-        std::size_t end;
+        std::size_t end = 0;
         std::optional<std::size_t> next;
     };
 
