@@ -143,7 +143,7 @@ ServiceProcess::ServiceProcess() : folder_{makeFolder()}, caFile_{(folder_ / "ro
         "nghttpx", "--conf=/dev/null", "--frontend=127.0.0.1," + std::to_string(http2Port_),
         "--backend=127.0.0.1," + std::to_string(port_) + ";;tls", "--insecure", "--no-ocsp", "--no-via",
         "--no-add-x-forwarded-proto", "--log-level=ERROR", "--errorlog-file=/dev/null", "--workers=1",
-        (folder_ / "proxy.key").string(), (folder_ / "proxy.pem").string()}));
+        "--single-process", (folder_ / "proxy.key").string(), (folder_ / "proxy.pem").string()}));
     waitUntil("nghttpx", [&] { return accepts(http2Port_); });
 }
 
