@@ -52,15 +52,15 @@ protected:
         // Owned by the completion too: one that is called once too often must not meet a dead object.
         const auto received = std::make_shared<Received<T>>();
         if constexpr (std::is_void_v<T>) {
-            operation([received](std::optional<Tarnwick_API::ApiError> error) {
+            operation([received](const std::optional<Tarnwick_API::ApiError>& error) {
                 ++received->times;
-                received->error = std::move(error);
+                received->error = error;
             });
         } else {
-            operation([received](std::optional<T> result, std::optional<Tarnwick_API::ApiError> error) {
+            operation([received](const std::optional<T>& result, const std::optional<Tarnwick_API::ApiError>& error) {
                 ++received->times;
-                received->result = std::move(result);
-                received->error = std::move(error);
+                received->result = result;
+                received->error = error;
             });
         }
         runUntil([&] { return received->times > 0; });

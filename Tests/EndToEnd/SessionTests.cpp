@@ -11,8 +11,6 @@
 namespace Tarnwick_API {
 namespace {
 
-using Testing::Received;
-
 class Session : public Testing::ServiceFixture {
 protected:
     /// The strict service refuses whatever deviates from the wire format, so an operation that works was sent right.

@@ -82,7 +82,7 @@ void ApiVersion1::logout(Completion<void> onCompletion) {
     const LogoutCallV1 call{environment_, partnersId_, baseUrl(), oauthToken_->token};
     sendRequest(call.url(), {}, call.encoding(), {{"Authorization", getOauthHeader()}}, call.method(), 0,
                 [self = shared_from_this(), onCompletion = std::move(onCompletion)](
-                    std::optional<Platform::Bytes> /*body*/, ApiResult result) {
+                    const std::optional<Platform::Bytes>& /*body*/, ApiResult result) {
                     if (!result.error) {
                         self->oauthToken_ = std::nullopt;
                         Keychain::setPassword(self->keychainTokenService_, wipedToken, wipedToken);
@@ -96,14 +96,14 @@ void ApiVersion1::createUser(const std::string& username, const std::string& pas
     const NewUserCallV1 call{environment_, partnersId_, baseUrl(),
                              username,     password,    Platform::HostName::localized().value_or(machineId),
                              machineId};
-    dispatchCall(call,
-                 [onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> /*body*/, ApiResult result) {
-                     if (result.status == conflict) {
-                         deliver(onCompletion, SignupError{SignupError::usernameAlreadyExists});
-                         return;
-                     }
-                     deliver(onCompletion, std::move(result.error));
-                 });
+    dispatchCall(call, [onCompletion = std::move(onCompletion)](const std::optional<Platform::Bytes>& /*body*/,
+                                                                ApiResult result) {
+        if (result.status == conflict) {
+            deliver(onCompletion, SignupError{SignupError::usernameAlreadyExists});
+            return;
+        }
+        deliver(onCompletion, std::move(result.error));
+    });
 }
 
 void ApiVersion1::setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) {
@@ -125,10 +125,10 @@ void ApiVersion1::currentUser(Completion<User> onCompletion) {
 
 void ApiVersion1::updateUser(UserField field, const std::string& newValue, Completion<void> onCompletion) {
     const UpdateUserCallV1 call{environment_, partnersId_, baseUrl(), field, newValue};
-    dispatchCall(call,
-                 [onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> /*body*/, ApiResult result) {
-                     deliver(onCompletion, std::move(result.error));
-                 });
+    dispatchCall(call, [onCompletion = std::move(onCompletion)](const std::optional<Platform::Bytes>& /*body*/,
+                                                                ApiResult result) {
+        deliver(onCompletion, std::move(result.error));
+    });
 }
 
 void ApiVersion1::getAuthToken(Completion<std::string> onCompletion) {

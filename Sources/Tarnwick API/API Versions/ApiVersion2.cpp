@@ -59,7 +59,7 @@ void ApiVersion2::getCountries(std::int64_t /*filterId*/, std::optional<double> 
                                std::optional<double> /*longitude*/, Completion<std::vector<Country>> /*onCompletion*/) {
 }
 
-void ApiVersion2::getCountries(Completion<std::vector<Country>> /*onCompletion*/) {
+void ApiVersion2::getCountries(const Completion<std::vector<Country>>& /*onCompletion*/) {
 }
 
 void ApiVersion2::getServers(std::int64_t /*filterId*/, const std::string& /*countryCode*/,

@@ -75,8 +75,8 @@ TEST_F(AccountOperations, LoginAsksForTheImportAndNamesAnUnnamedMachine) {
 
 TEST_F(AccountOperations, LoginTellsWhyItFailed) {
     struct Row {
-        std::int64_t status;
-        const char* body;
+        std::int64_t status = 0;
+        const char* body = "";
         ApiError error;
     };
     const Row rows[] = {
@@ -222,9 +222,9 @@ TEST_F(AccountOperations, UpdateUserSendsTheNewValueAlone) {
 
 TEST_F(AccountOperations, AuthTokenIsThePlainBody) {
     struct Row {
-        std::int64_t status;
+        std::int64_t status = 0;
         std::optional<std::string> body;
-        int times;
+        int times = 0;
         std::optional<std::string> token;
         std::optional<ApiError> error;
     };

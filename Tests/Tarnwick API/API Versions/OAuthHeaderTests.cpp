@@ -7,10 +7,10 @@ namespace {
 
 TEST(OAuthHeader, IsExactToTheCharacter) {
     struct Row {
-        const char* consumerKey;
-        const char* consumerSecret;
+        const char* consumerKey = "";
+        const char* consumerSecret = "";
         std::optional<OAuthToken> token;
-        const char* expected;
+        const char* expected = "";
     };
     const Row rows[] = {
         {"ck", "cs", OAuthToken{"tk", "ts"},

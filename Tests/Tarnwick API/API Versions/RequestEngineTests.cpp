@@ -98,9 +98,9 @@ TEST_F(RequestEngine, EndsTheChainWhenTheServiceGoesOutOfReach) {
 
 TEST_F(RequestEngine, ClassifiesAnswers) {
     struct Row {
-        std::int64_t status;
+        std::int64_t status = 0;
         std::optional<std::string> body;
-        int times;
+        int times = 0;
         std::optional<std::string> passedBody;
         std::optional<ApiError> error;
     };

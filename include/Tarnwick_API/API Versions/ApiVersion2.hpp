@@ -53,7 +53,7 @@ public:
     void setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) override;
     void getCountries(std::int64_t filterId, std::optional<double> latitude, std::optional<double> longitude,
                       Completion<std::vector<Country>> onCompletion) override;
-    void getCountries(Completion<std::vector<Country>> onCompletion);
+    void getCountries(const Completion<std::vector<Country>>& onCompletion);
     void getServers(std::int64_t filterId, const std::string& countryCode, std::optional<double> latitude,
                     std::optional<double> longitude, Completion<std::vector<Server>> onCompletion) override;
     void getServer(std::int64_t id, Completion<Server> onCompletion) override;
