@@ -23,6 +23,12 @@ const ApiError anError = ResponseError::notReachable();
 class SessionState : public ::testing::Test {
 protected:
     SessionState() { facade->setApi(backend); }
+    // What the backend still holds keeps the facade alive, and that the backend.
+    ~SessionState() override {
+        backend->pendingVoid = {};
+        backend->pendingUser = {};
+        backend->pendingStatus = {};
+    }
 
     static User userNamed(const std::string& name) {
         User user;
