@@ -17,12 +17,7 @@ ApiVersion2::ApiVersion2(std::optional<std::string> consumerKey, std::optional<s
 std::shared_ptr<Platform::HttpSession> ApiVersion2::sessionManager(std::string_view /*ignored*/) {
     // Never destroyed: requests may be under way when the process ends.
     static const auto& session =
-        *std::make_unique<std::shared_ptr<Platform::HttpSession>>(Platform::makeHttpSession([] {
-             Platform::HttpSessionConfiguration configuration;
-             configuration.additionalHeaders = Platform::defaultHttpHeaders();
-             return configuration;
-         }()))
-             .release();
+        *std::make_unique<std::shared_ptr<Platform::HttpSession>>(Platform::makeHttpSession({})).release();
     return session;
 }
 

@@ -40,7 +40,6 @@ void ApiVersion1::setSessionManager(std::shared_ptr<Platform::HttpSession> sessi
 
 Platform::HttpSessionConfiguration ApiVersion1::defaultSessionConfiguration() {
     Platform::HttpSessionConfiguration configuration;
-    configuration.additionalHeaders = Platform::defaultHttpHeaders();
     // The certificate names the API host, not the address that stands in for it.
     configuration.trustPolicies.emplace(TARNWICK_FALLBACK_LIVE_BETA, Platform::HostValidation::chainOnly);
     return configuration;
