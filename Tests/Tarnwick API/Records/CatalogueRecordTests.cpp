@@ -64,6 +64,12 @@ TEST(Country, HasANameForTheUser) {
     EXPECT_EQ(server.localizedCountryName(), "Norwegen");
     server.location.countrycode = "AB";
     EXPECT_EQ(server.localizedCountryName(), "");
+    server.location.countrycode = "DE";
+    for (const auto& [locale, name] :
+         {std::pair{"ja_JP.UTF-8", "\xE3\x83\x89\xE3\x82\xA4\xE3\x83\x84"}, {"C", "Germany"}}) {
+        Platform::Locale::setIdentifierLookup([locale = std::string{locale}] { return locale; });
+        EXPECT_EQ(server.localizedCountryName(), name);
+    }
     Platform::Bundle::setMain({});
     Platform::Locale::setIdentifierLookup(nullptr);
 }
