@@ -7,7 +7,7 @@ namespace TarnwickClient {
 namespace {
 
 std::filesystem::path userFolder(const char* variable, const char* belowHome) {
-    // A relative path there is invalid and to be ignored, says the XDG base directory specification.
+    // A relative path there is invalid and to be ignored, by the XDG rules for base directories.
     if (const auto* folder = std::getenv(variable); folder != nullptr && *folder == '/') {
         return std::filesystem::path{folder} / "tarnwick";
     }
