@@ -1,14 +1,13 @@
 #include <Platform/Application/SystemHostName.hpp>
 
 #include <Platform/Application/MachineInfo.hpp>
+#include <Platform/Json/Utf8.hpp>
 
 #include <algorithm>
 #include <array>
 #include <fstream>
 #include <iterator>
-#include <limits>
 
-#include <unicode/ustring.h>
 #include <unistd.h>
 
 namespace Platform {
@@ -16,18 +15,8 @@ namespace Platform {
 namespace {
 
 // A name ends up in JSON bodies, which hold nothing but UTF-8.
-bool isUtf8(std::string_view text) {
-    if (text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
-        return false;
-    }
-    auto status = U_ZERO_ERROR;
-    std::int32_t length = 0;
-    u_strFromUTF8(nullptr, 0, &length, text.data(), static_cast<std::int32_t>(text.size()), &status);
-    return status != U_INVALID_CHAR_FOUND;
-}
-
 bool isUsable(std::string_view name) {
-    return !name.empty() && isUtf8(name);
+    return !name.empty() && isValidUtf8(name);
 }
 
 std::string machineInfoText() {

@@ -19,6 +19,20 @@ public:
         return object_;
     }
 
+    /// The object, made with `make` when there is none. Threads that come at once may each make one; the first counts.
+    template <typename Make>
+    [[nodiscard]] std::shared_ptr<Object> getOr(Make make) {
+        if (auto object = get()) {
+            return object;
+        }
+        std::shared_ptr<Object> made = make();
+        const std::lock_guard lock{mutex_};
+        if (!object_) {
+            object_ = made;
+        }
+        return object_;
+    }
+
     void set(std::shared_ptr<Object> object) {
         {
             const std::lock_guard lock{mutex_};

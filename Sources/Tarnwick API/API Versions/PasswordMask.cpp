@@ -1,5 +1,7 @@
 #include <Tarnwick API/API Versions/PasswordMask.hpp>
 
+#include <Platform/Application/AsciiCharacters.hpp>
+
 #include <algorithm>
 #include <cstddef>
 
@@ -11,13 +13,10 @@ constexpr std::string_view opener = R"(password\":\")";
 constexpr std::string_view closer = R"(\",\")";
 constexpr std::string_view mask = "OBFUSCATED";
 
-char lowerCase(char character) noexcept {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
 std::size_t findOpener(std::string_view line) noexcept {
-    const auto* const found = std::search(line.begin(), line.end(), opener.begin(), opener.end(),
-                                          [](char actual, char expected) { return lowerCase(actual) == expected; });
+    const auto* const found =
+        std::search(line.begin(), line.end(), opener.begin(), opener.end(),
+                    [](char actual, char expected) { return Platform::asciiLower(actual) == expected; });
     return found == line.end() ? std::string_view::npos : static_cast<std::size_t>(found - line.begin());
 }
 

@@ -1,41 +1,26 @@
 #include <Tarnwick_API/API Versions/ApiVersion1.hpp>
 
-#include <mutex>
+#include <Platform/Concurrency/ProcessWide.hpp>
+
 #include <utility>
 
 namespace Tarnwick_API {
 
 namespace {
 
-struct SharedSession {
-    std::mutex mutex;
-    std::shared_ptr<Platform::HttpSession> session;
-};
-
-// Never destroyed: requests may be under way when the process ends.
-SharedSession& sharedSession() {
-    static auto& shared = *std::make_unique<SharedSession>().release();
-    return shared;
+Platform::ProcessWide<Platform::HttpSession>& sharedSession() {
+    static auto& session = Platform::ProcessWide<Platform::HttpSession>::immortal();
+    return session;
 }
 
 }  // namespace
 
 std::shared_ptr<Platform::HttpSession> ApiVersion1::sessionManager() {
-    auto& shared = sharedSession();
-    const std::lock_guard lock{shared.mutex};
-    if (!shared.session) {
-        shared.session = Platform::makeHttpSession(defaultSessionConfiguration());
-    }
-    return shared.session;
+    return sharedSession().getOr([] { return Platform::makeHttpSession(defaultSessionConfiguration()); });
 }
 
 void ApiVersion1::setSessionManager(std::shared_ptr<Platform::HttpSession> session) {
-    auto& shared = sharedSession();
-    {
-        const std::lock_guard lock{shared.mutex};
-        shared.session.swap(session);
-    }
-    // The replaced session ends its requests outside the lock.
+    sharedSession().set(std::move(session));
 }
 
 Platform::HttpSessionConfiguration ApiVersion1::defaultSessionConfiguration() {

@@ -1,5 +1,7 @@
 #include <Tarnwick_API/Calls/LoginError.hpp>
 
+#include <Platform/Application/AsciiCharacters.hpp>
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -22,14 +24,10 @@ constexpr std::array rows{
     Row{LoginError::consumerKeyMissing, LoginResponseType::consumerKeyMissing, "CONSUMER KEY MISSING OR INVALID"},
 };
 
-char upperCase(char character) noexcept {
-    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
-}
-
 bool startsWithIgnoringCase(std::string_view text, std::string_view upperCasePrefix) noexcept {
     return text.size() >= upperCasePrefix.size() &&
            std::equal(upperCasePrefix.begin(), upperCasePrefix.end(), text.begin(),
-                      [](char expected, char actual) { return expected == upperCase(actual); });
+                      [](char expected, char actual) { return expected == Platform::asciiUpper(actual); });
 }
 
 }  // namespace
