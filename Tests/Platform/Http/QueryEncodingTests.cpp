@@ -32,7 +32,7 @@ TEST(QueryEncoding, WritesEachKindOfValue) {
          "%5B%5C%5D%5E_%60abcdefghijklmnopqrstuvwxyz%7B%7C%7D~%7F"},
         {{{"arr", List{"a", 1, true}}}, "arr%5B%5D=a&arr%5B%5D=1&arr%5B%5D=1"},
         {{{"d", Map{{"b", 1}, {"a", List{2}}}}}, "d%5Ba%5D%5B%5D=2&d%5Bb%5D=1"},
-        {{{"l", List{List{Map{{"k", false}}}}}}, "l%5B%5D%5B%5D%5Bk%5D=0"},
+        {{{"l", List{ParameterValue{List{Map{{"k", false}}}}}}}, "l%5B%5D%5B%5D%5Bk%5D=0"},
         {{{"n", -5}, {"b", false}, {"e", ""}, {"Z", List{}}}, "b=0&e=&n=-5"},
         {{{"a", 1}, {"_", 2}, {"Z", 3}, {"é", 4}}, "Z=3&_=2&a=1&%C3%A9=4"},
         {{{"n", std::int64_t{-9'223'372'036'854'775'807} - 1}}, "n=-9223372036854775808"},

@@ -21,6 +21,8 @@ enum class HttpMethod { options, get, head, post, put, patch, delete_, trace, co
 using HttpHeaders = std::map<std::string, std::string, std::less<>>;
 
 /// A parameter: text, integer, real, flag, a list or a map of these.
+/// A list whose only element is a list is `List{ParameterValue{List{...}}}`: compilers disagree on whether
+/// `List{List{...}}` is that or a copy of the inner one.
 class ParameterValue {
 public:
     using List = std::vector<ParameterValue>;
