@@ -171,6 +171,10 @@ void Keychain::resetRequiresUserInteraction(const std::string& service) {
     }
 }
 
+void Keychain::unlock(std::function<void(KeychainStatus)> onCompletion) {
+    store()->unlock(std::move(onCompletion));
+}
+
 std::shared_ptr<KeychainStore> Keychain::store() {
     if (auto store = installedStore().get()) {
         return store;

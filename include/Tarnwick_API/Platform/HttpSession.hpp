@@ -16,6 +16,8 @@
 
 namespace Platform {
 
+class UrlCache;
+
 /// Why an exchange did not come to a whole answer.
 struct HttpError {
     enum class Kind {
@@ -51,6 +53,13 @@ struct HttpAnswer {
     std::optional<HttpError> error;
     std::optional<HttpResponse> response;
     std::optional<Bytes> body;
+    /// Where the answer came from.
+    enum class Source {
+        network,
+        cache,        ///< a stored answer that was still fresh; nothing was sent
+        revalidated,  ///< a stored answer that the server confirmed
+    };
+    Source source = Source::network;
 };
 
 /// Decides, without waiting, resolving a name or sending anything, whether a try makes sense.
@@ -120,6 +129,9 @@ struct HttpSessionConfiguration {
     bool usesProxy = true;
     /// Allow plain "http" URLs. For tests.
     bool allowsPlainHttp = false;
+    /// Where answers to GET are kept and looked up, by the rules for a private HTTP cache; an answer is used again only
+    /// for a request with the same "Authorization". None: the cache given to `UrlCache::setShared`, if any.
+    std::shared_ptr<UrlCache> cache;
     /// Default: `makeRouteReachability()`.
     std::shared_ptr<const Reachability> reachability;
 };

@@ -2,7 +2,9 @@
 
 #include <Tarnwick_API/Platform/Bytes.hpp>
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -85,6 +87,16 @@ struct KeychainItem {
     std::string comment;
 };
 
+/// What a store says of itself.
+struct KeychainStoreState {
+    /// For people, such as "Secret Service" or "private file".
+    std::string name;
+    /// Where the items lie, such as a file; empty when there is no telling.
+    std::string location = {};
+    /// `success`: ready. `interactionNotAllowed`: locked until it is unlocked. Anything else: why it can't be used.
+    KeychainStatus status = KeychainStatus::success;
+};
+
 /// The keychain's calls, as the platform has them, with its result codes. (account, service) is unique: a second
 /// such item is refused with `duplicateItem`. A persistent reference names one item for its whole life, through
 /// updates of any attribute, and is never used again.
@@ -106,7 +118,19 @@ public:
     /// The platform's message for a status; English here, the user's language where the platform has its own. None
     /// when the platform has none.
     [[nodiscard]] virtual std::optional<std::string> message(KeychainStatus status) const;
+
+    /// Asks without a prompt. Thread: any, for as long as any other call.
+    [[nodiscard]] virtual KeychainStoreState state();
+
+    /// Asks the user to unlock the store, where it has a lock, for as long as the user takes. The one call that raises
+    /// a prompt; no other does. `onCompletion` gets `success` when the store is unlocked afterwards, also when it was
+    /// before, `userCanceled` when the user dismissed the prompt, `interactionNotAllowed` when none can be shown. It is
+    /// called once, on the main queue installed now, never from inside this call. Thread: any.
+    virtual void unlock(std::function<void(KeychainStatus)> onCompletion);
 };
+
+/// How long an operation on a keyring that doesn't answer may take.
+inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono::seconds{1};
 
 /// A store that forgets with the process.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeMemoryKeychainStore();
@@ -117,6 +141,25 @@ public:
 /// link is not followed), `unknownFormat` for a file of a later version, `notAvailable` when another process keeps the
 /// file locked for a second, or otherwise.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path);
+
+/// The default collection of the desktop's keyring, by the Secret Service interface on the session bus. Linux only.
+///
+/// No call waits longer than `patience`; a keyring that hasn't answered by then is given up with `notAvailable`, and
+/// so are further calls, at once, until it does answer. Statuses: `interactionNotAllowed` when the keyring is locked,
+/// `notAvailable` without a session bus, a service or a default collection. An item has the attributes "service",
+/// "account", "comment" and "ref", the persistent reference, so that other programs find it.
+[[nodiscard]] std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(
+    std::chrono::milliseconds patience = defaultKeychainPatience);
+
+/// The user's keychain through the Security framework. macOS only.
+[[nodiscard]] std::shared_ptr<KeychainStore> makeSecurityFrameworkKeychainStore();
+
+/// The store for a desktop application, chosen at the first call. macOS: the user's keychain. Linux: the Secret Service
+/// when the session bus offers one with a default collection, and the private file `file` otherwise; what was chosen,
+/// and why, is on the debug channel. What the file holds from a time without a keyring is moved to the keyring, once,
+/// as soon as that is unlocked: an item leaves the file only after the keyring has it.
+[[nodiscard]] std::shared_ptr<KeychainStore> makeUserKeychainStore(
+    std::string file, std::chrono::milliseconds patience = defaultKeychainPatience);
 
 /// `$XDG_DATA_HOME` (when absolute) or `~/.local/share`, then the main bundle's identifier (or the program's name when
 /// that is no file name), then "keychain.sqlite". Empty, which no store can open, when the user has no home.

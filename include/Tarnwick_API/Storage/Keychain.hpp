@@ -3,6 +3,7 @@
 #include <Tarnwick_API/Platform/Bytes.hpp>
 #include <Tarnwick_API/Platform/KeychainStore.hpp>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -67,6 +68,10 @@ public:
     [[nodiscard]] static bool requiresUserInteraction(const std::string& service);
 
     static void resetRequiresUserInteraction(const std::string& service);
+
+    /// Asks the user to unlock the keychain. No other operation raises a prompt: on a locked keychain they fail at
+    /// once. See `Platform::KeychainStore::unlock`.
+    static void unlock(std::function<void(Platform::KeychainStatus)> onCompletion);
 
     /// The process-wide keychain behind the operations: the one given to `setStore`, or else a private file at
     /// `Platform::defaultKeychainFile()`, a path that is worked out once, at the first use.

@@ -1,0 +1,29 @@
+#include <Tarnwick_API/Platform/WallClock.hpp>
+
+#include <Platform/Concurrency/ProcessWide.hpp>
+
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+ProcessWideFunction<std::function<WallTime()>>& installedSource() {
+    static auto& source = ProcessWideFunction<std::function<WallTime()>>::immortal();
+    return source;
+}
+
+}  // namespace
+
+WallTime WallClock::now() {
+    if (const auto source = installedSource().get()) {
+        return (*source)();
+    }
+    return std::chrono::floor<WallTime::duration>(std::chrono::system_clock::now());
+}
+
+void WallClock::setSource(std::function<WallTime()> source) {
+    installedSource().set(std::move(source));
+}
+
+}  // namespace Platform

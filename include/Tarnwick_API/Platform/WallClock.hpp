@@ -1,0 +1,22 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+namespace Platform {
+
+/// A date and time of day, in UTC.
+using WallTime = std::chrono::sys_time<std::chrono::microseconds>;
+
+/// The computer's clock, which a user may set forward and back. For what outlives the process, such as the age of
+/// stored answers; pauses are measured by `MainQueue`.
+class WallClock {
+public:
+    /// Thread: any.
+    [[nodiscard]] static WallTime now();
+
+    /// Replaces the clock, for tests; an empty one goes back to the computer's. It is called on any thread.
+    static void setSource(std::function<WallTime()> source);
+};
+
+}  // namespace Platform
