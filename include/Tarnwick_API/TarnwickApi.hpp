@@ -7,6 +7,9 @@
 #include <Tarnwick_API/Calls/DeviceCalls.hpp>
 #include <Tarnwick_API/Calls/HttpStatus.hpp>
 #include <Tarnwick_API/Calls/StatusCallV1.hpp>
+#include <Tarnwick_API/Events/Disposable.hpp>
+#include <Tarnwick_API/Events/Event.hpp>
+#include <Tarnwick_API/Events/PropertyObservable.hpp>
 #include <Tarnwick_API/Facade/ApiNotification.hpp>
 #include <Tarnwick_API/Facade/ServerFilterType.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
