@@ -21,5 +21,7 @@
 #include <Tarnwick_API/Platform/MainQueue.hpp>
 #include <Tarnwick_API/Platform/NotificationCenter.hpp>
 #include <Tarnwick_API/Platform/Preferences.hpp>
+#include <Tarnwick_API/Platform/UrlCache.hpp>
 #include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Storage/CustomUrlCache.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>

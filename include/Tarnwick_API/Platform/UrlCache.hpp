@@ -68,7 +68,8 @@ public:
     UrlCache& operator=(const UrlCache&) = delete;
     virtual ~UrlCache();
 
-    /// Replaces the request's entry. With the policy `notAllowed` nothing is stored and an older entry stays.
+    /// Replaces the request's entry. With the policy `notAllowed` nothing is stored and an older entry stays. Null
+    /// stores nothing; a missing body counts as an empty one.
     virtual void storeCachedResponse(const std::shared_ptr<const CachedUrlResponse>& response,
                                      const HttpRequest& request);
 
@@ -76,6 +77,10 @@ public:
     [[nodiscard]] virtual std::shared_ptr<const CachedUrlResponse> cachedResponse(const HttpRequest& request);
 
     virtual void removeCachedResponse(const HttpRequest& request);
+    /// Removes the request's entry if it still holds the same as `response`: not one that another thread or process has
+    /// stored since.
+    void removeCachedResponseIfStill(const std::shared_ptr<const CachedUrlResponse>& response,
+                                     const HttpRequest& request);
     virtual void removeAllCachedResponses();
 
     [[nodiscard]] std::size_t memoryCapacity() const;

@@ -1,0 +1,38 @@
+#include <Tarnwick_API/Platform/UrlCache.hpp>
+
+#include <Platform/Concurrency/ProcessWide.hpp>
+
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+ProcessWide<UrlCache>& installedCache() {
+    static auto& cache = ProcessWide<UrlCache>::immortal();
+    return cache;
+}
+
+ProcessWide<UrlCache>& builtInCache() {
+    static auto& cache = ProcessWide<UrlCache>::immortal();
+    return cache;
+}
+
+}  // namespace
+
+std::shared_ptr<UrlCache> UrlCache::shared() {
+    if (auto cache = installed()) {
+        return cache;
+    }
+    return builtInCache().getOr([] { return std::make_shared<UrlCache>(); });
+}
+
+void UrlCache::setShared(std::shared_ptr<UrlCache> cache) {
+    installedCache().set(std::move(cache));
+}
+
+std::shared_ptr<UrlCache> UrlCache::installed() {
+    return installedCache().get();
+}
+
+}  // namespace Platform
