@@ -1,11 +1,11 @@
 #include <Tarnwick_API/Platform/HttpSession.hpp>
 
+#include <Platform/Http/Caching/CacheThread.hpp>
+#include <Platform/Http/Caching/CachedExchange.hpp>
 #include <Platform/Http/ConnectionTarget.hpp>
 #include <Platform/Http/IoThread.hpp>
 #include <Platform/Http/SessionState.hpp>
 
-#include <atomic>
-#include <exception>
 #include <utility>
 
 namespace Platform {
@@ -21,7 +21,9 @@ public:
     CurlHttpSession& operator=(const CurlHttpSession&) = delete;
 
     ~CurlHttpSession() override {
-        if (hasSent_) {
+        state_->drop();
+        // An exchange that comes to the I/O thread only now finds that the session was dropped.
+        if (state_->hadTransfers()) {
             IoThread::shared().cancelAll(state_);
         }
     }
@@ -37,25 +39,21 @@ public:
 
     void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) override {
         const auto& fault = request->encodingError() ? request->encodingError() : state_->fault();
-        Exchange exchange{state_, std::move(request), std::move(onCompletion), MainQueue::main(), nullptr};
+        Exchange exchange{state_, std::move(request), std::move(onCompletion), MainQueue::main(), nullptr, nullptr};
         if (fault) {
             fail(std::move(exchange), {HttpError::Kind::encoding, *fault});
             return;
         }
-        IoThread* thread = nullptr;
-        try {
-            thread = &IoThread::shared();
-        } catch (const std::exception& error) {
-            fail(std::move(exchange), {HttpError::Kind::other, error.what()});
-            return;
+        CacheThread* const cacheThread = attachCache(exchange);
+        if (cacheThread != nullptr) {
+            cacheThread->lookUp(std::move(exchange));
+        } else {
+            IoThread::transfer(std::move(exchange));
         }
-        hasSent_ = true;
-        thread->start(std::move(exchange));
     }
 
 private:
     std::shared_ptr<SessionState> state_;
-    std::atomic<bool> hasSent_ = false;
 };
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <Platform/Http/Exchange.hpp>
 
+#include <Platform/Http/Caching/CacheThread.hpp>
+
 #include <utility>
 
 namespace Platform {
@@ -21,6 +23,15 @@ void complete(Exchange exchange, HttpAnswer answer) {
     // A task must be copyable and an answer is too great to copy: so it is shared.
     auto delivery = std::make_shared<Delivery>(Delivery{std::move(exchange.completion), std::move(answer)});
     exchange.queue->soon([delivery = std::move(delivery)] { delivery->completion(std::move(delivery->answer)); });
+}
+
+void conclude(Exchange exchange, HttpAnswer answer) {
+    if (exchange.cacheUse && !answer.error) {
+        // It runs: the exchange came by it or through a session that found it running.
+        CacheThread::shared().settle(std::move(exchange), std::move(answer));
+    } else {
+        complete(std::move(exchange), std::move(answer));
+    }
 }
 
 void fail(Exchange exchange, HttpError error) {

@@ -1,14 +1,13 @@
 #include <Platform/Http/IoThread.hpp>
 
+#include <Platform/Concurrency/ThreadSignals.hpp>
 #include <Platform/Http/SessionState.hpp>
 
-#include <csignal>
 #include <cstdlib>
+#include <exception>
 #include <stdexcept>
 #include <utility>
 #include <vector>
-
-#include <pthread.h>
 
 namespace Platform {
 
@@ -16,14 +15,6 @@ namespace {
 
 /// Commands kept in memory for the next batch; a greater batch gives its memory back.
 constexpr std::size_t usualBatch = 1024;
-
-/// Signals are for the host's threads. That goes for SIGPIPE most of all, which a write to a closed connection may
-/// raise and which would end the process.
-void blockSignals() noexcept {
-    sigset_t all{};
-    sigfillset(&all);
-    pthread_sigmask(SIG_BLOCK, &all, nullptr);
-}
 
 }  // namespace
 
@@ -45,6 +36,18 @@ IoThread& IoThread::shared() {
         return *started;
     }();
     return thread;
+}
+
+void IoThread::transfer(Exchange exchange) {
+    IoThread* thread = nullptr;
+    try {
+        thread = &shared();
+    } catch (const std::exception& error) {
+        fail(std::move(exchange), {HttpError::Kind::other, error.what()});
+        return;
+    }
+    exchange.session->noteTransfer();
+    thread->start(std::move(exchange));
 }
 
 void IoThread::start(Exchange exchange) {

@@ -23,6 +23,9 @@ public:
     /// be; the next call tries again. Thread: any.
     [[nodiscard]] static IoThread& shared();
 
+    /// Begins or queues an exchange on the shared thread; fails it when that can't be started. Thread: any.
+    static void transfer(Exchange exchange);
+
     /// For `shared`, which starts the thread.
     IoThread() = default;
 

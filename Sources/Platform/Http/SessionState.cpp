@@ -62,4 +62,8 @@ std::vector<Exchange> SessionState::takeWaiting() {
     return exchanges;
 }
 
+HttpError sessionDropped() {
+    return {HttpError::Kind::cancelled, "the session was dropped"};
+}
+
 }  // namespace Platform

@@ -5,6 +5,7 @@
 #include <Platform/Http/CurlHandles.hpp>
 #include <Platform/Http/Origin.hpp>
 
+#include <atomic>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -25,6 +26,14 @@ public:
     [[nodiscard]] bool allowsScheme(std::string_view scheme) const noexcept;
     [[nodiscard]] HostValidation hostValidation(std::string_view host) const;
 
+    /// The session was dropped: nothing of it is to begin any more. Thread: any.
+    void drop() noexcept { isDropped_ = true; }
+    [[nodiscard]] bool isDropped() const noexcept { return isDropped_; }
+
+    /// Says that the I/O thread is about to get an exchange of this session. Thread: any.
+    void noteTransfer() noexcept { hadTransfers_ = true; }
+    [[nodiscard]] bool hadTransfers() const noexcept { return hadTransfers_; }
+
     /// Thread: the I/O thread.
     [[nodiscard]] Origin& origin(const Url& url);
 
@@ -36,6 +45,11 @@ private:
     std::optional<std::string> fault_;
     CurlList connectTo_;
     std::unordered_map<std::string, Origin> origins_;
+    std::atomic<bool> isDropped_ = false;
+    std::atomic<bool> hadTransfers_ = false;
 };
+
+/// What becomes of the exchanges of a session that was dropped.
+[[nodiscard]] HttpError sessionDropped();
 
 }  // namespace Platform

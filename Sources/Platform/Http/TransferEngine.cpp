@@ -37,6 +37,10 @@ TransferEngine::TransferEngine() : now_{std::chrono::steady_clock::now()} {
 
 void TransferEngine::start(Exchange exchange) {
     auto& session = *exchange.session;
+    if (session.isDropped()) {
+        fail(std::move(exchange), sessionDropped());
+        return;
+    }
     if (!session.allowsScheme(exchange.url().scheme())) {
         fail(std::move(exchange), {HttpError::Kind::other, "the URL's scheme is not allowed"});
         return;
@@ -117,7 +121,7 @@ void TransferEngine::finish(Transfer& transfer, CURLcode code) {
         exchange.hop = std::move(hop);
         start(std::move(exchange));
     } else {
-        complete(std::move(exchange), std::move(answer));
+        conclude(std::move(exchange), std::move(answer));
     }
     admitWaiting(origin);
 }
@@ -138,7 +142,6 @@ void TransferEngine::finishOverdue() {
 }
 
 void TransferEngine::cancelAll(SessionState& session) {
-    const auto cancelled = [] { return HttpError{HttpError::Kind::cancelled, "the session was dropped"}; };
     std::vector<Transfer*> transfers;
     for (const auto& transfer : running_) {
         if (transfer->exchange().session.get() == &session) {
@@ -147,10 +150,10 @@ void TransferEngine::cancelAll(SessionState& session) {
     }
     for (auto* const transfer : transfers) {
         transfer->origin().leave();
-        fail(recycle(detach(*transfer)), cancelled());
+        fail(recycle(detach(*transfer)), sessionDropped());
     }
     for (auto& exchange : session.takeWaiting()) {
-        fail(std::move(exchange), cancelled());
+        fail(std::move(exchange), sessionDropped());
     }
 }
 

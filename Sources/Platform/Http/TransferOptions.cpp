@@ -44,7 +44,7 @@ void fillHeaders(HeaderList& list, const Exchange& exchange) {
                (exchange.hop->sendsBody || !isSameHeaderName(name, "Content-Type"));
     };
     list.clear();
-    const auto& own = exchange.request->headers();
+    const auto& own = exchange.headers();
     for (const auto& [name, value] : own) {
         if (isSent(name)) {
             list.add(name, value);

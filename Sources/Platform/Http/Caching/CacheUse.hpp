@@ -1,0 +1,22 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/UrlCache.hpp>
+#include <Tarnwick_API/Platform/WallClock.hpp>
+
+#include <Platform/Http/Caching/StoredAnswer.hpp>
+
+#include <memory>
+#include <optional>
+
+namespace Platform {
+
+/// What an exchange has to do with a cache.
+struct CacheUse {
+    std::shared_ptr<UrlCache> cache;
+    /// The answer that the server is asked to confirm, and the request that asks it; or neither.
+    std::optional<StoredAnswer> stored = std::nullopt;
+    std::shared_ptr<const HttpRequest> conditional = nullptr;
+    WallTime requestTime = {};
+};
+
+}  // namespace Platform
