@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "CatalogueRecords.hpp"
+#include "HttpDate.hpp"
 
 namespace TarnwickService {
 namespace {
@@ -35,6 +36,7 @@ CatalogueApi::CatalogueApi(const Catalogue& catalogue, const RequestCheck& check
       cacheControl_(configuration.catalogueMaxAge.count() > 0
                         ? "private, max-age=" + std::to_string(configuration.catalogueMaxAge.count())
                         : "private, no-cache"),
+      lastModified_(httpDate(std::time(nullptr))),
       strict_(configuration.strict) {
 }
 
@@ -152,7 +154,9 @@ Answer CatalogueApi::answer(const Request& request, const CachedAnswer& cached) 
     Answer answer;
     answer.headers.emplace_back("Cache-Control", cacheControl_);
     answer.headers.emplace_back("ETag", cached.entityTag);
-    if (request.header("If-None-Match") == cached.entityTag) {
+    answer.headers.emplace_back("Last-Modified", lastModified_);
+    const auto tag = request.header("If-None-Match");
+    if (tag ? tag == cached.entityTag : request.header("If-Modified-Since") == lastModified_) {
         answer.status = 304;
     } else {
         answer.sharedBody = cached.bytes;

@@ -46,6 +46,7 @@ private:
     const Caller& caller_;
     FilterIds filters_;
     std::string cacheControl_;
+    std::string lastModified_;
     bool strict_;
     std::mutex mutex_;
     std::map<std::string, CachedAnswer, std::less<>> cache_;

@@ -41,6 +41,15 @@ std::size_t Request::headerCount(std::string_view name) const {
         std::ranges::count_if(headers, [&](const Header& header) { return equalWithoutCase(header.name, name); }));
 }
 
+bool Answer::hasHeader(std::string_view name) const {
+    return std::ranges::any_of(headers, [&](const auto& header) { return equalWithoutCase(header.first, name); });
+}
+
+void Answer::setHeader(const std::string& name, std::string value) {
+    std::erase_if(headers, [&](const auto& header) { return equalWithoutCase(header.first, name); });
+    headers.emplace_back(name, std::move(value));
+}
+
 Answer plainText(unsigned status, std::string text) {
     Answer answer;
     answer.status = status;

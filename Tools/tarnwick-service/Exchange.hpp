@@ -53,6 +53,9 @@ struct Answer {
     Damage damage;
 
     const std::string& bytes() const { return sharedBody ? *sharedBody : body; }
+    bool hasHeader(std::string_view name) const;
+    /// In place of any of that name.
+    void setHeader(const std::string& name, std::string value);
 };
 
 Answer plainText(unsigned status, std::string text);

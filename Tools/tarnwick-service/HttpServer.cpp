@@ -25,6 +25,8 @@
 
 #include <sys/socket.h>
 
+#include "HttpDate.hpp"
+
 namespace TarnwickService {
 namespace {
 
@@ -50,11 +52,7 @@ public:
         const std::time_t second = std::time(nullptr);
         if (second != second_) {
             second_ = second;
-            std::tm parts{};
-            gmtime_r(&second, &parts);
-            std::array<char, 40> text{};
-            const auto size = std::strftime(text.data(), text.size(), "%a, %d %b %Y %H:%M:%S GMT", &parts);
-            text_.assign(text.data(), size);
+            text_ = httpDate(second);
         }
         return text_;
     }
@@ -73,9 +71,12 @@ void writeHeaderBlock(std::string& out, const Answer& answer, const std::string&
     appendNumber(out, answer.status);
     out += ' ';
     out += toView(http::obsolete_reason(http::int_to_status(answer.status)));
-    out += "\r\nDate: ";
-    out += date;
     out += "\r\nServer: tarnwick-service\r\n";
+    if (!answer.hasHeader("Date")) {
+        out += "Date: ";
+        out += date;
+        out += "\r\n";
+    }
     if (mayHaveBody(answer.status)) {
         if (!answer.contentType.empty()) {
             out += "Content-Type: ";

@@ -173,7 +173,9 @@ private:
         if (replaced) {
             answer = replacement(fault);
         }
-        answer.headers.insert(answer.headers.end(), fault.headers.begin(), fault.headers.end());
+        for (const auto& [name, value] : fault.headers) {
+            answer.setHeader(name, value);
+        }
         answer.damage = {fault.cut, fault.cutAfterBytes, fault.contentLength};
         return answer;
     }
