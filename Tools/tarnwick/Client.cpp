@@ -65,6 +65,11 @@ std::shared_ptr<Platform::HttpSession> makeSession(const Settings& settings, std
         configuration.trustedRootsFile = settings.caFile;
     }
     configuration.connectTo = settings.connectTo;
+    if (!settings.cacheFolder.empty()) {
+        constexpr std::size_t memory = std::size_t{4} << 20U;
+        constexpr std::size_t disk = std::size_t{64} << 20U;
+        configuration.cache = std::make_shared<Tarnwick_API::CustomUrlCache>(memory, disk, settings.cacheFolder);
+    }
     return std::make_shared<WatchedSession>(Platform::makeHttpSession(std::move(configuration)), std::move(log));
 }
 

@@ -75,6 +75,9 @@ public:
     /// As above. Throws `Failure` for an error.
     void run(const std::string& doing, const std::function<void(Tarnwick_API::Completion<void>)>& start);
 
+    /// What has been sent and received.
+    [[nodiscard]] const TransferLog& transfers() const noexcept { return *transfers_; }
+
     [[nodiscard]] Failure failure(const Tarnwick_API::ApiError& error) const {
         return Failure::from(error, transfers_->lastError);
     }

@@ -131,6 +131,10 @@ void addLocalSettings(CLI::App& app, Settings& settings) {
     add(app, "keychain-file", settings.keychainFile, "Keep the keychain in this file")
         ->option_text("FILE")
         ->group(group);
+    add(app, "cache", settings.cacheFolder,
+        "Keep answers in this folder, for 10 minutes at most, as the service allows")
+        ->option_text("DIR")
+        ->group(group);
 }
 
 }  // namespace

@@ -48,6 +48,8 @@ struct Settings {
     std::vector<std::string> connectTo;
     double idleTimeout = 60;
     double timeout = 120;
+    /// The folder of the cache; empty for none.
+    std::string cacheFolder;
     std::string clickId;
     bool json = false;
     bool verbose = false;

@@ -12,7 +12,14 @@ struct TransferLog {
     int tries = 0;
     /// What the last try failed of; empty when it has not failed.
     std::string lastError;
+    /// Answers by `HttpAnswer::Source`.
+    int fromService = 0;
+    int fromCache = 0;
+    int confirmed = 0;
 };
+
+/// Where the answers came from, in words.
+[[nodiscard]] std::string sourcesText(const TransferLog& log);
 
 /// A session that passes everything on and notes what happens.
 class WatchedSession final : public Platform::HttpSession {

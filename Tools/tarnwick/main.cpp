@@ -66,6 +66,9 @@ int runCommand(const Settings& settings, const Command& command) {
         const auto result = command.run(client);
         results.write(settings.json ? document(result.json)
                                     : result.text(TarnwickClient::terminalWidth(results.descriptor())));
+        if (!settings.cacheFolder.empty()) {
+            std::cerr << TarnwickClient::sourcesText(client.transfers()) << '\n';
+        }
         return static_cast<int>(ExitStatus::ok);
     } catch (const Failure& failure) {
         const auto status = report(failure);
