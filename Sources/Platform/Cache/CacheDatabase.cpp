@@ -23,8 +23,8 @@ constexpr const char* layout =
     "CREATE INDEX entry_by_use ON entry (used, size);"
     "CREATE TABLE content (id INTEGER PRIMARY KEY, head BLOB NOT NULL, body BLOB NOT NULL,"
     " check_value INTEGER NOT NULL) STRICT;"
-    "CREATE TABLE total (size INTEGER NOT NULL) STRICT;"
-    "INSERT INTO total VALUES (0);"
+    "CREATE TABLE total (id INTEGER PRIMARY KEY CHECK (id = 1), size INTEGER NOT NULL) STRICT;"
+    "INSERT INTO total VALUES (1, 0);"
     "CREATE TRIGGER entry_added AFTER INSERT ON entry BEGIN UPDATE total SET size = size + NEW.size; END;"
     "CREATE TRIGGER entry_removed AFTER DELETE ON entry BEGIN UPDATE total SET size = size - OLD.size;"
     " DELETE FROM content WHERE id = OLD.id; END;"
@@ -52,7 +52,7 @@ struct CacheDatabase::Statements {
           total{connection, "SELECT size FROM total"},
           byUse{connection, "SELECT used, size FROM entry ORDER BY used"},
           evict{connection, "DELETE FROM entry WHERE used <= ?1"},
-          recount{connection, "UPDATE total SET size = (SELECT coalesce(sum(size), 0) FROM entry)"} {}
+          recount{connection, "INSERT OR REPLACE INTO total VALUES (1, (SELECT coalesce(sum(size), 0) FROM entry))"} {}
 
     CacheStatement find, add, addContent, touch, remove, removeIfStill, total, byUse, evict, recount;
 };
@@ -214,6 +214,11 @@ void CacheDatabase::Transaction::removeAll() {
 }
 
 void CacheDatabase::Transaction::evict(std::size_t capacity) {
+    if (!database_.hasCounted_) {
+        // Once, as it reads all of the index: damage to the total would let the file grow, or empty it.
+        database_.statements_->recount.run();
+        database_.hasCounted_ = true;
+    }
     const auto usage = database_.usage();
     if (usage <= capacity) {
         return;
@@ -227,9 +232,6 @@ void CacheDatabase::Transaction::evict(std::size_t capacity) {
         return freed < excess;
     });
     database_.statements_->evict.run(lastUse);
-    if (freed < excess) {
-        database_.statements_->recount.run();  // the total was damaged, and would empty the cache again and again
-    }
 }
 
 void CacheDatabase::Transaction::shrinkFile() {

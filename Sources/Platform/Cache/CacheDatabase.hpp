@@ -69,6 +69,7 @@ private:
 
     std::unique_ptr<sqlite3, Close> connection_;
     std::unique_ptr<Statements> statements_;
+    bool hasCounted_ = false;
 };
 
 }  // namespace Platform
