@@ -2,8 +2,11 @@
 
 #include <Platform/Application/UserFolders.hpp>
 #include <Platform/Cache/CacheKey.hpp>
+#include <Platform/Cache/DiskUrlCache.hpp>
 #include <Platform/Cache/MemoryUrlCache.hpp>
+#include <Platform/Logging/DebugChannel.hpp>
 
+#include <filesystem>
 #include <mutex>
 #include <utility>
 
@@ -17,18 +20,57 @@ constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
 
 class UrlCache::Storage {
 public:
-    explicit Storage(std::size_t memoryCapacity) : memory{memoryCapacity} {}
+    Storage(std::size_t memoryCapacity, std::size_t diskCapacity, std::filesystem::path folder)
+        : disk_{std::move(folder), diskCapacity}, memory_{memoryCapacity} {}
 
-    MemoryUrlCache memory;
-    std::size_t diskCapacity = 0;
+    [[nodiscard]] MemoryUrlCache& memory() { return memory_; }
+
+    /// Runs `work` on memory and disk as one step. Look-ups that memory answers do not wait for it.
+    template <class Work>
+    void with(Work work) {
+        std::optional<std::string> complaint;
+        {
+            const std::lock_guard lock{changes_};
+            work(memory_, disk_);
+            complaint = disk_.takeComplaint();
+        }
+        // Outside the lock: the host's sink may use this cache.
+        if (complaint && DebugChannel::isOpen()) {
+            DebugChannel::write(*complaint, "UrlCache");
+        }
+    }
+
+    UrlResponsePointer find(const std::string& key) {
+        auto response = memory_.find(key);
+        if (response == nullptr) {
+            with([&](MemoryUrlCache& memory, DiskUrlCache& disk) {
+                response = memory.find(key);  // another thread may have been quicker
+                if (response == nullptr) {
+                    response = disk.find(key);
+                    if (response != nullptr) {
+                        memory.store(key, response, sizeOfEntry(key, *response));
+                    }
+                }
+            });
+        }
+        if (response != nullptr && response->storagePolicy == UrlCacheStoragePolicy::allowed && disk_.noteUse(key)) {
+            with([](MemoryUrlCache& /*memory*/, DiskUrlCache& disk) { disk.writeUses(); });
+        }
+        return response;
+    }
+
+private:
+    std::mutex changes_;
+    DiskUrlCache disk_;
+    MemoryUrlCache memory_;
 };
 
 UrlCache::UrlCache() : UrlCache{4 * mebibyte, 20 * mebibyte, std::nullopt} {
 }
 
-UrlCache::UrlCache(std::size_t memoryCapacity, std::size_t diskCapacity, std::optional<std::string> /*diskPath*/)
-    : storage_{std::make_unique<Storage>(memoryCapacity)} {
-    storage_->diskCapacity = diskCapacity;
+UrlCache::UrlCache(std::size_t memoryCapacity, std::size_t diskCapacity, std::optional<std::string> diskPath)
+    : storage_{
+          std::make_unique<Storage>(memoryCapacity, diskCapacity, diskPath ? *std::move(diskPath) : defaultPath())} {
 }
 
 UrlCache::~UrlCache() = default;
@@ -45,50 +87,73 @@ void UrlCache::storeCachedResponse(const std::shared_ptr<const CachedUrlResponse
         stored = std::make_shared<const CachedUrlResponse>(std::move(whole));
     }
     const auto key = cacheKey(request);
-    storage_->memory.store(key, stored, sizeOfEntry(key, *stored));
+    storage_->with([&](MemoryUrlCache& memory, DiskUrlCache& disk) {
+        memory.store(key, stored, sizeOfEntry(key, *stored));
+        if (stored->storagePolicy == UrlCacheStoragePolicy::allowed) {
+            disk.store(key, *stored);
+        } else {
+            disk.remove(key);  // or the replaced entry would come back
+        }
+    });
 }
 
 std::shared_ptr<const CachedUrlResponse> UrlCache::cachedResponse(const HttpRequest& request) {
-    return storage_->memory.find(cacheKey(request));
+    return storage_->find(cacheKey(request));
 }
 
 void UrlCache::removeCachedResponse(const HttpRequest& request) {
-    storage_->memory.remove(cacheKey(request));
+    const auto key = cacheKey(request);
+    storage_->with([&](MemoryUrlCache& memory, DiskUrlCache& disk) {
+        memory.remove(key);
+        disk.remove(key);
+    });
 }
 
 void UrlCache::removeCachedResponseIfStill(const std::shared_ptr<const CachedUrlResponse>& response,
                                            const HttpRequest& request) {
-    if (response != nullptr && response->body != nullptr) {
-        storage_->memory.removeIfStill(cacheKey(request), response);
+    if (response == nullptr || response->body == nullptr) {
+        return;
     }
+    const auto key = cacheKey(request);
+    storage_->with([&](MemoryUrlCache& memory, DiskUrlCache& disk) {
+        memory.removeIfStill(key, response);
+        disk.removeIfStill(key, *response);
+    });
 }
 
 void UrlCache::removeAllCachedResponses() {
-    storage_->memory.removeAll();
+    storage_->with([](MemoryUrlCache& memory, DiskUrlCache& disk) {
+        memory.removeAll();
+        disk.removeAll();
+    });
 }
 
 std::size_t UrlCache::memoryCapacity() const {
-    return storage_->memory.capacity();
+    return storage_->memory().capacity();
 }
 
 std::size_t UrlCache::diskCapacity() const {
-    return storage_->diskCapacity;
+    std::size_t capacity = 0;
+    storage_->with([&](MemoryUrlCache& /*memory*/, DiskUrlCache& disk) { capacity = disk.capacity(); });
+    return capacity;
 }
 
 void UrlCache::setMemoryCapacity(std::size_t bytes) {
-    storage_->memory.setCapacity(bytes);
+    storage_->memory().setCapacity(bytes);
 }
 
 void UrlCache::setDiskCapacity(std::size_t bytes) {
-    storage_->diskCapacity = bytes;
+    storage_->with([&](MemoryUrlCache& /*memory*/, DiskUrlCache& disk) { disk.setCapacity(bytes); });
 }
 
 std::size_t UrlCache::currentMemoryUsage() const {
-    return storage_->memory.usage();
+    return storage_->memory().usage();
 }
 
 std::size_t UrlCache::currentDiskUsage() const {
-    return 0;
+    std::size_t usage = 0;
+    storage_->with([&](MemoryUrlCache& /*memory*/, DiskUrlCache& disk) { usage = disk.usage(); });
+    return usage;
 }
 
 std::string UrlCache::defaultPath() {

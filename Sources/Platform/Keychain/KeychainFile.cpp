@@ -1,33 +1,11 @@
 #include <Platform/Keychain/KeychainFile.hpp>
 
-#include <cerrno>
-#include <system_error>
+#include <Platform/Application/PrivateFile.hpp>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <cerrno>
+#include <utility>
 
 namespace Platform {
-
-namespace {
-
-constexpr mode_t rightsOfOthers = S_IRWXG | S_IRWXO;
-
-/// Zero or the error number. Unlike std::filesystem's, no folder is open to others for even a moment.
-int makeFolders(const std::filesystem::path& folder) {
-    if (::mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST) {
-        return 0;
-    }
-    if (errno != ENOENT || !folder.has_relative_path()) {
-        return errno;
-    }
-    if (const int error = makeFolders(folder.parent_path()); error != 0) {
-        return error;
-    }
-    return ::mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST ? 0 : errno;
-}
-
-}  // namespace
 
 KeychainStatus statusOfSystemError(int number, KeychainStatus otherwise) {
     switch (number) {
@@ -50,50 +28,25 @@ LocatedKeychainFile locateKeychainFile(const std::filesystem::path& path) {
     if (!path.has_filename()) {
         return {KeychainStatus::notAvailable, {}};
     }
-    std::error_code error;
-    // SQLite refuses a symbolic link anywhere in a path, but only the one at the file's own place is suspicious: homes
-    // are often behind one.
-    const auto folder = std::filesystem::canonical(path.parent_path(), error);
-    if (error == std::errc::no_such_file_or_directory) {
-        return {KeychainStatus::itemNotFound, {}};
+    auto found = findPrivateFile(path);
+    switch (found.error) {
+        case 0:
+            return {KeychainStatus::success, std::move(found.path)};
+        case ENOENT:
+            return {KeychainStatus::itemNotFound, {}};
+        case ENOTSUP:
+            return {KeychainStatus::invalidKeychain, {}};
+        default:
+            return {statusOfSystemError(found.error, KeychainStatus::notAvailable), {}};
     }
-    if (error) {
-        return {statusOfSystemError(error.value(), KeychainStatus::notAvailable), {}};
-    }
-    const auto file = folder / path.filename();
-    struct stat found {};
-    if (::lstat(file.c_str(), &found) != 0) {
-        return {
-            errno == ENOENT ? KeychainStatus::itemNotFound : statusOfSystemError(errno, KeychainStatus::notAvailable),
-            {}};
-    }
-    if (!S_ISREG(found.st_mode)) {
-        return {KeychainStatus::invalidKeychain, {}};
-    }
-    if (found.st_uid != ::geteuid() && ::geteuid() != 0) {
-        return {KeychainStatus::writePermission, {}};
-    }
-    if ((found.st_mode & rightsOfOthers) != 0) {
-        // Where this fails (a read-only or foreign file system) a secret that is there can still be read, no worse than
-        // before.
-        static_cast<void>(::chmod(file.c_str(), found.st_mode & S_IRWXU));
-    }
-    return {KeychainStatus::success, file.string()};
 }
 
 KeychainStatus createKeychainFile(const std::filesystem::path& path) {
     if (!path.has_filename()) {
         return KeychainStatus::notAvailable;
     }
-    if (const int error = makeFolders(path.parent_path()); error != 0) {
-        return statusOfSystemError(error, KeychainStatus::notAvailable);
-    }
-    const int file = ::open(path.c_str(), O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC | O_RDWR, S_IRUSR | S_IWUSR);
-    if (file < 0) {
-        return errno == EEXIST ? KeychainStatus::success : statusOfSystemError(errno, KeychainStatus::notAvailable);
-    }
-    ::close(file);
-    return KeychainStatus::success;
+    const int error = createPrivateFile(path);
+    return error == 0 ? KeychainStatus::success : statusOfSystemError(error, KeychainStatus::notAvailable);
 }
 
 }  // namespace Platform

@@ -49,19 +49,24 @@ struct CachedUrlResponse {
 /// be stored and what of it is still good.
 ///
 /// The key is the method and the absolute URL without its fragment, scheme and host in lower case; headers and bodies
-/// of requests are no part of it. When a capacity would be passed, the least recently used entries go first. An entry
-/// as large as a capacity, or larger, is not kept there. A store returns when the entry is on the disk; afterwards
-/// usage stays within the capacities, whatever other processes store in the same file at the same time. Errors: none.
-/// Without a usable disk the cache goes on in memory and says so on the debug channel; what it can't read counts as
-/// absent. It deletes nothing that it has not made. Thread: any. Operations may wait for the disk, so none belongs on
-/// the main queue.
+/// of requests are no part of it. When a capacity would be passed, the least recently used entries go first: look-ups
+/// and stores are uses. An entry as large as a capacity, or larger, is not kept there. When a store returns, the entry
+/// is in the file, where it outlives the process, though the latest may be lost when the power fails; usage then is
+/// within the capacities, whatever other processes store in the same file at the same time. Look-ups ask the memory
+/// first: it does not notice that another process has replaced or removed an entry.
+///
+/// Errors: none. Without a usable disk the cache goes on in memory and says so once on the debug channel; what it can't
+/// read counts as absent. It deletes and changes nothing that it has not made. The file, "Cache.db", is private (0600)
+/// and must not be a symbolic link. Thread: any. Operations may wait for the disk, and up to two seconds for another
+/// process that writes, so none belongs on the main queue. A process does not use a cache that it had before it forked.
 class UrlCache {
 public:
     /// 4 MiB of memory, 20 MiB of disk, in `defaultPath()`.
     UrlCache();
 
-    /// Capacities in bytes; 0 keeps nothing there. `diskPath` is the folder of the cache's files, made when missing;
-    /// none stands for `defaultPath()`.
+    /// Capacities in bytes; 0 keeps nothing there, and with a disk capacity of 0 no file is touched. `diskPath` is the
+    /// folder of the cache's files, made (0700) by the first store when missing; none stands for `defaultPath()`, and
+    /// the empty text for no disk.
     UrlCache(std::size_t memoryCapacity, std::size_t diskCapacity, std::optional<std::string> diskPath);
 
     UrlCache(const UrlCache&) = delete;

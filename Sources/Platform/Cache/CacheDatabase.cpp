@@ -1,0 +1,246 @@
+#include <Platform/Cache/CacheDatabase.hpp>
+
+#include <array>
+#include <cstdint>
+
+#include <sqlite3.h>
+
+namespace Platform {
+
+namespace {
+
+constexpr int patienceMilliseconds = 2000;
+
+// The two numbers in the header of a file that tell whose it is, and in which layout.
+constexpr std::uint32_t applicationId = 0x54774361;
+constexpr std::uint32_t layoutVersion = 1;
+
+// A use changes `entry` and its index only, and eviction reads nothing but the index: bodies lie apart. The triggers
+// keep the total right in the transaction of whatever changes it.
+constexpr const char* layout =
+    "CREATE TABLE entry (id INTEGER PRIMARY KEY, key TEXT NOT NULL UNIQUE, used INTEGER NOT NULL,"
+    " size INTEGER NOT NULL CHECK (size > 0)) STRICT;"
+    "CREATE INDEX entry_by_use ON entry (used, size);"
+    "CREATE TABLE content (id INTEGER PRIMARY KEY, head BLOB NOT NULL, body BLOB NOT NULL,"
+    " check_value INTEGER NOT NULL) STRICT;"
+    "CREATE TABLE total (id INTEGER PRIMARY KEY CHECK (id = 1), size INTEGER NOT NULL) STRICT;"
+    "INSERT INTO total VALUES (1, 0);"
+    "CREATE TRIGGER entry_added AFTER INSERT ON entry BEGIN UPDATE total SET size = size + NEW.size; END;"
+    "CREATE TRIGGER entry_removed AFTER DELETE ON entry BEGIN UPDATE total SET size = size - OLD.size;"
+    " DELETE FROM content WHERE id = OLD.id; END;"
+    "PRAGMA application_id = 0x54774361; PRAGMA user_version = 1";
+
+std::uint32_t bigEndian(const unsigned char* bytes) {
+    return std::uint32_t{bytes[0]} << 24U | std::uint32_t{bytes[1]} << 16U | std::uint32_t{bytes[2]} << 8U | bytes[3];
+}
+
+}  // namespace
+
+struct CacheDatabase::Statements {
+    explicit Statements(sqlite3* connection)
+        : find{connection,
+               "SELECT head, body, size, check_value FROM entry JOIN content ON content.id = entry.id WHERE key = ?1"},
+          add{connection,
+              "INSERT INTO entry (key, used, size) VALUES (?1, (SELECT coalesce(max(used), 0) + 1 FROM entry), ?2)"},
+          addContent{connection,
+                     "INSERT OR REPLACE INTO content (id, head, body, check_value) VALUES (?1, ?2, ?3, ?4)"},
+          touch{connection, "UPDATE entry SET used = (SELECT max(used) + 1 FROM entry) WHERE key = ?1"},
+          remove{connection, "DELETE FROM entry WHERE key = ?1"},
+          removeIfStill{connection,
+                        "DELETE FROM entry WHERE key = ?1 AND EXISTS"
+                        " (SELECT 1 FROM content WHERE content.id = entry.id AND head = ?2 AND body = ?3)"},
+          total{connection, "SELECT size FROM total"},
+          byUse{connection, "SELECT used, size FROM entry ORDER BY used"},
+          evict{connection, "DELETE FROM entry WHERE used <= ?1"},
+          recount{connection, "INSERT OR REPLACE INTO total VALUES (1, (SELECT coalesce(sum(size), 0) FROM entry))"} {}
+
+    CacheStatement find, add, addContent, touch, remove, removeIfStill, total, byUse, evict, recount;
+};
+
+void CacheDatabase::Close::operator()(sqlite3* connection) const noexcept {
+    sqlite3_close(connection);
+}
+
+CacheDatabase::CacheDatabase(const std::string& path) {
+    sqlite3* connection = nullptr;
+    const int code = sqlite3_open_v2(path.c_str(), &connection,
+                                     SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX |
+                                         SQLITE_OPEN_PRIVATECACHE | SQLITE_OPEN_EXRESCODE,
+                                     nullptr);
+    connection_.reset(connection);
+    if (code != SQLITE_OK) {
+        throw CacheDatabaseError{code};
+    }
+    sqlite3_busy_timeout(connection, patienceMilliseconds);
+    checkHeader();
+    try {
+        run("PRAGMA synchronous = NORMAL; PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON;"
+            "PRAGMA journal_size_limit = 4194304");
+        layOut();
+        statements_ = std::make_unique<Statements>(connection);
+    } catch (const CacheDatabaseError& error) {
+        if (error.isFinal()) {
+            leaveFileAsItIs();
+        }
+        throw;
+    }
+}
+
+CacheDatabase::~CacheDatabase() = default;
+
+bool CacheDatabase::isInPlace() const {
+    int hasMoved = 0;
+    sqlite3_file_control(connection_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+    return hasMoved == 0;
+}
+
+void CacheDatabase::leaveFileAsItIs() {
+    sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+}
+
+std::optional<EncodedResponse> CacheDatabase::find(const std::string& key) {
+    std::optional<EncodedResponse> found;
+    statements_->find.query(
+        [&](const CacheStatement::Row& row) {
+            found = EncodedResponse{row.bytes(0), std::make_shared<const Bytes>(row.bytes(1)), row.integer(2),
+                                    row.integer(3)};
+            return false;
+        },
+        key);
+    return found;
+}
+
+std::size_t CacheDatabase::usage() {
+    std::int64_t size = 0;
+    statements_->total.query([&](const CacheStatement::Row& row) {
+        size = row.integer(0);
+        return false;
+    });
+    return size < 0 ? 0 : static_cast<std::size_t>(size);
+}
+
+// Read through SQLite's own handle: a descriptor of ours would, when closed, take the locks of every connection of this
+// process to the file with it. And before SQLite looks at the file: with a log or journal beside it, looking changes
+// it.
+void CacheDatabase::checkHeader() {
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(connection_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    sqlite3_int64 size = 0;
+    if (const int code = file->pMethods->xFileSize(file, &size); code != SQLITE_OK) {
+        throw CacheDatabaseError{code};
+    }
+    if (size == 0) {
+        return;
+    }
+    std::array<unsigned char, 100> header{};
+    const int code = file->pMethods->xRead(file, header.data(), static_cast<int>(header.size()), 0);
+    if (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ) {
+        throw CacheDatabaseError{code};
+    }
+    constexpr std::string_view magic{"SQLite format 3\0", 16};
+    if (std::string_view{reinterpret_cast<const char*>(header.data()), magic.size()} != magic ||
+        bigEndian(&header.at(68)) != applicationId) {
+        throw CacheDatabaseError{"the file is no cache", true};
+    }
+    if (bigEndian(&header.at(60)) != layoutVersion) {
+        throw CacheDatabaseError{"the file is a cache of another version", true};
+    }
+}
+
+// The layout is made before the log is turned on, so that the header of a file that is not empty always tells.
+void CacheDatabase::layOut() {
+    const auto version = [&] {
+        std::int64_t number = 0;
+        CacheStatement{connection_.get(), "PRAGMA user_version"}.query([&](const CacheStatement::Row& row) {
+            number = row.integer(0);
+            return false;
+        });
+        return number;
+    };
+    if (version() == 0) {
+        run("PRAGMA auto_vacuum = INCREMENTAL");
+        Transaction transaction{*this};
+        if (version() == 0) {  // no other process has come first
+            run(layout);
+            transaction.commit();
+        }
+    }
+    const int code = sqlite3_exec(connection_.get(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK && (code & 0xFF) != SQLITE_BUSY) {  // when busy, a later process turns the log on
+        throw CacheDatabaseError{code};
+    }
+}
+
+void CacheDatabase::run(const char* sql) {
+    if (const int code = sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr); code != SQLITE_OK) {
+        throw CacheDatabaseError{code};
+    }
+}
+
+CacheDatabase::Transaction::Transaction(CacheDatabase& database) : database_{database} {
+    database_.run("BEGIN IMMEDIATE");
+}
+
+CacheDatabase::Transaction::~Transaction() {
+    if (isOpen_) {
+        // Some errors have rolled it back already; then this one fails, which is as well.
+        sqlite3_exec(database_.connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+}
+
+void CacheDatabase::Transaction::store(const std::string& key, const EncodedResponse& response) {
+    remove(key);
+    database_.statements_->add.run(key, response.size);
+    const std::int64_t id = sqlite3_last_insert_rowid(database_.connection_.get());
+    database_.statements_->addContent.run(id, CacheStatement::Blob{response.head}, CacheStatement::Blob{*response.body},
+                                          response.checkValue);
+}
+
+void CacheDatabase::Transaction::touch(const std::string& key) {
+    database_.statements_->touch.run(key);
+}
+
+void CacheDatabase::Transaction::remove(const std::string& key) {
+    database_.statements_->remove.run(key);
+}
+
+void CacheDatabase::Transaction::removeIfStill(const std::string& key, const EncodedResponse& response) {
+    database_.statements_->removeIfStill.run(key, CacheStatement::Blob{response.head},
+                                             CacheStatement::Blob{*response.body});
+}
+
+void CacheDatabase::Transaction::removeAll() {
+    database_.run("DELETE FROM entry; DELETE FROM content; UPDATE total SET size = 0");
+}
+
+void CacheDatabase::Transaction::evict(std::size_t capacity) {
+    if (!database_.hasCounted_) {
+        // Once, as it reads all of the index: damage to the total would let the file grow, or empty it.
+        database_.statements_->recount.run();
+        database_.hasCounted_ = true;
+    }
+    const auto usage = database_.usage();
+    if (usage <= capacity) {
+        return;
+    }
+    const auto excess = usage - capacity;
+    std::size_t freed = 0;
+    std::int64_t lastUse = 0;
+    database_.statements_->byUse.query([&](const CacheStatement::Row& row) {
+        lastUse = row.integer(0);
+        freed += static_cast<std::size_t>(row.integer(1));
+        return freed < excess;
+    });
+    database_.statements_->evict.run(lastUse);
+}
+
+void CacheDatabase::Transaction::shrinkFile() {
+    database_.run("PRAGMA incremental_vacuum");
+}
+
+void CacheDatabase::Transaction::commit() {
+    database_.run("COMMIT");
+    isOpen_ = false;
+}
+
+}  // namespace Platform

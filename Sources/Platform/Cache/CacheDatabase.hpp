@@ -1,0 +1,75 @@
+#pragma once
+
+#include <Platform/Cache/CacheStatement.hpp>
+#include <Platform/Cache/ResponseCoding.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Platform {
+
+/// The entries in one SQLite file, through one connection. Its operations throw `CacheDatabaseError`. One thread at a
+/// time.
+///
+/// A write-ahead log, as reading then waits for no writer. It is not flushed for each change: a process that dies loses
+/// nothing, a power failure may take the latest changes.
+class CacheDatabase {
+public:
+    /// Opens the existing file, and lays it out when it is empty. One that is no cache of this version is refused
+    /// before anything of it is changed.
+    explicit CacheDatabase(const std::string& path);
+    CacheDatabase(const CacheDatabase&) = delete;
+    CacheDatabase& operator=(const CacheDatabase&) = delete;
+    ~CacheDatabase();
+
+    /// False when the file at the path is another one by now, or none.
+    [[nodiscard]] bool isInPlace() const;
+    /// Keeps the log from being written back into a file that turned out damaged.
+    void leaveFileAsItIs();
+
+    [[nodiscard]] std::optional<EncodedResponse> find(const std::string& key);
+    [[nodiscard]] std::size_t usage();
+
+    /// Changes that happen together or, unless committed, not at all. No other process writes meanwhile.
+    class Transaction {
+    public:
+        explicit Transaction(CacheDatabase& database);
+        Transaction(const Transaction&) = delete;
+        Transaction& operator=(const Transaction&) = delete;
+        ~Transaction();
+
+        void store(const std::string& key, const EncodedResponse& response);
+        void touch(const std::string& key);
+        void remove(const std::string& key);
+        /// Removes the entry of `key` if it holds the same as `response`.
+        void removeIfStill(const std::string& key, const EncodedResponse& response);
+        void removeAll();
+        /// Removes the least recently used entries until all take no more than `capacity`.
+        void evict(std::size_t capacity);
+        /// Gives the space of removed entries back to the file system.
+        void shrinkFile();
+        void commit();
+
+    private:
+        CacheDatabase& database_;
+        bool isOpen_ = true;
+    };
+
+private:
+    struct Close {
+        void operator()(sqlite3* connection) const noexcept;
+    };
+    struct Statements;
+
+    void checkHeader();
+    void layOut();
+    void run(const char* sql);
+
+    std::unique_ptr<sqlite3, Close> connection_;
+    std::unique_ptr<Statements> statements_;
+    bool hasCounted_ = false;
+};
+
+}  // namespace Platform

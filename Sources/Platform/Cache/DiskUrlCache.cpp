@@ -1,0 +1,224 @@
+#include <Platform/Cache/DiskUrlCache.hpp>
+
+#include <Platform/Application/PrivateFile.hpp>
+
+#include <cerrno>
+#include <mutex>
+#include <system_error>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+constexpr std::size_t mostOwedRemovals = 1000;
+
+/// Held from making a file to opening it: the descriptor that makes it, when it is closed, takes with it the POSIX
+/// locks of all connections of this process to that file.
+std::mutex& fileMaking() {
+    static auto& mutex = *std::make_unique<std::mutex>().release();
+    return mutex;
+}
+
+[[noreturn]] void throwSystemError(int number) {
+    throw CacheDatabaseError{std::generic_category().message(number), number == ENOTSUP};
+}
+
+/// The path to open; empty when there is no file.
+std::string findCacheFile(const std::filesystem::path& file) {
+    auto found = findPrivateFile(file);
+    if (found.error == ENOENT) {
+        return {};
+    }
+    if (found.error != 0) {
+        throwSystemError(found.error);
+    }
+    // SQLite would follow links there.
+    for (const auto* const suffix : {"-wal", "-shm", "-journal"}) {
+        const int error = findPrivateFile(found.path + suffix).error;
+        if (error != 0 && error != ENOENT) {
+            throwSystemError(error);
+        }
+    }
+    return std::move(found.path);
+}
+
+}  // namespace
+
+DiskUrlCache::DiskUrlCache(std::filesystem::path folder, std::size_t capacity) : capacity_{capacity} {
+    if (folder.empty() || folder.native().find('\0') != std::string::npos) {
+        return;
+    }
+    // A later change of the working folder shall not lose the entries.
+    std::error_code error;
+    auto absolute = std::filesystem::absolute(folder, error);
+    file_ = (error ? std::move(folder) : std::move(absolute)) / "Cache.db";
+}
+
+DiskUrlCache::~DiskUrlCache() {
+    writeUses();
+}
+
+void DiskUrlCache::writeUses() {
+    if (!isOff() && database_ != nullptr) {
+        change(Opening::existing, [](CacheDatabase::Transaction& /*nothing but the uses*/) {});
+    }
+}
+
+UrlResponsePointer DiskUrlCache::find(const std::string& key) {
+    if (isOff() || owesAll_ || owedRemovals_.contains(key)) {
+        return nullptr;
+    }
+    try {
+        auto* const database = open(Opening::existing);
+        const auto found = database == nullptr ? std::nullopt : database->find(key);
+        if (!found) {
+            return nullptr;
+        }
+        if (auto response = decode(key, *found)) {
+            return response;
+        }
+    } catch (const CacheDatabaseError& error) {
+        fail(error);
+        return nullptr;
+    }
+    remove(key);
+    return nullptr;
+}
+
+void DiskUrlCache::store(const std::string& key, const CachedUrlResponse& response) {
+    if (sizeOfEntry(key, response) >= capacity_) {
+        remove(key);
+        return;
+    }
+    const auto encoded = encode(key, response);
+    if (!change(Opening::made, [&](auto& transaction) { transaction.store(key, encoded); })) {
+        owe(key);
+    }
+}
+
+void DiskUrlCache::remove(const std::string& key) {
+    if (!change(Opening::existing, [&](auto& transaction) { transaction.remove(key); })) {
+        owe(key);
+    }
+}
+
+void DiskUrlCache::removeIfStill(const std::string& key, const CachedUrlResponse& expected) {
+    if (isOff()) {
+        owe(key);
+        return;
+    }
+    const auto encoded = encode(key, expected);
+    if (!change(Opening::existing, [&](auto& transaction) { transaction.removeIfStill(key, encoded); })) {
+        owe(key);
+    }
+}
+
+void DiskUrlCache::removeAll() {
+    owesAll_ = true;
+    change(Opening::existing, [](auto& transaction) { transaction.shrinkFile(); });
+}
+
+std::size_t DiskUrlCache::usage() {
+    if (isOff()) {
+        return 0;
+    }
+    try {
+        auto* const database = open(Opening::existing);
+        return database == nullptr ? 0 : database->usage();
+    } catch (const CacheDatabaseError& error) {
+        fail(error);
+        return 0;
+    }
+}
+
+void DiskUrlCache::setCapacity(std::size_t capacity) {
+    const auto former = std::exchange(capacity_, capacity);
+    if (capacity < former) {
+        capacity_ = former;  // not off yet
+        change(Opening::existing, [&](auto& transaction) {
+            transaction.evict(capacity);
+            transaction.shrinkFile();
+        });
+        capacity_ = capacity;
+    }
+}
+
+std::optional<std::string> DiskUrlCache::takeComplaint() {
+    return complaint_.empty() ? std::nullopt : std::optional{std::exchange(complaint_, {})};
+}
+
+CacheDatabase* DiskUrlCache::open(Opening opening) {
+    if (database_ != nullptr && !database_->isInPlace()) {
+        database_.reset();  // removed by the user, who need not wait for our exit to get a new one
+    }
+    if (database_ != nullptr) {
+        return database_.get();
+    }
+    const std::lock_guard lock{fileMaking()};
+    auto path = findCacheFile(file_);
+    if (path.empty() && opening == Opening::made) {
+        if (const int error = createPrivateFile(file_); error != 0) {
+            throwSystemError(error);
+        }
+        path = findCacheFile(file_);
+    }
+    if (!path.empty()) {
+        database_ = std::make_unique<CacheDatabase>(path);
+    }
+    return database_.get();
+}
+
+/// Whether the change is done, with all that was owed; without a file there is nothing to remove.
+bool DiskUrlCache::change(Opening opening, const Work& work) {
+    if (isOff()) {
+        return false;
+    }
+    try {
+        if (auto* const database = open(opening)) {
+            CacheDatabase::Transaction transaction{*database};
+            if (owesAll_) {
+                transaction.removeAll();
+            }
+            for (const auto& key : owedRemovals_) {
+                transaction.remove(key);
+            }
+            for (const auto& key : uses_.take()) {
+                transaction.touch(key);
+            }
+            work(transaction);
+            transaction.evict(capacity_);
+            transaction.commit();
+        }
+        owesAll_ = false;
+        owedRemovals_.clear();
+        return true;
+    } catch (const CacheDatabaseError& error) {
+        fail(error);
+        return false;
+    }
+}
+
+void DiskUrlCache::fail(const CacheDatabaseError& error) {
+    if (error.isFinal()) {
+        hasFailed_ = true;
+        if (database_ != nullptr) {
+            database_->leaveFileAsItIs();
+            database_.reset();
+        }
+    }
+    if (!std::exchange(hasComplained_, true)) {
+        complaint_.append("The URL cache goes on in memory, without ").append(file_.string()).append(": ");
+        complaint_.append(error.what());
+    }
+}
+
+void DiskUrlCache::owe(const std::string& key) {
+    if (hasFailed_ || file_.empty() || owesAll_) {
+        return;
+    }
+    owedRemovals_.insert(key);
+    owesAll_ = owedRemovals_.size() > mostOwedRemovals;
+}
+
+}  // namespace Platform

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <Platform/Cache/CacheDatabase.hpp>
+#include <Platform/Cache/UseLog.hpp>
+
+#include <filesystem>
+#include <functional>
+#include <set>
+
+namespace Platform {
+
+/// The entries on the disk, in the file "Cache.db" of a folder. Opened when first needed; made by the first store.
+/// Whatever goes wrong leaves the file as it is, and is told once. One thread at a time, but for `noteUse`.
+class DiskUrlCache {
+public:
+    /// No folder, or a capacity of 0: no disk is touched.
+    DiskUrlCache(std::filesystem::path folder, std::size_t capacity);
+    DiskUrlCache(const DiskUrlCache&) = delete;
+    DiskUrlCache& operator=(const DiskUrlCache&) = delete;
+    ~DiskUrlCache();
+
+    /// Counts a look-up as a use, also one that memory answered. Whether it is time for `writeUses`. Thread: any.
+    [[nodiscard]] bool noteUse(const std::string& key) { return uses_.note(key); }
+    void writeUses();
+
+    [[nodiscard]] UrlResponsePointer find(const std::string& key);
+    void store(const std::string& key, const CachedUrlResponse& response);
+    void remove(const std::string& key);
+    void removeIfStill(const std::string& key, const CachedUrlResponse& expected);
+    void removeAll();
+
+    [[nodiscard]] std::size_t usage();
+    [[nodiscard]] std::size_t capacity() const { return capacity_; }
+    void setCapacity(std::size_t capacity);
+
+    /// What there is to tell of the disk; once.
+    [[nodiscard]] std::optional<std::string> takeComplaint();
+
+private:
+    enum class Opening { existing, made };
+    using Work = std::function<void(CacheDatabase::Transaction&)>;
+
+    [[nodiscard]] bool isOff() const { return hasFailed_ || file_.empty() || capacity_ == 0; }
+    CacheDatabase* open(Opening opening);
+    bool change(Opening opening, const Work& work);
+    void fail(const CacheDatabaseError& error);
+    void owe(const std::string& key);
+
+    std::filesystem::path file_;
+    std::size_t capacity_;
+    std::unique_ptr<CacheDatabase> database_;
+    UseLog uses_;
+    /// Entries that are on the disk still, though they have been removed or replaced: the disk was full, say. They
+    /// count as absent, and go with the next change that succeeds.
+    std::set<std::string, std::less<>> owedRemovals_;
+    bool owesAll_ = false;
+    /// No more of this file.
+    bool hasFailed_ = false;
+    std::string complaint_;
+    bool hasComplained_ = false;
+};
+
+}  // namespace Platform
