@@ -154,12 +154,25 @@ ServiceProcess::~ServiceProcess() {
 }
 
 void ServiceProcess::closeConnections(std::size_t count) const {
-    const auto order = nlohmann::json{{"count", count}, {"headers", {{"Connection", "close"}}}}.dump();
+    order(nlohmann::json{{"count", count}, {"headers", {{"Connection", "close"}}}}.dump());
+}
+
+void ServiceProcess::serve(const std::string& path, std::size_t size) const {
+    constexpr std::size_t always = 1'000'000'000;
+    order(nlohmann::json{{"count", always},
+                         {"path", path},
+                         {"body", "x"},
+                         {"repeat", size},
+                         {"headers", {{"Cache-Control", "max-age=3600"}}}}
+              .dump());
+}
+
+void ServiceProcess::order(const std::string& faults) const {
     const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle{curl_easy_init(), &curl_easy_cleanup};
     const auto url = "http://127.0.0.1:" + std::to_string(controlPort_) + "/faults";
     curl_easy_setopt(handle.get(), CURLOPT_URL, url.c_str());
     curl_easy_setopt(handle.get(), CURLOPT_PROXY, "");
-    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDS, order.c_str());
+    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDS, faults.c_str());
     curl_easy_setopt(handle.get(), CURLOPT_FAILONERROR, 1L);
     if (curl_easy_perform(handle.get()) != CURLE_OK) {
         throw std::runtime_error{"the service takes no faults"};

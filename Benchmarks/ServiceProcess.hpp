@@ -45,7 +45,15 @@ public:
     /// Lets the service close the connection after each of the next `count` answers.
     void closeConnections(std::size_t count) const;
 
+    /// Lets the service answer every request for `path`, below its base, with a body of this size that may be kept for
+    /// an hour.
+    void serve(const std::string& path, std::size_t size) const;
+
+    [[nodiscard]] const std::filesystem::path& folder() const noexcept { return folder_; }
+
 private:
+    void order(const std::string& faults) const;
+
     std::filesystem::path folder_;
     std::string caFile_;
     std::uint16_t port_ = 0;

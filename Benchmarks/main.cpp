@@ -40,6 +40,8 @@ int main(int argumentCount, char** arguments) {
         Goal{"10,000 short servers: allocations", "library", "", false, 11000},
         Goal{"short servers: us each", "library, 100,000", "library, 10,000", false, 1.1},
         Goal{"100,000 short servers: peak / body", "library", "", false, 3.5},
+        Goal{"1 MB answer: p50 us", "fetched over loopback", "cache in memory", true, 3},
+        Goal{"raise to 10,000 handlers: us", "event", "loop with weak targets", false, 1.25},
         Goal{"main queue held, 10,000 servers: ms", "library", "", false, 16},
     });
     return 0;
