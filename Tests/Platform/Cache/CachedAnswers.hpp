@@ -15,8 +15,12 @@ inline Platform::HttpRequest get(std::string_view path, Platform::HttpHeaders he
 inline std::shared_ptr<const Platform::CachedUrlResponse> answer(
     std::string body, std::optional<Platform::UserInformation> userInformation = std::nullopt,
     Platform::UrlCacheStoragePolicy policy = Platform::UrlCacheStoragePolicy::allowed) {
-    return std::make_shared<const Platform::CachedUrlResponse>(Platform::CachedUrlResponse{
-        {200, {}}, std::make_shared<const Platform::Bytes>(std::move(body)), std::move(userInformation), policy});
+    Platform::CachedUrlResponse response;
+    response.response.status = 200;
+    response.body = std::make_shared<const Platform::Bytes>(std::move(body));
+    response.userInformation = std::move(userInformation);
+    response.storagePolicy = policy;
+    return std::make_shared<const Platform::CachedUrlResponse>(std::move(response));
 }
 
 /// An answer that takes `size` bytes of a cache with the key of `get(path)`.

@@ -170,9 +170,9 @@ TEST_F(UrlCacheTest, GivesBackEveryTypeAndCopiesNothing) {
         {"no bytes", UserInformationBytes{}},
     };
     for (const auto& information : {std::optional{everything}, std::optional{UserInformation{}}, {}}) {
-        CachedUrlResponse response{
-            {404, {{"date", "x"}, {"", ""}}}, std::make_shared<const Bytes>("a\0b", 3), information};
-        const auto stored = std::make_shared<const CachedUrlResponse>(response);
+        auto response = *answer({"a\0b", 3}, information);
+        response.response = {404, {{"date", "x"}, {"", ""}}};
+        const auto stored = std::make_shared<const CachedUrlResponse>(std::move(response));
         const auto cache = open(plenty, plenty);
         cache->storeCachedResponse(stored, get("a"));
         EXPECT_EQ(cache->cachedResponse(get("a")), stored);

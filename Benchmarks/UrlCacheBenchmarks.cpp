@@ -1,0 +1,90 @@
+#include <Tarnwick_API/Platform/UrlCache.hpp>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <utility>
+
+namespace Benchmarks {
+namespace {
+
+constexpr std::size_t entrySize = 20'000;
+constexpr int entries = 10'000;
+constexpr std::size_t plenty = std::size_t{1} << 40U;
+
+class CacheFolder {
+public:
+    CacheFolder() {
+        auto pattern = (std::filesystem::temp_directory_path() / "url-cache-benchmarks-XXXXXX").string();
+        path_ = ::mkdtemp(pattern.data()) == nullptr ? std::filesystem::path{} : std::filesystem::path{pattern};
+    }
+    CacheFolder(const CacheFolder&) = delete;
+    CacheFolder& operator=(const CacheFolder&) = delete;
+    ~CacheFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    [[nodiscard]] std::string path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+Platform::HttpRequest requestOf(std::int64_t number) {
+    const auto url = Platform::Url::fromString("https://api.example/v1/servers?number=" + std::to_string(number));
+    return {Platform::HttpMethod::get, url.value(), {}, Platform::ParameterEncoding::url, {}};
+}
+
+std::shared_ptr<const Platform::CachedUrlResponse> answerOf(std::size_t size) {
+    Platform::CachedUrlResponse response;
+    response.response.status = 200;
+    response.response.headers = {{"content-type", "application/json"}, {"etag", "\"0123456789abcdef\""}};
+    response.body = std::make_shared<const Platform::Bytes>(size, 'x');
+    response.userInformation.emplace().emplace("CachedDate", Platform::WallClock::now());
+    return std::make_shared<const Platform::CachedUrlResponse>(std::move(response));
+}
+
+/// Arguments: entries in the cache; whether it is full, so that each store evicts.
+void storeInUrlCache(benchmark::State& state) {
+    const CacheFolder folder;
+    Platform::UrlCache cache{0, plenty, folder.path()};
+    const auto answer = answerOf(entrySize);
+    std::int64_t number = 0;
+    while (number < state.range(0)) {
+        cache.storeCachedResponse(answer, requestOf(number++));
+    }
+    if (state.range(1) != 0) {
+        cache.setDiskCapacity(cache.currentDiskUsage());
+    }
+    for ([[maybe_unused]] auto iteration : state) {
+        cache.storeCachedResponse(answer, requestOf(number++));
+    }
+}
+
+/// Arguments: entries in the cache; its memory capacity.
+void lookUpInUrlCache(benchmark::State& state) {
+    const CacheFolder folder;
+    Platform::UrlCache cache{static_cast<std::size_t>(state.range(1)), plenty, folder.path()};
+    const auto answer = answerOf(entrySize);
+    for (std::int64_t number = 0; number < state.range(0); ++number) {
+        cache.storeCachedResponse(answer, requestOf(number));
+    }
+    std::int64_t number = 0;
+    for ([[maybe_unused]] auto iteration : state) {
+        benchmark::DoNotOptimize(cache.cachedResponse(requestOf(number)));
+        number = (number + 7919) % state.range(0);
+    }
+}
+
+BENCHMARK(storeInUrlCache)->Args({100, 0})->Args({entries, 0})->Args({100, 1})->Args({entries, 1})->Iterations(2000);
+BENCHMARK(lookUpInUrlCache)
+    ->Args({100, 0})
+    ->Args({entries, 0})
+    ->Args({100, std::int64_t{1} << 40U})
+    ->Args({entries, std::int64_t{1} << 40U})
+    ->Iterations(20'000);
+
+}  // namespace
+}  // namespace Benchmarks
