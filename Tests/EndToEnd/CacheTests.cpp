@@ -248,6 +248,7 @@ TEST_F(Cache, WithALimitOfItsOwnFetchesAgainWhatItRefuses) {
     install(std::make_shared<CustomUrlCache>(1U << 20U, 0, std::nullopt));
     order({{"Cache-Control", "max-age=3600"}}, std::nullopt, 2);
     ASSERT_TRUE(status());
+    ASSERT_TRUE(status()) << "answered when the first has been stored, and its time noted";
     now = now.load() + seconds{600};
     ASSERT_TRUE(status());
     EXPECT_EQ(service.counters().requests, 1U);
