@@ -76,7 +76,8 @@ CacheThread* attachCache(Exchange& exchange) {
     }
     try {
         auto& thread = CacheThread::shared();
-        exchange.cacheUse = std::make_unique<CacheUse>(CacheUse{.cache = std::move(cache)});
+        exchange.cacheUse = std::make_unique<CacheUse>();
+        exchange.cacheUse->cache = std::move(cache);
         return mayAnswer ? &thread : nullptr;
     } catch (const std::exception& error) {
         if (DebugChannel::isOpen()) {
