@@ -137,6 +137,7 @@ TEST(EventLifetime, MayEndWithinItsOwnRaise) {
     auto event = Event<int>::create();
     const std::weak_ptr<Event<int>> watch = event;
     std::vector<std::shared_ptr<Disposable>> subscriptions;
+    subscriptions.reserve(2);
     for (int count = 0; count < 2; ++count) {
         subscriptions.push_back(event->addHandler(target, [&](int& calls, int) {
             ++calls;
