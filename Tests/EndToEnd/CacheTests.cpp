@@ -20,10 +20,6 @@ namespace {
 
 using Platform::WallTime;
 using std::chrono::seconds;
-using TarnwickService::Fault;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Optional;
 using Headers = std::vector<std::pair<std::string, std::string>>;
 
 /// A client with a cache, and a clock that tests turn.
@@ -279,17 +275,17 @@ TEST_F(Cache, GivesUpAnAnswerThatAnotherRequestMakesInvalid) {
     service.faults().add({.count = 1, .method = "PUT", .status = 500});
     service.faults().add({.count = 100, .status = 200});
     const struct {
-        HttpMethod method;
-        std::uint64_t requests;
-        Platform::HttpAnswer::Source source;
+        HttpMethod method = HttpMethod::get;
+        Platform::HttpAnswer::Source source = Platform::HttpAnswer::Source::network;
+        std::uint64_t requests = 0;
     } rows[] = {
-        {HttpMethod::get, 1, Platform::HttpAnswer::Source::network},
-        {HttpMethod::get, 1, Platform::HttpAnswer::Source::cache},
-        {HttpMethod::options, 2, Platform::HttpAnswer::Source::network},
-        {HttpMethod::put, 3, Platform::HttpAnswer::Source::network},
-        {HttpMethod::get, 3, Platform::HttpAnswer::Source::cache},
-        {HttpMethod::put, 4, Platform::HttpAnswer::Source::network},
-        {HttpMethod::get, 5, Platform::HttpAnswer::Source::network},
+        {HttpMethod::get, Platform::HttpAnswer::Source::network, 1},
+        {HttpMethod::get, Platform::HttpAnswer::Source::cache, 1},
+        {HttpMethod::options, Platform::HttpAnswer::Source::network, 2},
+        {HttpMethod::put, Platform::HttpAnswer::Source::network, 3},
+        {HttpMethod::get, Platform::HttpAnswer::Source::cache, 3},
+        {HttpMethod::put, Platform::HttpAnswer::Source::network, 4},
+        {HttpMethod::get, Platform::HttpAnswer::Source::network, 5},
     };
     for (const auto& row : rows) {
         std::optional<Platform::HttpAnswer> answer;
