@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+#ifndef __APPLE__
+#include "SecurityFrameworkDouble.hpp"
+#endif
+
 namespace Platform {
 
 /// A kind of store that the tests of what all stores do run on.
@@ -15,6 +19,8 @@ struct KeychainStoreKind {
     std::string name;
     /// An empty store, which may keep its items in `folder`.
     std::shared_ptr<KeychainStore> (*make)(const std::filesystem::path& folder);
+    /// Otherwise it refuses, as `param`, text that is no UTF-8 or has a NUL.
+    bool takesAnyText = true;
 };
 
 inline void PrintTo(const KeychainStoreKind& kind, std::ostream* out) {
@@ -25,6 +31,10 @@ inline std::vector<KeychainStoreKind> everyKeychainStoreKind() {
     return {
         {"Memory", [](const std::filesystem::path&) { return makeMemoryKeychainStore(); }},
         {"File", [](const std::filesystem::path& folder) { return makeFileKeychainStore(folder / "keychain.sqlite"); }},
+#ifndef __APPLE__
+        {"SecurityFramework", [](const std::filesystem::path&) { return SecurityFrameworkDouble::makeKeychainStore(); },
+         false},
+#endif
     };
 }
 
