@@ -152,6 +152,11 @@ inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono
     std::chrono::milliseconds patience = defaultKeychainPatience);
 
 /// The user's keychain through the Security framework. macOS only.
+///
+/// The system itself asks the user where it needs to, within any call, for as long as the user takes; `state` and
+/// `unlock` ask nothing and say `success`. Text that is no UTF-8 or has a NUL is refused with `param`. Of several
+/// matches a file keychain, the kind that a program without entitlements gets, removes the first one only, and its
+/// references change with the account.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeSecurityFrameworkKeychainStore();
 
 /// The store for a desktop application, chosen at the first call. macOS: the user's keychain. Linux: the Secret Service
