@@ -30,8 +30,8 @@ enum class Filter : std::size_t {
 };
 inline constexpr std::size_t filterCount = 9;
 
-/// Who keeps the access token: the library's choice or a private file.
-enum class KeychainKind { automatic, file };
+/// Who keeps the access token: the library's choice, the system's keychain or a private file.
+enum class KeychainKind { automatic, system, file };
 
 /// What the user has set, by flags, the environment or the configuration file.
 struct Settings {

@@ -18,9 +18,9 @@ while IFS= read -r variable; do
     [[ $variable == TARNWICK_CLIENT || $variable == TARNWICK_SERVICE ]] || unset "$variable"
 done < <(compgen -v TARNWICK_)
 unset http_proxy https_proxy all_proxy HTTPS_PROXY ALL_PROXY
-# No keyring of the person who runs the tests.
-unset DBUS_SESSION_BUS_ADDRESS DISPLAY WAYLAND_DISPLAY
-export XDG_RUNTIME_DIR=$work/runtime
+# Without the session bus, which is also looked for in the runtime folder and by the display, the token goes to a file
+# in the folder, and not to the developer's own keyring.
+unset DBUS_SESSION_BUS_ADDRESS XDG_RUNTIME_DIR DISPLAY
 export HOME=$work XDG_CONFIG_HOME=$work/config XDG_STATE_HOME=$work/state XDG_DATA_HOME=$work/data
 configuration=$XDG_CONFIG_HOME/tarnwick/config.toml
 
