@@ -69,7 +69,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
     });
     switch (end) {
         case KeyringThread::End::done:
-            if (!outcome->reason.empty() && outcome->status != KeychainStatus::itemNotFound) {
+            if (!outcome->reason.empty()) {
                 say(outcome->reason, operation);
             }
             return std::move(*outcome);
