@@ -161,6 +161,8 @@ void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCo
         } catch (const KeyringFailure& failure) {
             status = failure.status();
             say(failure.what(), "unlock");
+        } catch (const std::exception&) {
+            status = KeychainStatus::io;
         }
         g_main_context_pop_thread_default(context.get());
         complete(status);

@@ -26,12 +26,13 @@ PrivateKeyring::PrivateKeyring() {
     for (const auto* const name : {"DISPLAY", "WAYLAND_DISPLAY", "GNOME_KEYRING_CONTROL"}) {
         ::unsetenv(name);
     }
-    // Without folders of services: nothing is started unasked.
-    std::ofstream{folder() / "bus.conf"} << "<busconfig><type>session</type><listen>unix:path="
-                                         << (folder() / "session").string()
-                                         << "</listen><policy context=\"default\"><allow send_destination=\"*\" "
-                                            "eavesdrop=\"true\"/><allow eavesdrop=\"true\"/><allow own=\"*\"/>"
-                                            "</policy></busconfig>";
+    // One folder of services, empty at first: nothing is started unasked.
+    std::filesystem::create_directory(folder() / "services");
+    std::ofstream{folder() / "bus.conf"}
+        << "<busconfig><type>session</type><listen>unix:path=" << (folder() / "session").string()
+        << "</listen><servicedir>" << (folder() / "services").string()
+        << "</servicedir><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
     startBus();
 }
 
@@ -62,6 +63,11 @@ void PrivateKeyring::startKeyring(const std::optional<std::string>& password) {
     endKeyring();
     keyring_.emplace(command, password.value_or(""));
     outputOf({"gdbus", "wait", "--session", "--timeout", "60", "org.freedesktop.secrets"});
+}
+
+void PrivateKeyring::letTheBusStart(const std::string& program) const {
+    std::ofstream{folder() / "services" / "org.freedesktop.secrets.service"}
+        << "[D-BUS Service]\nName=org.freedesktop.secrets\nExec=" << program << '\n';
 }
 
 void PrivateKeyring::endKeyring() {

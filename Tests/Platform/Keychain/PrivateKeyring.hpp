@@ -24,6 +24,8 @@ public:
     /// default collection, made with the first one; another one leaves that locked. Without one it has what it had,
     /// locked.
     void startKeyring(const std::optional<std::string>& password = "password");
+    /// Has the bus, when it is started next, start the program for whoever asks for a keyring.
+    void letTheBusStart(const std::string& program) const;
     /// Kills it.
     void endKeyring();
     /// Returns when it has stopped.

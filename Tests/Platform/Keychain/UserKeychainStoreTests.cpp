@@ -64,7 +64,20 @@ TEST_F(UserKeychainStore, IsTheKeyringWhereThereIsOneAndTheFileElsewhere) {
         {"open", [&] { keyring.startKeyring(); }, "Secret Service", "/collection/login"},
         {"locked", [&] { keyring.lock(); }, "Secret Service", "/collection/login",
          KeychainStatus::interactionNotAllowed},
-        {"no bus", [&] { keyring.endKeyring(), keyring.endBus(); }, "private file", "no session bus"},
+        {"started by the bus",
+         [&] {
+             keyring.endKeyring();
+             keyring.letTheBusStart("/usr/bin/gnome-keyring-daemon --foreground --components=secrets");
+             keyring.endBus(), keyring.startBus();
+         },
+         "Secret Service", "/collection/login", KeychainStatus::interactionNotAllowed},
+        {"can't be started",
+         [&] {
+             keyring.letTheBusStart("/nowhere");
+             keyring.endBus(), keyring.startBus();
+         },
+         "private file", "no Secret Service"},
+        {"no bus", [&] { keyring.endBus(); }, "private file", "no session bus"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
