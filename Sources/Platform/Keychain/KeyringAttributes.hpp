@@ -21,8 +21,10 @@ struct KeyringAttributes {
     /// Microseconds since 1970 when the item was added, and later than those of the service before it: the keyring's
     /// own time counts in seconds.
     std::int64_t created = 0;
-    /// An item that is replaced by another has the same reference and a lower revision.
+    /// An item that is replaced by another has the same reference and a lower revision. One that is not finished yet
+    /// has that of a draft.
     std::int64_t revision = 1;
+    static constexpr std::int64_t draft = 0;
     /// An item without data looks to the keyring like one with empty data.
     bool hasData = false;
 

@@ -40,7 +40,7 @@ KeychainStatus statusOf(const GError& error) {
 
 }  // namespace
 
-KeyringFailure KeyringFailure::from(const GError* error, const char* action) {
+KeyringFailure KeyringFailure::ofItem(const GError* error, const char* action) {
     if (error == nullptr) {
         return {KeychainStatus::io, std::string{action}.append(" failed")};
     }
@@ -49,6 +49,14 @@ KeyringFailure KeyringFailure::from(const GError* error, const char* action) {
                                   .append(g_quark_to_string(error->domain))
                                   .append(" ")
                                   .append(std::to_string(error->code))};
+}
+
+KeyringFailure KeyringFailure::from(const GError* error, const char* action) {
+    auto failure = ofItem(error, action);
+    if (failure.status_ == KeychainStatus::itemNotFound) {
+        failure.status_ = KeychainStatus::notAvailable;
+    }
+    return failure;
 }
 
 }  // namespace Platform

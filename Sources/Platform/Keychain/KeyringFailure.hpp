@@ -20,6 +20,8 @@ public:
 
     /// From an error of libsecret or D-Bus. Their own words may quote attributes and are left out.
     [[nodiscard]] static KeyringFailure from(const GError* error, const char* action);
+    /// From an error of a step with an item that was found before, which may be gone: `itemNotFound` then.
+    [[nodiscard]] static KeyringFailure ofItem(const GError* error, const char* action);
 
     [[nodiscard]] const char* what() const noexcept override { return reason_.c_str(); }
     [[nodiscard]] KeychainStatus status() const noexcept { return status_; }

@@ -31,15 +31,18 @@ bool matches(const KeyringAttributes& attributes, const KeychainQuery& query) {
            (!query.account || *query.account == attributes.account);
 }
 
-/// `work`, once more when an item went away under it. The status is that of the last attempt.
+/// `work`, once more when an item went away under it. That says nothing of whether there is an item.
 template <class Work>
 auto repeated(Work work) {
     for (int attempt = 1;; ++attempt) {
         try {
             return work();
         } catch (const KeyringFailure& failure) {
-            if (failure.status() != KeychainStatus::itemNotFound || attempt == attempts) {
+            if (failure.status() != KeychainStatus::itemNotFound) {
                 throw;
+            }
+            if (attempt == attempts) {
+                throw KeyringFailure{KeychainStatus::notAvailable, "items go while they are read"};
             }
         }
     }
@@ -70,7 +73,7 @@ std::vector<KeyringItems::Item> KeyringItems::search(const std::optional<std::st
     }
     g_list_free(list);
     if (error) {
-        throw KeyringFailure::from(error.get(), "searching");
+        throw KeyringFailure::ofItem(error.get(), "searching");
     }
     if (items.empty() && connection_.isLocked(collection_.get())) {
         throw KeyringFailure{KeychainStatus::interactionNotAllowed, "locked"};
@@ -89,7 +92,9 @@ KeyringItems::Found KeyringItems::find(const std::optional<std::string>& service
     });
     Found found;
     for (auto& item : items) {
-        if (!found.items.empty() && found.items.back().attributes.reference == item.attributes.reference) {
+        if (item.attributes.revision <= KeyringAttributes::draft) {
+            found.leftovers.push_back(std::move(item));
+        } else if (!found.items.empty() && found.items.back().attributes.reference == item.attributes.reference) {
             found.leftovers.push_back(std::exchange(found.items.back(), std::move(item)));
         } else {
             found.items.push_back(std::move(item));
@@ -110,14 +115,26 @@ KeyringItems::Found KeyringItems::find(const std::optional<std::string>& service
 
 void KeyringItems::create(const KeyringAttributes& attributes, const std::string& label,
                           const std::optional<Bytes>& data) {
+    auto draft = attributes;
+    draft.revision = KeyringAttributes::draft;
     connection_.beforeStep();
     GLibOwner<GError> error;
     // Never in place of another: the keyring would take any item for the same that has these attributes among its own.
     const GLibOwner<SecretItem> created{secret_item_create_sync(
-        collection_.get(), keyringSchema(), tableOf(attributes).get(), keyringText(label).c_str(), secretOf(data).get(),
+        collection_.get(), keyringSchema(), tableOf(draft).get(), keyringText(label).c_str(), secretOf(data).get(),
         SECRET_ITEM_CREATE_NONE, connection_.cancellable(), GLibOutput{error})};
     if (!created) {
-        throw KeyringFailure::from(error.get(), "creating an item");
+        throw KeyringFailure::ofItem(error.get(), "creating an item");
+    }
+    setAttributes(created.get(), attributes);
+}
+
+void KeyringItems::setAttributes(SecretItem* item, const KeyringAttributes& attributes) {
+    connection_.beforeStep();
+    GLibOwner<GError> error;
+    if (secret_item_set_attributes_sync(item, keyringSchema(), tableOf(attributes).get(), connection_.cancellable(),
+                                        GLibOutput{error}) == FALSE) {
+        throw KeyringFailure::ofItem(error.get(), "changing an item");
     }
 }
 
@@ -125,7 +142,7 @@ void KeyringItems::erase(const Item& item) {
     connection_.beforeStep();
     GLibOwner<GError> error;
     if (secret_item_delete_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
-        auto failure = KeyringFailure::from(error.get(), "deleting an item");
+        auto failure = KeyringFailure::ofItem(error.get(), "deleting an item");
         if (failure.status() != KeychainStatus::itemNotFound) {
             throw failure;
         }
@@ -147,7 +164,7 @@ Bytes KeyringItems::dataOf(const Item& item) {
     connection_.beforeStep();
     GLibOwner<GError> error;
     if (secret_item_load_secret_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
-        throw KeyringFailure::from(error.get(), "reading a secret");
+        throw KeyringFailure::ofItem(error.get(), "reading a secret");
     }
     const SecretValueOwner value{secret_item_get_secret(item.handle.get())};
     if (!value) {
@@ -189,18 +206,17 @@ void KeyringItems::change(const Item& item, const KeyringAttributes& changed, co
         tidyUp({&item, 1});
         return;
     }
-    if (!data && changed == item.attributes) {
+    if (!data) {
+        if (changed != item.attributes) {
+            setAttributes(item.handle.get(), changed);
+        }
         return;
     }
     connection_.beforeStep();
     GLibOwner<GError> error;
-    const auto isWritten =
-        data ? secret_item_set_secret_sync(item.handle.get(), secretOf(data).get(), connection_.cancellable(),
-                                           GLibOutput{error})
-             : secret_item_set_attributes_sync(item.handle.get(), keyringSchema(), tableOf(changed).get(),
-                                               connection_.cancellable(), GLibOutput{error});
-    if (isWritten == FALSE) {
-        throw KeyringFailure::from(error.get(), "changing an item");
+    if (secret_item_set_secret_sync(item.handle.get(), secretOf(data).get(), connection_.cancellable(),
+                                    GLibOutput{error}) == FALSE) {
+        throw KeyringFailure::ofItem(error.get(), "changing a secret");
     }
 }
 
@@ -229,6 +245,10 @@ KeychainStatus KeyringItems::update(const KeychainQuery& target, const KeychainC
 }
 
 KeychainStatus KeyringItems::add(const KeychainItem& item) {
+    return repeated([&] { return addOnce(item); });
+}
+
+KeychainStatus KeyringItems::addOnce(const KeychainItem& item) {
     const auto before = find(item.service);
     if (std::any_of(before.items.begin(), before.items.end(),
                     [&](const Item& other) { return other.attributes.account == item.account; })) {
@@ -268,6 +288,11 @@ KeychainStatus KeyringItems::remove(const KeychainQuery& target) {
 
 void KeyringItems::takeOver(const std::vector<StoredKeychainItem>& items,
                             std::chrono::system_clock::time_point writtenAt) {
+    repeated([&] { takeOverOnce(items, writtenAt); });
+}
+
+void KeyringItems::takeOverOnce(const std::vector<StoredKeychainItem>& items,
+                                std::chrono::system_clock::time_point writtenAt) {
     const auto holds = [](const Found& found, const Bytes& reference) {
         return std::any_of(found.items.begin(), found.items.end(),
                            [&](const Item& each) { return each.attributes.reference == reference; });
@@ -310,10 +335,8 @@ void KeyringItems::takeOver(const std::vector<StoredKeychainItem>& items,
                 throw KeyringFailure{KeychainStatus::io, "an item reads otherwise than it was written"};
             }
         }
-        if (!others.empty()) {
-            for (const auto& leftover : before.leftovers) {
-                erase(leftover);
-            }
+        for (const auto& leftover : before.leftovers) {
+            erase(leftover);
         }
         for (const auto* other : others) {
             erase(*other);

@@ -14,7 +14,9 @@ namespace Platform {
 /// The keyring changes the secret and the attributes of an item by two calls, and keeps two items alike. So what
 /// changes both is written as a new item of the same reference and a higher revision, before the old one is deleted:
 /// whoever is killed in between leaves two, of which the higher counts, and the next write deletes the other. Of two
-/// items with the same service and account, which two processes have added at once, the older counts.
+/// items with the same service and account, which two processes have added at once, the older counts. A new item is a
+/// draft, which never counts, until a change of its attributes makes it good: the keyring brings a new item to the disk
+/// first without its secret.
 class KeyringItems {
 public:
     /// Throws when the collection is locked: to a search it may look empty then.
@@ -44,6 +46,9 @@ private:
 
     [[nodiscard]] Found find(const std::optional<std::string>& service);
     [[nodiscard]] std::vector<Item> search(const std::optional<std::string>& service);
+    [[nodiscard]] KeychainStatus addOnce(const KeychainItem& item);
+    void takeOverOnce(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
+    void setAttributes(SecretItem* item, const KeyringAttributes& attributes);
     void create(const KeyringAttributes& attributes, const std::string& label, const std::optional<Bytes>& data);
     void change(const Item& item, const KeyringAttributes& changed, const std::optional<Bytes>& data);
     void erase(const Item& item);

@@ -69,7 +69,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
     });
     switch (end) {
         case KeyringThread::End::done:
-            if (!outcome->reason.empty() && outcome->status != KeychainStatus::itemNotFound) {
+            if (!outcome->reason.empty()) {
                 say(outcome->reason, operation);
             }
             return std::move(*outcome);
@@ -161,6 +161,8 @@ void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCo
         } catch (const KeyringFailure& failure) {
             status = failure.status();
             say(failure.what(), "unlock");
+        } catch (const std::exception&) {
+            status = KeychainStatus::io;
         }
         g_main_context_pop_thread_default(context.get());
         complete(status);
