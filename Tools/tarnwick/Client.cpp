@@ -3,10 +3,10 @@
 #include <Tarnwick_API/TarnwickApi.hpp>
 
 #include <chrono>
-#include <iostream>
 #include <string_view>
 
 #include "InstallationId.hpp"
+#include "KeptItem.hpp"
 #include "UserFolders.hpp"
 #include "WaitingLine.hpp"
 
@@ -19,9 +19,6 @@ using Tarnwick_API::Keychain;
 using Tarnwick_API::OAuthToken;
 
 namespace {
-
-/// What the library leaves in the keychain in a token's place after signing out.
-constexpr std::string_view wipedAccount = "wipe";
 
 std::chrono::milliseconds milliseconds(double seconds) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>{seconds});
@@ -73,11 +70,6 @@ std::shared_ptr<Platform::HttpSession> makeSession(const Settings& settings, std
     return std::make_shared<WatchedSession>(Platform::makeHttpSession(std::move(configuration)), std::move(log));
 }
 
-void openDebugChannel() {
-    Platform::Logging::setSink(
-        [](const Platform::Logging::Entry& entry) { std::cerr << "[debug] " << entry.message << '\n'; });
-}
-
 }  // namespace
 
 Client::Client(const Settings& settings)
@@ -85,16 +77,10 @@ Client::Client(const Settings& settings)
       queue_{std::make_shared<Platform::BuiltInMainQueue>()},
       transfers_{std::make_shared<TransferLog>()} {
     requireServiceSettings(settings);
-    if (settings.verbose) {
-        openDebugChannel();
-    }
     if (!settings.clickId.empty()) {
         Platform::Preferences::setLookup([clickId = settings.clickId](std::string_view key) {
             return key == "cid" ? std::optional{clickId} : std::nullopt;
         });
-    }
-    if (!settings.keychainFile.empty()) {
-        Keychain::setStore(Platform::makeFileKeychainStore(settings.keychainFile));
     }
     Platform::MainQueue::setMain(queue_);
     ApiVersion1::setSessionManager(makeSession(settings, transfers_));
@@ -107,22 +93,46 @@ Client::Client(const Settings& settings)
 
 std::optional<OAuthToken> Client::storedToken() const {
     const auto login = Keychain::getLoginData(settings_.keychainService);
-    if (!login || login->username == wipedAccount) {
+    if (!login || isPlaceholder(login->username)) {
         return std::nullopt;
     }
     return OAuthToken{login->username, login->password};
 }
 
-void Client::requireSignIn() const {
-    adoptStoredToken();
-    if (api_->username().empty()) {
-        throw Failure::notSignedIn();
+OAuthToken Client::requiredToken() const {
+    auto token = storedToken();
+    if (!token) {
+        const auto status = keptItem(settings_.keychainService).status;
+        throw status == Platform::KeychainStatus::success ? Failure::notSignedIn() : Failure::keychain(status);
     }
+    return *std::move(token);
+}
+
+void Client::requireSignIn() const {
+    adopt(requiredToken());
+}
+
+void Client::requireKept() const {
+    const auto* backend = dynamic_cast<const ApiVersion1*>(api_->api().get());
+    const auto kept = storedToken();
+    if (backend == nullptr || !backend->oauthToken() ||
+        (kept && kept->token == backend->oauthToken()->token && kept->secret == backend->oauthToken()->secret)) {
+        return;
+    }
+    const auto status = keptItem(settings_.keychainService).status;
+    throw Failure{ExitStatus::local, "tokenNotKept",
+                  std::string{"Signed in, but the access token could not be kept: "} +
+                      (status == Platform::KeychainStatus::success ? "the keychain did not take it."
+                                                                   : Failure::keychain(status).what())};
 }
 
 void Client::adoptStoredToken() const {
+    adopt(storedToken());
+}
+
+void Client::adopt(std::optional<OAuthToken> token) const {
     if (auto* backend = dynamic_cast<ApiVersion1*>(api_->api().get()); backend != nullptr) {
-        backend->setOauthToken(storedToken());
+        backend->setOauthToken(std::move(token));
     }
 }
 

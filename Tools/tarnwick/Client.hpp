@@ -29,10 +29,14 @@ public:
 
     /// The access token of the last sign-in; none when signed out.
     [[nodiscard]] std::optional<Tarnwick_API::OAuthToken> storedToken() const;
-    /// Gives the stored token to the backend, without asking the service. Throws `Failure` when there is none.
+    /// As above. Throws `Failure` when there is none, or when the keychain does not tell.
+    [[nodiscard]] Tarnwick_API::OAuthToken requiredToken() const;
+    /// Gives the stored token to the backend, without asking the service. Throws `Failure` as above.
     void requireSignIn() const;
     /// As above, but goes on without a token.
     void adoptStoredToken() const;
+    /// Throws `Failure` when the keychain has not kept the token of a sign-in that has just been.
+    void requireKept() const;
     /// Forgets a stored token that the service does not know any more.
     void forgetStoredToken() const;
 
@@ -83,6 +87,7 @@ public:
     }
 
 private:
+    void adopt(std::optional<Tarnwick_API::OAuthToken> token) const;
     void wait(const std::string& doing, const std::function<bool()>& isDone);
 
     const Settings& settings_;

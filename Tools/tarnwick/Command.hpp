@@ -8,6 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "ExitStatus.hpp"
+
 namespace CLI {
 class App;
 }
@@ -15,6 +17,7 @@ class App;
 namespace TarnwickClient {
 
 class Client;
+struct Settings;
 
 using Json = nlohmann::ordered_json;
 
@@ -23,11 +26,15 @@ struct Result {
     Json json;
     /// Ends with a line break. Takes the terminal's width, or none.
     std::function<std::string(std::optional<std::size_t> width)> text;
+    /// For commands that ask a question; what goes wrong is a `Failure`.
+    ExitStatus status = ExitStatus::ok;
 };
 
 struct Command {
-    CLI::App* app;
-    std::function<Result(Client&)> run;
+    CLI::App* app = nullptr;
+    std::function<Result(Client&)> run = {};
+    /// Set instead of `run` where the command does without the service and its settings.
+    std::function<Result(const Settings&)> runLocally = {};
 };
 
 /// A result of one sentence.
@@ -36,5 +43,6 @@ struct Command {
 void addAccountCommands(CLI::App& app, std::vector<Command>& commands);
 void addSessionCommands(CLI::App& app, std::vector<Command>& commands);
 void addCatalogueCommands(CLI::App& app, std::vector<Command>& commands);
+void addKeychainCommands(CLI::App& app, std::vector<Command>& commands);
 
 }  // namespace TarnwickClient

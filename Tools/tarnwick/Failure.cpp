@@ -1,5 +1,7 @@
 #include "Failure.hpp"
 
+#include <Tarnwick_API/Storage/Keychain.hpp>
+
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -7,6 +9,7 @@
 
 namespace TarnwickClient {
 
+using Platform::KeychainStatus;
 using Tarnwick_API::ApiError;
 using Tarnwick_API::LoginError;
 using Tarnwick_API::ResponseError;
@@ -95,6 +98,28 @@ Failure Failure::from(const ApiError& error, std::string_view transportError) {
         return make({ExitStatus::refused, isTaken ? "usernameAlreadyExists" : "signupFailed"}, description, {});
     }
     return make({ExitStatus::noAnswer, "decodingError"}, description, {});
+}
+
+Failure Failure::keychain(KeychainStatus status) {
+    if (status == KeychainStatus::interactionNotAllowed) {
+        return {ExitStatus::local, "keychainLocked",
+                "The keychain is locked. Unlock it with: tarnwick keychain unlock"};
+    }
+    return {
+        ExitStatus::local, "keychainUnavailable",
+        "The keychain can't be used: " + Tarnwick_API::Keychain::store()->message(status).value_or("no reason given")};
+}
+
+Failure Failure::unlocking(KeychainStatus status) {
+    switch (status) {
+        case KeychainStatus::userCanceled:
+            return {ExitStatus::local, "keychainLocked", "The keychain stays locked: its prompt was dismissed."};
+        case KeychainStatus::interactionNotAllowed:
+            return {ExitStatus::local, "keychainLocked",
+                    "The keychain stays locked: there is no place to show its prompt."};
+        default:
+            return keychain(status);
+    }
 }
 
 bool isSessionEnded(const ApiError& error) {

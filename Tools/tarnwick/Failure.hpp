@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiError.hpp>
+#include <Tarnwick_API/Platform/KeychainStore.hpp>
 
 #include <stdexcept>
 #include <string>
@@ -24,6 +25,11 @@ public:
     [[nodiscard]] static Failure notSignedIn() {
         return {ExitStatus::notSignedIn, "notSignedIn", "Not signed in. Sign in with: tarnwick login"};
     }
+
+    /// The keychain did not do what it was asked for.
+    [[nodiscard]] static Failure keychain(Platform::KeychainStatus status);
+    /// As above, after an attempt to unlock it.
+    [[nodiscard]] static Failure unlocking(Platform::KeychainStatus status);
 
     [[nodiscard]] ExitStatus status() const noexcept { return status_; }
     /// Such as "unauthorized"; stays the same between versions.

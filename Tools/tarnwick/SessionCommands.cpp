@@ -61,9 +61,7 @@ void addLogin(CLI::App& app, std::vector<Command>& commands) {
                             const auto user = client.ask<User>("Signing in", [&](Completion<User> onCompletion) {
                                 client.api().login(username, password, arguments->import, std::move(onCompletion));
                             });
-                            if (!client.storedToken()) {
-                                throw Failure::local("Signed in, but the keychain could not keep the access token.");
-                            }
+                            client.requireKept();
                             return sentence(toJson(user), "Signed in as " + user.username + ".");
                         }});
 }
@@ -81,6 +79,11 @@ void addLogout(CLI::App& app, std::vector<Command>& commands) {
                             }
                             if (error) {
                                 throw client.failure(*error);
+                            }
+                            if (client.storedToken()) {
+                                throw Failure{ExitStatus::local, "tokenNotWiped",
+                                              "Signed out, but the keychain still has the access token, which is "
+                                              "worth nothing any more."};
                             }
                             return sentence({{"signedOut", true}}, "Signed out.");
                         }});

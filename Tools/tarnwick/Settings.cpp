@@ -128,7 +128,15 @@ void addLocalSettings(CLI::App& app, Settings& settings) {
     add(app, "keychain-service", settings.keychainService, "Name under which the keychain keeps the token [tarnwick]")
         ->option_text("NAME")
         ->group(group);
-    add(app, "keychain-file", settings.keychainFile, "Keep the keychain in this file")
+    const std::map<std::string, KeychainKind> kinds{
+        {"auto", KeychainKind::automatic}, {"system", KeychainKind::system}, {"file", KeychainKind::file}};
+    add(app, "keychain", settings.keychain,
+        "Who keeps the token: system (the desktop's keyring), file (a private file) or auto, the first that works "
+        "[auto]")
+        ->transform(CLI::Transformer(kinds).description(""))
+        ->option_text("KIND")
+        ->group(group);
+    add(app, "keychain-file", settings.keychainFile, "Keep the keychain in this file; implies the kind file")
         ->option_text("FILE")
         ->group(group);
     add(app, "cache", settings.cacheFolder,

@@ -30,6 +30,9 @@ enum class Filter : std::size_t {
 };
 inline constexpr std::size_t filterCount = 9;
 
+/// Who keeps the access token: the library's choice, the system's keychain or a private file.
+enum class KeychainKind { automatic, system, file };
+
 /// What the user has set, by flags, the environment or the configuration file.
 struct Settings {
     Tarnwick_API::ApiEnvironment environment = Tarnwick_API::ApiEnvironment::live;
@@ -39,6 +42,7 @@ struct Settings {
     std::optional<std::int64_t> partnerId;
     std::string installationId;
     std::string keychainService = "tarnwick";
+    KeychainKind keychain = KeychainKind::automatic;
     std::string keychainFile;
     /// By the order of `ApiEnvironment`.
     std::array<std::string, 4> hosts;

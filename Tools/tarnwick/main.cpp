@@ -1,4 +1,5 @@
 #include <Tarnwick_API/Platform/Bundle.hpp>
+#include <Tarnwick_API/Platform/Logging.hpp>
 
 #include <algorithm>
 #include <clocale>
@@ -15,6 +16,7 @@
 #include "DisplayText.hpp"
 #include "ExitStatus.hpp"
 #include "Failure.hpp"
+#include "KeychainChoice.hpp"
 #include "ResultStream.hpp"
 #include "Settings.hpp"
 #include "Terminal.hpp"
@@ -35,6 +37,11 @@ void introduceProgram() {
                                                 {"CFBundleIdentifier", "example.tarnwick.client"},
                                                 {"CFBundleVersion", TARNWICK_CLIENT_VERSION},
                                                 {"CFBundleShortVersionString", TARNWICK_CLIENT_VERSION}}});
+}
+
+void openDebugChannel() {
+    Platform::Logging::setSink(
+        [](const Platform::Logging::Entry& entry) { std::cerr << "[debug] " << entry.message << '\n'; });
 }
 
 std::string document(const Json& json) {
@@ -59,17 +66,29 @@ int report(const Failure& failure) {
     return static_cast<int>(failure.status());
 }
 
+TarnwickClient::Result resultOf(const Settings& settings, const Command& command) {
+    if (settings.verbose) {
+        openDebugChannel();
+    }
+    TarnwickClient::installKeychain(settings);
+    if (command.runLocally) {
+        return command.runLocally(settings);
+    }
+    Client client{settings};
+    auto result = command.run(client);
+    if (!settings.cacheFolder.empty()) {
+        std::cerr << TarnwickClient::sourcesText(client.transfers()) << '\n';
+    }
+    return result;
+}
+
 int runCommand(const Settings& settings, const Command& command) {
     const ResultStream results;
     try {
-        Client client{settings};
-        const auto result = command.run(client);
+        const auto result = resultOf(settings, command);
         results.write(settings.json ? document(result.json)
                                     : result.text(TarnwickClient::terminalWidth(results.descriptor())));
-        if (!settings.cacheFolder.empty()) {
-            std::cerr << TarnwickClient::sourcesText(client.transfers()) << '\n';
-        }
-        return static_cast<int>(ExitStatus::ok);
+        return static_cast<int>(result.status);
     } catch (const Failure& failure) {
         const auto status = report(failure);
         if (settings.json && failure.kind() != "output") {
@@ -104,6 +123,7 @@ int runProgram(int argc, char** argv) {
     TarnwickClient::addSessionCommands(app, commands);
     TarnwickClient::addAccountCommands(app, commands);
     TarnwickClient::addCatalogueCommands(app, commands);
+    TarnwickClient::addKeychainCommands(app, commands);
     app.footer(std::string{TarnwickClient::settingsHelp} + "\n" + TarnwickClient::exitStatusHelp);
     try {
         app.parse(argc, argv);

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include <sys/stat.h>
+
 namespace Platform {
 
 namespace {
@@ -72,6 +74,36 @@ KeychainStatus FileKeychainStore::add(const KeychainItem& item) {
 KeychainStatus FileKeychainStore::remove(const KeychainQuery& target) {
     const std::lock_guard lock{fileAccess()};
     return onFile(path_, patience_, [&](KeychainDatabase& database) { return database.remove(target); });
+}
+
+KeychainStoreState FileKeychainStore::state() {
+    auto status = copyMatching({}, {}).status;
+    if (status == KeychainStatus::itemNotFound) {
+        status = KeychainStatus::success;
+    }
+    return {"private file", path_.string(), status};
+}
+
+FileKeychainStore::Content FileKeychainStore::everything() {
+    const std::lock_guard lock{fileAccess()};
+    Content content;
+    content.status = onFile(path_, patience_, [&](KeychainDatabase& database) {
+        // Before the reading: what is written meanwhile is not older than this.
+        struct stat found {};
+        if (::stat(path_.c_str(), &found) == 0) {
+            content.writtenAt = std::chrono::system_clock::from_time_t(found.st_mtime);
+        }
+        return database.everything(content.items);
+    });
+    if (content.status == KeychainStatus::itemNotFound) {
+        content.status = KeychainStatus::success;
+    }
+    return content;
+}
+
+KeychainStatus FileKeychainStore::removeUnchanged(const std::vector<StoredKeychainItem>& items) {
+    const std::lock_guard lock{fileAccess()};
+    return onFile(path_, patience_, [&](KeychainDatabase& database) { return database.removeUnchanged(items); });
 }
 
 std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path) {

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Platform/Keychain/StoredKeychainItem.hpp>
 
 #include <chrono>
 #include <filesystem>
+#include <vector>
 
 namespace Platform {
 
@@ -19,6 +20,17 @@ public:
     [[nodiscard]] KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) override;
     [[nodiscard]] KeychainStatus add(const KeychainItem& item) override;
     [[nodiscard]] KeychainStatus remove(const KeychainQuery& target) override;
+    [[nodiscard]] KeychainStoreState state() override;
+
+    struct Content {
+        KeychainStatus status = KeychainStatus::success;
+        /// The oldest first; none when there is no file.
+        std::vector<StoredKeychainItem> items = {};
+        std::chrono::system_clock::time_point writtenAt = {};
+    };
+    [[nodiscard]] Content everything();
+    /// Removes those of `items` that are still the same, all at once.
+    [[nodiscard]] KeychainStatus removeUnchanged(const std::vector<StoredKeychainItem>& items);
 
 private:
     std::filesystem::path path_;

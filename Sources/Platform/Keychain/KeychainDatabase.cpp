@@ -19,6 +19,8 @@ constexpr std::string_view createLayout =
     " comment TEXT NOT NULL, data BLOB, reference BLOB NOT NULL UNIQUE, UNIQUE (account, service)) STRICT;"
     "PRAGMA user_version = 1";
 
+constexpr std::string_view selectItems = "SELECT service, account, label, comment, data, reference FROM item WHERE ";
+
 constexpr std::string_view matching = "(?1 IS NULL OR service = ?1) AND (?2 IS NULL OR account = ?2)";
 
 std::string withMatching(std::string_view before, std::string_view after) {
@@ -72,6 +74,9 @@ public:
 
     std::string text(int column) const { return bytes(column).value_or(std::string{}); }
 
+    /// The row of `selectItems`.
+    StoredKeychainItem item() const { return {text(0), text(1), text(2), text(3), bytes(4), text(5)}; }
+
 private:
     struct Finalize {
         void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
@@ -104,17 +109,26 @@ KeychainDatabase::Found KeychainDatabase::first(const KeychainQuery& query) {
     if (const auto status = checkLayout(); status != KeychainStatus::success) {
         return {status, {}};
     }
-    Statement select{connection_.get(),
-                     withMatching("SELECT service, account, label, comment, data, reference FROM item WHERE ",
-                                  " ORDER BY id LIMIT 1")};
+    Statement select{connection_.get(), withMatching(selectItems, " ORDER BY id LIMIT 1")};
     select.bindText(1, pointerTo(query.service));
     select.bindText(2, pointerTo(query.account));
     const int code = select.step();
     if (code != SQLITE_ROW) {
         return {code == SQLITE_DONE ? KeychainStatus::itemNotFound : statusOf(code), {}};
     }
-    return {KeychainStatus::success,
-            {select.text(0), select.text(1), select.text(2), select.text(3), select.bytes(4), select.text(5)}};
+    return {KeychainStatus::success, select.item()};
+}
+
+KeychainStatus KeychainDatabase::everything(std::vector<StoredKeychainItem>& items) {
+    if (const auto status = checkLayout(); status != KeychainStatus::success) {
+        return status;
+    }
+    Statement select{connection_.get(), std::string{selectItems}.append("TRUE ORDER BY id")};
+    int code = select.step();
+    for (; code == SQLITE_ROW; code = select.step()) {
+        items.push_back(select.item());
+    }
+    return statusOf(code);
 }
 
 KeychainStatus KeychainDatabase::update(const KeychainQuery& target, const KeychainChanges& changes) {
@@ -170,6 +184,27 @@ KeychainStatus KeychainDatabase::remove(const KeychainQuery& target) {
     statement.bindText(1, pointerTo(target.service));
     statement.bindText(2, pointerTo(target.account));
     return change(statement);
+}
+
+KeychainStatus KeychainDatabase::removeUnchanged(const std::vector<StoredKeychainItem>& items) {
+    if (const auto status = checkLayout(); status != KeychainStatus::success) {
+        return status;
+    }
+    if (const auto status = run("BEGIN IMMEDIATE"); status != KeychainStatus::success) {
+        return status;
+    }
+    for (const auto& item : items) {
+        Statement statement{connection_.get(),
+                            "DELETE FROM item WHERE reference = ?1 AND account = ?2 AND comment = ?3 AND data IS ?4"};
+        statement.bindBytes(1, &item.persistentReference);
+        statement.bindText(2, &item.account);
+        statement.bindText(3, &item.comment);
+        statement.bindBytes(4, pointerTo(item.data));
+        if (const int code = statement.step(); code != SQLITE_DONE) {
+            return statusOf(code);
+        }
+    }
+    return run("COMMIT");
 }
 
 KeychainStatus KeychainDatabase::statusOf(int code) const {

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 struct sqlite3;
 
@@ -32,6 +33,10 @@ public:
     [[nodiscard]] KeychainStatus add(const StoredKeychainItem& item);
     /// Removes every match.
     [[nodiscard]] KeychainStatus remove(const KeychainQuery& target);
+    /// Appends all items to `items`, the oldest first.
+    [[nodiscard]] KeychainStatus everything(std::vector<StoredKeychainItem>& items);
+    /// Removes those of `items` that are still the same, in one transaction.
+    [[nodiscard]] KeychainStatus removeUnchanged(const std::vector<StoredKeychainItem>& items);
 
 private:
     class Statement;

@@ -54,6 +54,8 @@ public:
         return removed == 0 ? KeychainStatus::itemNotFound : KeychainStatus::success;
     }
 
+    KeychainStoreState state() override { return {"memory", {}, KeychainStatus::success}; }
+
 private:
     std::vector<StoredKeychainItem>::iterator firstMatch(const KeychainQuery& query) {
         return std::find_if(items_.begin(), items_.end(), [&](const auto& item) { return matches(item, query); });

@@ -12,6 +12,8 @@ struct StoredKeychainItem {
     std::string comment;
     std::optional<Bytes> data;
     Bytes persistentReference;
+
+    friend bool operator==(const StoredKeychainItem&, const StoredKeychainItem&) = default;
 };
 
 /// A persistent reference that no item has had: 36 random characters.

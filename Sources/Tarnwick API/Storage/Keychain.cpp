@@ -180,10 +180,10 @@ std::shared_ptr<KeychainStore> Keychain::store() {
         return store;
     }
     // Never destroyed: an operation may still run while the process exits.
-    static const auto& file = *std::make_unique<std::shared_ptr<KeychainStore>>(
-                                   Platform::makeFileKeychainStore(Platform::defaultKeychainFile()))
-                                   .release();
-    return file;
+    static const auto& ofTheUser = *std::make_unique<std::shared_ptr<KeychainStore>>(
+                                        Platform::makeUserKeychainStore(Platform::defaultKeychainFile()))
+                                        .release();
+    return ofTheUser;
 }
 
 void Keychain::setStore(std::shared_ptr<KeychainStore> store) {

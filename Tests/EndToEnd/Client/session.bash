@@ -18,6 +18,9 @@ while IFS= read -r variable; do
     [[ $variable == TARNWICK_CLIENT || $variable == TARNWICK_SERVICE ]] || unset "$variable"
 done < <(compgen -v TARNWICK_)
 unset http_proxy https_proxy all_proxy HTTPS_PROXY ALL_PROXY
+# The session bus would lead to the developer's own keyring. With an address that leads nowhere no other is looked for,
+# and the token goes to a file in the folder.
+export DBUS_SESSION_BUS_ADDRESS=disabled:
 export HOME=$work XDG_CONFIG_HOME=$work/config XDG_STATE_HOME=$work/state XDG_DATA_HOME=$work/data
 configuration=$XDG_CONFIG_HOME/tarnwick/config.toml
 

@@ -3,13 +3,13 @@
 #include <Platform/Keychain/FileKeychainStore.hpp>
 
 #include "ChildProcess.hpp"
+#include "NumberedItems.hpp"
 #include "PrintKeychainStatus.hpp"
 #include "TemporaryFolder.hpp"
 
 #include <atomic>
 #include <chrono>
 #include <csignal>
-#include <ctime>
 #include <random>
 #include <thread>
 
@@ -151,16 +151,6 @@ TEST_F(FileKeychainDurability, LeavesTheOldOrTheNewItemAtEachPointOfDeath) {
     }
 }
 
-/// Has the system kill this process after `lifetime`.
-bool killAfter(std::chrono::nanoseconds lifetime) {
-    sigevent event{};
-    event.sigev_notify = SIGEV_SIGNAL;
-    event.sigev_signo = SIGKILL;
-    timer_t timer{};
-    const itimerspec end{{}, {lifetime / std::chrono::seconds{1}, (lifetime % std::chrono::seconds{1}).count()}};
-    return ::timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 && ::timer_settime(timer, 0, &end, nullptr) == 0;
-}
-
 TEST_F(FileKeychainDurability, LeavesTheOldOrTheNewItemWheneverKilled) {
     FileKeychainStore store{file};
     ASSERT_EQ(store.add(item("a", 1)), success);
@@ -171,7 +161,7 @@ TEST_F(FileKeychainDurability, LeavesTheOldOrTheNewItemWheneverKilled) {
     const Shared<std::atomic<unsigned>> written;
     int interrupted = 0;
     std::mt19937 random{static_cast<unsigned>(::getpid())};
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 1'000; ++round) {
         SCOPED_TRACE(round);
         std::uniform_int_distribution<std::int64_t> lifetimes{1, 2 * timeOfWrite.count()};
         ChildProcess child{[&, lifetime = std::chrono::nanoseconds{lifetimes(random)}] {

@@ -73,11 +73,12 @@ public:
     /// once. See `Platform::KeychainStore::unlock`.
     static void unlock(std::function<void(Platform::KeychainStatus)> onCompletion);
 
-    /// The process-wide keychain behind the operations: the one given to `setStore`, or else a private file at
-    /// `Platform::defaultKeychainFile()`, a path that is worked out once, at the first use.
+    /// The process-wide keychain behind the operations: the one given to `setStore`, or else the user's own, see
+    /// `Platform::makeUserKeychainStore`, with the file `Platform::defaultKeychainFile()`, a path that is worked out
+    /// once, at the first use.
     [[nodiscard]] static std::shared_ptr<Platform::KeychainStore> store();
 
-    /// Replaces the process-wide keychain; none goes back to the file. Operations on their way keep the one they began
+    /// Replaces the process-wide keychain; none goes back to the user's own. Operations on their way keep the one they began
     /// with.
     static void setStore(std::shared_ptr<Platform::KeychainStore> store);
 };

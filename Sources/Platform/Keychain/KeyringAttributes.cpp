@@ -1,0 +1,121 @@
+#include <Platform/Keychain/KeyringAttributes.hpp>
+
+#include <Platform/Json/Utf8.hpp>
+
+#include <charconv>
+#include <string_view>
+
+namespace Platform {
+
+namespace {
+
+constexpr std::string_view escape = "base64:";
+constexpr const char* serviceKey = "service";
+constexpr const char* accountKey = "account";
+constexpr const char* commentKey = "comment";
+constexpr const char* referenceKey = "ref";
+constexpr const char* createdKey = "created";
+constexpr const char* revisionKey = "revision";
+constexpr const char* hasDataKey = "hasData";
+
+GLibOwner<GHashTable> emptyTable() {
+    return GLibOwner<GHashTable>{g_hash_table_new_full(g_str_hash, g_str_equal, g_free, g_free)};
+}
+
+void set(GHashTable* table, const char* key, const std::string& text) {
+    g_hash_table_insert(table, g_strdup(key), g_strdup(text.c_str()));
+}
+
+std::optional<std::string> textAt(GHashTable* table, const char* key) {
+    const auto* const text = static_cast<const char*>(g_hash_table_lookup(table, key));
+    return text == nullptr ? std::nullopt : std::optional<std::string>{text};
+}
+
+std::string bytesAt(GHashTable* table, const char* key) {
+    return bytesOfKeyringText(textAt(table, key).value_or(std::string{}));
+}
+
+std::int64_t numberAt(GHashTable* table, const char* key) {
+    const auto text = textAt(table, key).value_or(std::string{});
+    std::int64_t number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
+
+}  // namespace
+
+std::string keyringText(const std::string& bytes) {
+    if (!bytes.starts_with(escape) && bytes.find('\0') == std::string::npos && isValidUtf8(bytes)) {
+        return bytes;
+    }
+    const GLibOwner<char> encoded{g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size())};
+    return std::string{escape}.append(encoded.get());
+}
+
+std::string bytesOfKeyringText(const std::string& text) {
+    if (!text.starts_with(escape)) {
+        return text;
+    }
+    gsize size = 0;
+    const std::unique_ptr<guchar, decltype(&g_free)> decoded{g_base64_decode(text.c_str() + escape.size(), &size),
+                                                             &g_free};
+    return {reinterpret_cast<const char*>(decoded.get()), size};
+}
+
+const SecretSchema* keyringSchema() {
+    // Searched by its name too, so that items of others with the same service are neither found nor touched.
+    static const SecretSchema schema{"Platform.GenericPassword",
+                                     SECRET_SCHEMA_NONE,
+                                     {{serviceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {accountKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {commentKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {referenceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {createdKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {revisionKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {hasDataKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+                                      {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
+                                     0,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr,
+                                     nullptr};
+    return &schema;
+}
+
+GLibOwner<GHashTable> tableOf(const KeyringAttributes& attributes) {
+    auto table = emptyTable();
+    set(table.get(), serviceKey, keyringText(attributes.service));
+    set(table.get(), accountKey, keyringText(attributes.account));
+    set(table.get(), commentKey, keyringText(attributes.comment));
+    set(table.get(), referenceKey, keyringText(attributes.reference));
+    set(table.get(), createdKey, std::to_string(attributes.created));
+    set(table.get(), revisionKey, std::to_string(attributes.revision));
+    if (attributes.hasData) {
+        set(table.get(), hasDataKey, "yes");
+    }
+    return table;
+}
+
+GLibOwner<GHashTable> tableToFind(const std::optional<std::string>& service) {
+    auto table = emptyTable();
+    if (service) {
+        set(table.get(), serviceKey, keyringText(*service));
+    }
+    return table;
+}
+
+std::optional<KeyringAttributes> attributesOf(GHashTable* table) {
+    const auto reference = textAt(table, referenceKey);
+    if (!reference) {
+        return std::nullopt;
+    }
+    return KeyringAttributes{bytesAt(table, serviceKey),           bytesAt(table, accountKey),
+                             bytesAt(table, commentKey),           bytesOfKeyringText(*reference),
+                             numberAt(table, createdKey),          numberAt(table, revisionKey),
+                             textAt(table, hasDataKey).has_value()};
+}
+
+}  // namespace Platform

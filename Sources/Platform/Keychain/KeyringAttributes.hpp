@@ -1,0 +1,48 @@
+#pragma once
+
+#include <Platform/Keychain/GLibOwners.hpp>
+#include <Platform/Keychain/StoredKeychainItem.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include <libsecret/secret.h>
+
+namespace Platform {
+
+/// What lies in the keyring for an item, besides the secret and the label.
+struct KeyringAttributes {
+    std::string service;
+    std::string account;
+    std::string comment;
+    /// The persistent reference. The keyring's own name for an item may be used again after a deletion.
+    std::string reference;
+    /// Microseconds since 1970 when the item was added, and later than those of the service before it: the keyring's
+    /// own time counts in seconds.
+    std::int64_t created = 0;
+    /// An item that is replaced by another has the same reference and a lower revision. One that is not finished yet
+    /// has that of a draft.
+    std::int64_t revision = 1;
+    static constexpr std::int64_t draft = 0;
+    /// An item without data looks to the keyring like one with empty data.
+    bool hasData = false;
+
+    friend bool operator==(const KeyringAttributes&, const KeyringAttributes&) = default;
+};
+
+/// A label or an attribute as the keyring takes it. Text lies there as it is, so that other programs find it; what the
+/// bus can't carry (bytes that are no UTF-8, NUL) lies as "base64:" and its Base64 form, and so does text that begins
+/// with "base64:".
+[[nodiscard]] std::string keyringText(const std::string& bytes);
+[[nodiscard]] std::string bytesOfKeyringText(const std::string& text);
+
+[[nodiscard]] const SecretSchema* keyringSchema();
+
+[[nodiscard]] GLibOwner<GHashTable> tableOf(const KeyringAttributes& attributes);
+/// What finds all our items of `service`, or all our items.
+[[nodiscard]] GLibOwner<GHashTable> tableToFind(const std::optional<std::string>& service);
+/// None for an item that is not ours.
+[[nodiscard]] std::optional<KeyringAttributes> attributesOf(GHashTable* table);
+
+}  // namespace Platform

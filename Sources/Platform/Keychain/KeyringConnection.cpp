@@ -1,0 +1,179 @@
+#include <Platform/Keychain/KeyringConnection.hpp>
+
+#include <Platform/Keychain/SecretServiceTypes.hpp>
+
+#include <string_view>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+constexpr const char* serviceName = "org.freedesktop.secrets";
+constexpr const char* servicePath = "/org/freedesktop/secrets";
+constexpr const char* busName = "org.freedesktop.DBus";
+constexpr const char* busPath = "/org/freedesktop/DBus";
+
+bool is(const GError* error, GQuark domain, int code) {
+    return g_error_matches(error, domain, code) != FALSE;
+}
+
+/// Whether an attempt to connect failed because there is nothing to connect to.
+bool meansNoBus(const GError* error) {
+    return is(error, G_IO_ERROR, G_IO_ERROR_NOT_FOUND) || is(error, G_IO_ERROR, G_IO_ERROR_CONNECTION_REFUSED) ||
+           is(error, G_IO_ERROR, G_IO_ERROR_INVALID_ARGUMENT) || is(error, G_IO_ERROR, G_IO_ERROR_PERMISSION_DENIED);
+}
+
+/// Whether an attempt to start the keyring failed for good.
+bool meansNoService(const GError* error) {
+    if (is(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN)) {
+        return true;
+    }
+    const GLibOwner<char> name{g_dbus_error_get_remote_error(error)};
+    return name && std::string_view{name.get()}.starts_with("org.freedesktop.DBus.Error.Spawn.");
+}
+
+std::string textOf(GVariant* answer) {
+    const char* text = "";
+    g_variant_get(answer, "(&s)", &text);
+    return text;
+}
+
+}  // namespace
+
+KeyringConnection::KeyringConnection(GLibOwner<GCancellable> cancellable, Prompts prompts)
+    : cancellable_{std::move(cancellable)}, prompts_{prompts} {
+}
+
+void KeyringConnection::beforeStep() const {
+    if (isGivenUp_ && *isGivenUp_) {
+        throw KeyringFailure{KeychainStatus::notAvailable, "given up"};
+    }
+}
+
+void KeyringConnection::drop() {
+    service_.reset();
+    bus_.reset();
+}
+
+GLibOwner<GVariant> KeyringConnection::call(const char* destination, const char* path, const char* interface,
+                                            const char* method, GVariant* arguments, GLibOwner<GError>& error) {
+    const GLibOwner<GVariant> owned{g_variant_ref_sink(arguments)};
+    beforeStep();
+    return GLibOwner<GVariant>{g_dbus_connection_call_sync(bus_.get(), destination, path, interface, method,
+                                                           owned.get(), nullptr, G_DBUS_CALL_FLAGS_NONE, -1,
+                                                           cancellable_.get(), GLibOutput{error})};
+}
+
+void KeyringConnection::connect() {
+    beforeStep();
+    GLibOwner<GError> error;
+    const GLibOwner<char> address{
+        g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable_.get(), GLibOutput{error})};
+    if (!address) {
+        throw KeyringFailure{KeychainStatus::notAvailable, "no session bus", false};
+    }
+    const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    bus_.reset(
+        g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, cancellable_.get(), GLibOutput{error}));
+    if (!bus_) {
+        if (meansNoBus(error.get())) {
+            throw KeyringFailure{KeychainStatus::notAvailable, "no session bus", false};
+        }
+        throw KeyringFailure{KeychainStatus::notAvailable, "the session bus fails"};
+    }
+}
+
+std::string KeyringConnection::owner() {
+    const auto ask = [this](GLibOwner<GError>& error) {
+        return call(busName, busPath, busName, "GetNameOwner", g_variant_new("(s)", serviceName), error);
+    };
+    const auto hasNoOwner = [](const GLibOwner<GError>& error) {
+        return is(error.get(), G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER);
+    };
+    GLibOwner<GError> error;
+    GLibOwner<GVariant> answer;
+    if (bus_ && g_dbus_connection_is_closed(bus_.get()) == FALSE) {
+        answer = ask(error);
+    }
+    if (!answer && !hasNoOwner(error)) {
+        drop();
+        connect();
+        answer = ask(error);
+    }
+    if (!answer && hasNoOwner(error)) {
+        if (!call(busName, busPath, busName, "StartServiceByName", g_variant_new("(su)", serviceName, 0U), error)) {
+            if (meansNoService(error.get())) {
+                throw KeyringFailure{KeychainStatus::notAvailable, "no Secret Service on the session bus", false};
+            }
+            throw KeyringFailure::from(error.get(), "starting the Secret Service");
+        }
+        answer = ask(error);
+    }
+    if (!answer) {
+        throw KeyringFailure{KeychainStatus::notAvailable, "the session bus fails"};
+    }
+    return textOf(answer.get());
+}
+
+SecretService* KeyringConnection::service() {
+    auto name = owner();
+    if (service_ && name == serviceOwner_) {
+        return service_.get();
+    }
+    beforeStep();
+    GLibOwner<GError> error;
+    // The unique name: a keyring that is started anew in the middle of a call shall not get the rest of it.
+    service_.reset(static_cast<SecretService*>(g_initable_new(
+        prompts_ == Prompts::shown ? promptingSecretServiceType() : silentSecretServiceType(), cancellable_.get(),
+        GLibOutput{error}, "g-connection", bus_.get(), "g-name", name.c_str(), "g-object-path", servicePath,
+        "g-interface-name", "org.freedesktop.Secret.Service", "g-flags", G_DBUS_PROXY_FLAGS_NONE, nullptr)));
+    if (!service_) {
+        throw KeyringFailure::from(error.get(), "reaching the Secret Service");
+    }
+    serviceOwner_ = std::move(name);
+    return service_.get();
+}
+
+GLibOwner<SecretCollection> KeyringConnection::defaultCollection() {
+    auto* const keyring = service();
+    beforeStep();
+    GLibOwner<GError> error;
+    GLibOwner<SecretCollection> collection{secret_collection_for_alias_sync(
+        keyring, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable_.get(), GLibOutput{error})};
+    if (!collection && error) {
+        throw KeyringFailure::from(error.get(), "looking for the default collection");
+    }
+    if (!collection) {
+        throw KeyringFailure{KeychainStatus::notAvailable, "the Secret Service has no default collection", false};
+    }
+    return collection;
+}
+
+bool KeyringConnection::isLocked(SecretCollection* collection) {
+    GLibOwner<GError> error;
+    // The proxy's own answer may be older than the lock.
+    const auto answer = call(serviceOwner_.c_str(), g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection)),
+                             "org.freedesktop.DBus.Properties", "Get",
+                             g_variant_new("(ss)", "org.freedesktop.Secret.Collection", "Locked"), error);
+    if (!answer) {
+        throw KeyringFailure::from(error.get(), "asking for the lock");
+    }
+    GLibOwner<GVariant> value;
+    g_variant_get(answer.get(), "(v)", static_cast<GVariant**>(GLibOutput{value}));
+    return g_variant_get_boolean(value.get()) != FALSE;
+}
+
+bool KeyringConnection::unlock(SecretCollection* collection) {
+    GList objects{collection, nullptr, nullptr};
+    GLibOwner<GError> error;
+    const int unlocked =
+        secret_service_unlock_sync(service_.get(), &objects, cancellable_.get(), nullptr, GLibOutput{error});
+    if (unlocked < 0 || error) {
+        throw KeyringFailure::from(error.get(), "unlocking");
+    }
+    return unlocked > 0 && !isLocked(collection);
+}
+
+}  // namespace Platform

@@ -1,0 +1,347 @@
+#include <Platform/Keychain/KeyringItems.hpp>
+
+#include <algorithm>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+/// A search may meet an item that another process is just replacing.
+constexpr int attempts = 10;
+
+struct ReleaseValue {
+    void operator()(SecretValue* value) const noexcept { secret_value_unref(value); }
+};
+using SecretValueOwner = std::unique_ptr<SecretValue, ReleaseValue>;
+
+SecretValueOwner secretOf(const std::optional<Bytes>& data) {
+    return SecretValueOwner{secret_value_new(data ? data->data() : "", data ? static_cast<gssize>(data->size()) : 0,
+                                             "application/octet-stream")};
+}
+
+std::string_view pathOf(SecretItem* item) {
+    return g_dbus_proxy_get_object_path(G_DBUS_PROXY(item));
+}
+
+bool matches(const KeyringAttributes& attributes, const KeychainQuery& query) {
+    return (!query.service || *query.service == attributes.service) &&
+           (!query.account || *query.account == attributes.account);
+}
+
+/// `work`, once more when an item went away under it. That says nothing of whether there is an item.
+template <class Work>
+auto repeated(Work work) {
+    for (int attempt = 1;; ++attempt) {
+        try {
+            return work();
+        } catch (const KeyringFailure& failure) {
+            if (failure.status() != KeychainStatus::itemNotFound) {
+                throw;
+            }
+            if (attempt == attempts) {
+                throw KeyringFailure{KeychainStatus::notAvailable, "items go while they are read"};
+            }
+        }
+    }
+}
+
+}  // namespace
+
+KeyringItems::KeyringItems(KeyringConnection& connection)
+    : connection_{connection}, collection_{connection.defaultCollection()} {
+    if (secret_collection_get_locked(collection_.get()) != FALSE) {
+        throw KeyringFailure{KeychainStatus::interactionNotAllowed, "locked"};
+    }
+}
+
+std::vector<KeyringItems::Item> KeyringItems::search(const std::optional<std::string>& service) {
+    connection_.beforeStep();
+    const auto attributes = tableToFind(service);
+    GLibOwner<GError> error;
+    GList* const list = secret_collection_search_sync(collection_.get(), keyringSchema(), attributes.get(),
+                                                      SECRET_SEARCH_ALL, connection_.cancellable(), GLibOutput{error});
+    std::vector<Item> items;
+    for (const auto* place = list; place != nullptr; place = place->next) {
+        GLibOwner<SecretItem> handle{static_cast<SecretItem*>(place->data)};
+        const GLibOwner<GHashTable> table{secret_item_get_attributes(handle.get())};
+        if (auto own = table ? attributesOf(table.get()) : std::nullopt) {
+            items.push_back({std::move(*own), std::move(handle)});
+        }
+    }
+    g_list_free(list);
+    if (error) {
+        throw KeyringFailure::ofItem(error.get(), "searching");
+    }
+    if (items.empty() && connection_.isLocked(collection_.get())) {
+        throw KeyringFailure{KeychainStatus::interactionNotAllowed, "locked"};
+    }
+    return items;
+}
+
+KeyringItems::Found KeyringItems::find(const std::optional<std::string>& service) {
+    auto items = repeated([&] { return search(service); });
+    std::sort(items.begin(), items.end(), [](const Item& a, const Item& b) {
+        const auto key = [](const Item& item) {
+            return std::tuple{std::string_view{item.attributes.reference}, item.attributes.revision,
+                              pathOf(item.handle.get())};
+        };
+        return key(a) < key(b);
+    });
+    Found found;
+    for (auto& item : items) {
+        if (item.attributes.revision <= KeyringAttributes::draft) {
+            found.leftovers.push_back(std::move(item));
+        } else if (!found.items.empty() && found.items.back().attributes.reference == item.attributes.reference) {
+            found.leftovers.push_back(std::exchange(found.items.back(), std::move(item)));
+        } else {
+            found.items.push_back(std::move(item));
+        }
+    }
+    std::stable_sort(found.items.begin(), found.items.end(),
+                     [](const Item& a, const Item& b) { return a.attributes.created < b.attributes.created; });
+    std::vector<Item> first;
+    for (auto& item : found.items) {
+        const KeychainQuery same{item.attributes.service, item.attributes.account};
+        const bool isFirst = std::none_of(first.begin(), first.end(),
+                                          [&](const Item& older) { return matches(older.attributes, same); });
+        (isFirst ? first : found.leftovers).push_back(std::move(item));
+    }
+    found.items = std::move(first);
+    return found;
+}
+
+void KeyringItems::create(const KeyringAttributes& attributes, const std::string& label,
+                          const std::optional<Bytes>& data) {
+    auto draft = attributes;
+    draft.revision = KeyringAttributes::draft;
+    connection_.beforeStep();
+    GLibOwner<GError> error;
+    // Never in place of another: the keyring would take any item for the same that has these attributes among its own.
+    const GLibOwner<SecretItem> created{secret_item_create_sync(
+        collection_.get(), keyringSchema(), tableOf(draft).get(), keyringText(label).c_str(), secretOf(data).get(),
+        SECRET_ITEM_CREATE_NONE, connection_.cancellable(), GLibOutput{error})};
+    if (!created) {
+        throw KeyringFailure::ofItem(error.get(), "creating an item");
+    }
+    setAttributes(created.get(), attributes);
+}
+
+void KeyringItems::setAttributes(SecretItem* item, const KeyringAttributes& attributes) {
+    connection_.beforeStep();
+    GLibOwner<GError> error;
+    if (secret_item_set_attributes_sync(item, keyringSchema(), tableOf(attributes).get(), connection_.cancellable(),
+                                        GLibOutput{error}) == FALSE) {
+        throw KeyringFailure::ofItem(error.get(), "changing an item");
+    }
+}
+
+void KeyringItems::erase(const Item& item) {
+    connection_.beforeStep();
+    GLibOwner<GError> error;
+    if (secret_item_delete_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
+        auto failure = KeyringFailure::ofItem(error.get(), "deleting an item");
+        if (failure.status() != KeychainStatus::itemNotFound) {
+            throw failure;
+        }
+    }
+}
+
+void KeyringItems::tidyUp(std::span<const Item> leftovers) {
+    try {
+        for (const auto& item : leftovers) {
+            erase(item);
+        }
+    } catch (const KeyringFailure&) {
+        // What is left doesn't count, and the next write tries again.
+        return;
+    }
+}
+
+Bytes KeyringItems::dataOf(const Item& item) {
+    connection_.beforeStep();
+    GLibOwner<GError> error;
+    if (secret_item_load_secret_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
+        throw KeyringFailure::ofItem(error.get(), "reading a secret");
+    }
+    const SecretValueOwner value{secret_item_get_secret(item.handle.get())};
+    if (!value) {
+        throw KeyringFailure{KeychainStatus::io, "the keyring gives no secret"};
+    }
+    gsize size = 0;
+    const auto* const bytes = secret_value_get(value.get(), &size);
+    return {bytes, size};
+}
+
+StoredKeychainItem KeyringItems::stored(const Item& item, bool withData) {
+    const GLibOwner<char> label{secret_item_get_label(item.handle.get())};
+    return {item.attributes.service,
+            item.attributes.account,
+            bytesOfKeyringText(label ? label.get() : ""),
+            item.attributes.comment,
+            withData && item.attributes.hasData ? std::optional{dataOf(item)} : std::nullopt,
+            item.attributes.reference};
+}
+
+KeychainAnswer KeyringItems::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
+    return repeated([&]() -> KeychainAnswer {
+        // Not by account: a leftover may have another one than the item that counts.
+        const auto found = find(query.service);
+        const auto item = std::find_if(found.items.begin(), found.items.end(),
+                                       [&](const Item& each) { return matches(each.attributes, query); });
+        if (item == found.items.end()) {
+            return {KeychainStatus::itemNotFound, {}};
+        }
+        return answerShowing(stored(*item, wanted.data), wanted);
+    });
+}
+
+void KeyringItems::change(const Item& item, const KeyringAttributes& changed, const std::optional<Bytes>& data) {
+    if (data && changed != item.attributes) {
+        auto next = changed;
+        ++next.revision;
+        create(next, stored(item, false).label, data);
+        tidyUp({&item, 1});
+        return;
+    }
+    if (!data) {
+        if (changed != item.attributes) {
+            setAttributes(item.handle.get(), changed);
+        }
+        return;
+    }
+    connection_.beforeStep();
+    GLibOwner<GError> error;
+    if (secret_item_set_secret_sync(item.handle.get(), secretOf(data).get(), connection_.cancellable(),
+                                    GLibOutput{error}) == FALSE) {
+        throw KeyringFailure::ofItem(error.get(), "changing a secret");
+    }
+}
+
+KeychainStatus KeyringItems::update(const KeychainQuery& target, const KeychainChanges& changes) {
+    return repeated([&] {
+        const auto found = find(target.service);
+        const auto item = std::find_if(found.items.begin(), found.items.end(),
+                                       [&](const Item& each) { return matches(each.attributes, target); });
+        if (item == found.items.end()) {
+            return KeychainStatus::itemNotFound;
+        }
+        auto changed = item->attributes;
+        changed.account = changes.account.value_or(changed.account);
+        changed.comment = changes.comment.value_or(changed.comment);
+        changed.hasData = changed.hasData || changes.data;
+        const auto isTaken = [&](const Item& other) {
+            return &other != &*item && matches(other.attributes, {changed.service, changed.account});
+        };
+        if (std::any_of(found.items.begin(), found.items.end(), isTaken)) {
+            return KeychainStatus::duplicateItem;
+        }
+        change(*item, changed, changes.data);
+        tidyUp(found.leftovers);
+        return KeychainStatus::success;
+    });
+}
+
+KeychainStatus KeyringItems::add(const KeychainItem& item) {
+    return repeated([&] { return addOnce(item); });
+}
+
+KeychainStatus KeyringItems::addOnce(const KeychainItem& item) {
+    const auto before = find(item.service);
+    if (std::any_of(before.items.begin(), before.items.end(),
+                    [&](const Item& other) { return other.attributes.account == item.account; })) {
+        return KeychainStatus::duplicateItem;
+    }
+    const auto reference = freshPersistentReference();
+    const std::int64_t afterOthers = before.items.empty() ? 0 : before.items.back().attributes.created + 1;
+    create({item.service, item.account, item.comment, reference, std::max<std::int64_t>(g_get_real_time(), afterOthers),
+            1, item.data.has_value()},
+           item.label, item.data);
+    const auto isOwn = [&](const Item& each) { return each.attributes.reference == reference; };
+    try {
+        const auto after = find(item.service);
+        tidyUp(after.leftovers);
+        return std::any_of(after.leftovers.begin(), after.leftovers.end(), isOwn) ? KeychainStatus::duplicateItem
+                                                                                  : KeychainStatus::success;
+    } catch (const KeyringFailure&) {
+        return KeychainStatus::success;  // it has been added; whether another has too, the next call sees
+    }
+}
+
+KeychainStatus KeyringItems::remove(const KeychainQuery& target) {
+    const auto found = find(target.service);
+    // First: without the items that count, they would count.
+    for (const auto& leftover : found.leftovers) {
+        erase(leftover);
+    }
+    auto status = KeychainStatus::itemNotFound;
+    for (const auto& item : found.items) {
+        if (matches(item.attributes, target)) {
+            erase(item);
+            status = KeychainStatus::success;
+        }
+    }
+    return status;
+}
+
+void KeyringItems::takeOver(const std::vector<StoredKeychainItem>& items,
+                            std::chrono::system_clock::time_point writtenAt) {
+    repeated([&] { takeOverOnce(items, writtenAt); });
+}
+
+void KeyringItems::takeOverOnce(const std::vector<StoredKeychainItem>& items,
+                                std::chrono::system_clock::time_point writtenAt) {
+    const auto holds = [](const Found& found, const Bytes& reference) {
+        return std::any_of(found.items.begin(), found.items.end(),
+                           [&](const Item& each) { return each.attributes.reference == reference; });
+    };
+    for (const auto& item : items) {
+        const auto isTakenOver = [&](const Item& each) {
+            return std::any_of(items.begin(), items.end(), [&](const StoredKeychainItem& other) {
+                return other.persistentReference == each.attributes.reference;
+            });
+        };
+        const auto isLater = [&](const Item& each) {
+            return std::chrono::system_clock::time_point{
+                       std::chrono::seconds{secret_item_get_modified(each.handle.get())}} >= writtenAt;
+        };
+        const auto before = find(item.service);
+        std::vector<const Item*> others;
+        for (const auto& each : before.items) {
+            if (!isTakenOver(each)) {
+                others.push_back(&each);
+            }
+        }
+        if (std::any_of(others.begin(), others.end(), [&](const Item* each) { return isLater(*each); })) {
+            continue;
+        }
+        if (!holds(before, item.persistentReference)) {
+            // Before the others of the service, which go: with the same account, the older counts.
+            const std::int64_t created =
+                others.empty()
+                    ? std::max<std::int64_t>(g_get_real_time(),
+                                             before.items.empty() ? 0 : before.items.back().attributes.created + 1)
+                    : others.front()->attributes.created - 1;
+            create(
+                {item.service, item.account, item.comment, item.persistentReference, created, 1, item.data.has_value()},
+                item.label, item.data);
+            const auto after = find(item.service);
+            const auto own = std::find_if(after.items.begin(), after.items.end(), [&](const Item& each) {
+                return each.attributes.reference == item.persistentReference;
+            });
+            if (own == after.items.end() || stored(*own, true) != item) {
+                throw KeyringFailure{KeychainStatus::io, "an item reads otherwise than it was written"};
+            }
+        }
+        for (const auto& leftover : before.leftovers) {
+            erase(leftover);
+        }
+        for (const auto* other : others) {
+            erase(*other);
+        }
+    }
+}
+
+}  // namespace Platform

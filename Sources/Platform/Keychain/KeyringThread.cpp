@@ -1,0 +1,122 @@
+#include <Platform/Keychain/KeyringThread.hpp>
+
+#include <Platform/Concurrency/DetachedThread.hpp>
+
+#include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <system_error>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+struct Job {
+    KeyringThread::Work work;
+    std::shared_ptr<std::atomic<bool>> isGivenUp = std::make_shared<std::atomic<bool>>(false);
+    bool isDone = false;
+};
+
+}  // namespace
+
+class KeyringThread::State {
+public:
+    End run(const std::shared_ptr<State>& self, Work work, std::chrono::milliseconds patience) {
+        const auto deadline = std::chrono::steady_clock::now() + patience;
+        const auto job = std::make_shared<Job>();
+        job->work = std::move(work);
+        std::unique_lock lock{mutex_};
+        if ((running_ && *running_->isGivenUp) || !start(self)) {
+            return End::refused;
+        }
+        waiting_.push_back(job);
+        g_main_context_wakeup(context_.get());
+        if (changed_.wait_until(lock, deadline, [&] { return job->isDone; })) {
+            return End::done;
+        }
+        *job->isGivenUp = true;
+        return std::erase(waiting_, job) == 0 ? End::givenUp : End::refused;
+    }
+
+    void close() {
+        {
+            const std::lock_guard lock{mutex_};
+            isClosing_ = true;
+        }
+        g_cancellable_cancel(cancellable_.get());
+        g_main_context_wakeup(context_.get());
+    }
+
+private:
+    bool start(const std::shared_ptr<State>& self) {
+        if (!isStarted_) {
+            isStarted_ = startDetachedThread([self] { self->loop(); });
+        }
+        return isStarted_;
+    }
+
+    void loop() {
+        g_main_context_push_thread_default(context_.get());
+        {
+            KeyringConnection connection{
+                GLibOwner<GCancellable>{static_cast<GCancellable*>(g_object_ref(cancellable_.get()))},
+                KeyringConnection::Prompts::never};
+            while (const auto job = next()) {
+                connection.beginCall(job->isGivenUp);
+                job->work(connection);
+                job->work = nullptr;
+                const std::lock_guard lock{mutex_};
+                job->isDone = true;
+                running_.reset();
+                changed_.notify_all();
+            }
+        }
+        // What the objects left behind for this context.
+        while (g_main_context_iteration(context_.get(), FALSE) != FALSE) {
+        }
+        g_main_context_pop_thread_default(context_.get());
+    }
+
+    /// Waits by running the context, as the bus's signals would pile up in it otherwise.
+    std::shared_ptr<Job> next() {
+        while (true) {
+            {
+                const std::lock_guard lock{mutex_};
+                if (isClosing_) {
+                    return nullptr;
+                }
+                if (!waiting_.empty()) {
+                    running_ = waiting_.front();
+                    waiting_.pop_front();
+                    return running_;
+                }
+            }
+            g_main_context_iteration(context_.get(), TRUE);
+        }
+    }
+
+    const GLibOwner<GMainContext> context_{g_main_context_new()};
+    const GLibOwner<GCancellable> cancellable_{g_cancellable_new()};
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<std::shared_ptr<Job>> waiting_;
+    std::shared_ptr<Job> running_;
+    bool isStarted_ = false;
+    bool isClosing_ = false;
+};
+
+KeyringThread::KeyringThread(std::chrono::milliseconds patience)
+    : patience_{patience}, state_{std::make_shared<State>()} {
+}
+
+KeyringThread::~KeyringThread() {
+    state_->close();
+}
+
+KeyringThread::End KeyringThread::run(Work work) {
+    return state_->run(state_, std::move(work), patience_);
+}
+
+}  // namespace Platform

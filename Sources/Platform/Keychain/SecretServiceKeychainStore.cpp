@@ -1,0 +1,179 @@
+#include <Platform/Keychain/SecretServiceKeychainStore.hpp>
+
+#include <Tarnwick_API/Platform/MainQueue.hpp>
+
+#include <Platform/Concurrency/DetachedThread.hpp>
+#include <Platform/Keychain/KeyringItems.hpp>
+#include <Platform/Logging/DebugChannel.hpp>
+
+#include <cstdlib>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+void say(const std::string& what, const char* operation) {
+    if (DebugChannel::isOpen()) {
+        DebugChannel::write("Secret Service: " + what, operation);
+    }
+}
+
+bool isAnswerOfTheKeyring(KeychainStatus status) {
+    return status == KeychainStatus::success || status == KeychainStatus::itemNotFound ||
+           status == KeychainStatus::duplicateItem || status == KeychainStatus::interactionNotAllowed;
+}
+
+bool hasDisplay() {
+    const auto isSet = [](const char* name) {
+        const auto* const value = std::getenv(name);
+        return value != nullptr && *value != '\0';
+    };
+    return isSet("WAYLAND_DISPLAY") || isSet("DISPLAY");
+}
+
+KeychainStatus askToUnlock() {
+    KeyringConnection connection{GLibOwner<GCancellable>{g_cancellable_new()}, KeyringConnection::Prompts::shown};
+    const auto collection = connection.defaultCollection();
+    if (secret_collection_get_locked(collection.get()) == FALSE || connection.unlock(collection.get())) {
+        return KeychainStatus::success;
+    }
+    // The keyring tells a prompt that the user has dismissed no differently from one that it could not show.
+    return hasDisplay() ? KeychainStatus::userCanceled : KeychainStatus::interactionNotAllowed;
+}
+
+}  // namespace
+
+SecretServiceKeychainStore::SecretServiceKeychainStore(std::chrono::milliseconds patience)
+    : patience_{patience}, thread_{patience} {
+}
+
+template <class Result, class Work>
+SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyring(const char* operation, Work work) {
+    const auto outcome = std::make_shared<Outcome<Result>>();
+    const auto end = thread_.run([outcome, work = std::move(work)](KeyringConnection& connection) {
+        try {
+            outcome->result = work(connection);
+            outcome->status = KeychainStatus::success;
+        } catch (const KeyringFailure& failure) {
+            outcome->status = failure.status();
+            outcome->reason = failure.what();
+            outcome->isOffered = failure.isOffered();
+        } catch (const std::exception&) {
+            outcome->status = KeychainStatus::io;
+            outcome->reason = "out of memory";
+        }
+        if (!isAnswerOfTheKeyring(outcome->status)) {
+            connection.drop();
+        }
+    });
+    switch (end) {
+        case KeyringThread::End::done:
+            if (!outcome->reason.empty()) {
+                say(outcome->reason, operation);
+            }
+            return std::move(*outcome);
+        case KeyringThread::End::givenUp:
+            say("no answer within " + std::to_string(patience_.count()) + " ms, given up", operation);
+            break;
+        case KeyringThread::End::refused:
+            say("has not answered an earlier call yet", operation);
+            break;
+    }
+    return {};
+}
+
+KeychainAnswer SecretServiceKeychainStore::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
+    auto outcome = onKeyring<KeychainAnswer>("copyMatching", [=](KeyringConnection& connection) {
+        return KeyringItems{connection}.copyMatching(query, wanted);
+    });
+    return outcome.status == KeychainStatus::success ? std::move(outcome.result) : KeychainAnswer{outcome.status, {}};
+}
+
+KeychainStatus SecretServiceKeychainStore::update(const KeychainQuery& target, const KeychainChanges& changes) {
+    const auto outcome = onKeyring<KeychainStatus>(
+        "update", [=](KeyringConnection& connection) { return KeyringItems{connection}.update(target, changes); });
+    return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
+}
+
+KeychainStatus SecretServiceKeychainStore::add(const KeychainItem& item) {
+    const auto outcome = onKeyring<KeychainStatus>(
+        "add", [=](KeyringConnection& connection) { return KeyringItems{connection}.add(item); });
+    return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
+}
+
+KeychainStatus SecretServiceKeychainStore::remove(const KeychainQuery& target) {
+    const auto outcome = onKeyring<KeychainStatus>(
+        "remove", [=](KeyringConnection& connection) { return KeyringItems{connection}.remove(target); });
+    return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
+}
+
+KeychainStatus SecretServiceKeychainStore::takeOver(std::vector<StoredKeychainItem> items,
+                                                    std::chrono::system_clock::time_point writtenAt) {
+    return onKeyring<bool>("takeOver",
+                           [items = std::move(items), writtenAt](KeyringConnection& connection) {
+                               KeyringItems{connection}.takeOver(items, writtenAt);
+                               return true;
+                           })
+        .status;
+}
+
+KeychainStoreState SecretServiceKeychainStore::state() {
+    auto outcome = onKeyring<KeychainStoreState>("state", [](KeyringConnection& connection) -> KeychainStoreState {
+        const auto collection = connection.defaultCollection();
+        return {{},
+                g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get())),
+                secret_collection_get_locked(collection.get()) != FALSE ? KeychainStatus::interactionNotAllowed
+                                                                        : KeychainStatus::success};
+    });
+    auto& state = outcome.result;
+    state.name = "Secret Service";
+    if (outcome.status != KeychainStatus::success) {
+        state.status = outcome.status;
+    }
+    return std::move(state);
+}
+
+SecretServiceKeychainStore::Inquiry SecretServiceKeychainStore::inquire() {
+    auto outcome = onKeyring<std::string>("inquire", [](KeyringConnection& connection) {
+        const auto collection = connection.defaultCollection();
+        return std::string{g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get()))};
+    });
+    if (outcome.status == KeychainStatus::success) {
+        return {Offer::offered, "it has " + outcome.result};
+    }
+    return {outcome.isOffered ? Offer::noAnswer : Offer::notOffered, std::move(outcome.reason)};
+}
+
+void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCompletion) {
+    // A thread and a connection of its own, as the prompt may stay for minutes.
+    const auto complete = [queue = MainQueue::main(), onCompletion = std::move(onCompletion)](KeychainStatus status) {
+        if (onCompletion) {
+            queue->soon([onCompletion, status] { onCompletion(status); });
+        }
+    };
+    const bool isStarted = startDetachedThread([complete] {
+        const GLibOwner<GMainContext> context{g_main_context_new()};
+        g_main_context_push_thread_default(context.get());
+        auto status = KeychainStatus::notAvailable;
+        try {
+            status = askToUnlock();
+        } catch (const KeyringFailure& failure) {
+            status = failure.status();
+            say(failure.what(), "unlock");
+        } catch (const std::exception&) {
+            status = KeychainStatus::io;
+        }
+        g_main_context_pop_thread_default(context.get());
+        complete(status);
+    });
+    if (!isStarted) {
+        complete(KeychainStatus::notAvailable);
+    }
+}
+
+std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(std::chrono::milliseconds patience) {
+    return std::make_shared<SecretServiceKeychainStore>(patience);
+}
+
+}  // namespace Platform

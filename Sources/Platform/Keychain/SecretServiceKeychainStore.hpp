@@ -1,0 +1,52 @@
+#pragma once
+
+#include <Platform/Keychain/KeyringThread.hpp>
+#include <Platform/Keychain/StoredKeychainItem.hpp>
+
+#include <chrono>
+#include <vector>
+
+namespace Platform {
+
+/// See `makeSecretServiceKeychainStore`.
+class SecretServiceKeychainStore final : public KeychainStore {
+public:
+    explicit SecretServiceKeychainStore(std::chrono::milliseconds patience);
+
+    [[nodiscard]] KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override;
+    [[nodiscard]] KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) override;
+    [[nodiscard]] KeychainStatus add(const KeychainItem& item) override;
+    [[nodiscard]] KeychainStatus remove(const KeychainQuery& target) override;
+    [[nodiscard]] KeychainStoreState state() override;
+    void unlock(std::function<void(KeychainStatus)> onCompletion) override;
+
+    enum class Offer { offered, notOffered, noAnswer };
+    struct Inquiry {
+        Offer offer = Offer::noAnswer;
+        /// For the debug channel.
+        std::string reason = {};
+    };
+    /// Whether there is a keyring with a default collection, locked or not.
+    [[nodiscard]] Inquiry inquire();
+
+    /// See `KeyringItems::takeOver`.
+    [[nodiscard]] KeychainStatus takeOver(std::vector<StoredKeychainItem> items,
+                                          std::chrono::system_clock::time_point writtenAt);
+
+private:
+    template <class Result>
+    struct Outcome {
+        KeychainStatus status = KeychainStatus::notAvailable;
+        std::string reason = {};
+        bool isOffered = true;
+        Result result = {};
+    };
+    /// What `work` gives on the keyring's thread. `work` owns what it uses: it may outlive the call.
+    template <class Result, class Work>
+    Outcome<Result> onKeyring(const char* operation, Work work);
+
+    std::chrono::milliseconds patience_;
+    KeyringThread thread_;
+};
+
+}  // namespace Platform

@@ -1,0 +1,139 @@
+#include <Platform/Keychain/FileKeychainStore.hpp>
+#include <Platform/Keychain/SecretServiceKeychainStore.hpp>
+#include <Platform/Logging/DebugChannel.hpp>
+
+#include <mutex>
+#include <utility>
+
+namespace Platform {
+
+namespace {
+
+void say(const std::string& what) {
+    if (DebugChannel::isOpen()) {
+        DebugChannel::write("Keychain: " + what, "makeUserKeychainStore");
+    }
+}
+
+/// The keyring or the private file, whichever the first call finds.
+class UserKeychainStore final : public KeychainStore {
+public:
+    UserKeychainStore(std::string file, std::chrono::milliseconds patience)
+        : file_{std::make_shared<FileKeychainStore>(file)},
+          fileName_{std::move(file)},
+          keyring_{std::make_shared<SecretServiceKeychainStore>(patience)} {}
+
+    KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override {
+        const auto [status, store] = ready();
+        return store ? store->copyMatching(query, wanted) : KeychainAnswer{status, {}};
+    }
+
+    KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) override {
+        const auto [status, store] = ready();
+        return store ? store->update(target, changes) : status;
+    }
+
+    KeychainStatus add(const KeychainItem& item) override {
+        const auto [status, store] = ready();
+        return store ? store->add(item) : status;
+    }
+
+    KeychainStatus remove(const KeychainQuery& target) override {
+        const auto [status, store] = ready();
+        return store ? store->remove(target) : status;
+    }
+
+    KeychainStoreState state() override {
+        const auto store = chosen();
+        // A keyring that doesn't answer is asked once: it has just not answered.
+        return store ? store->state() : KeychainStoreState{"Secret Service", {}, KeychainStatus::notAvailable};
+    }
+
+    void unlock(std::function<void(KeychainStatus)> onCompletion) override {
+        const auto store = chosen();
+        (store ? store : keyring_)->unlock(std::move(onCompletion));
+    }
+
+private:
+    struct Ready {
+        KeychainStatus status = KeychainStatus::success;
+        /// None when the status says why.
+        std::shared_ptr<KeychainStore> store = nullptr;
+    };
+
+    Ready ready() {
+        auto store = chosen();
+        if (!store) {
+            return {KeychainStatus::notAvailable};
+        }
+        if (store == keyring_) {
+            if (const auto status = move(); status != KeychainStatus::success) {
+                return {status};
+            }
+        }
+        return {KeychainStatus::success, std::move(store)};
+    }
+
+    /// None while a keyring is there that doesn't answer: the file then may not have what the keyring has.
+    std::shared_ptr<KeychainStore> chosen() {
+        const std::lock_guard lock{mutex_};
+        if (!chosen_) {
+            const auto inquiry = keyring_->inquire();
+            switch (inquiry.offer) {
+                case SecretServiceKeychainStore::Offer::offered:
+                    say("the Secret Service, as " + inquiry.reason);
+                    chosen_ = keyring_;
+                    break;
+                case SecretServiceKeychainStore::Offer::notOffered:
+                    say("the file " + fileName_ + ", as there is " + inquiry.reason);
+                    chosen_ = file_;
+                    break;
+                case SecretServiceKeychainStore::Offer::noAnswer:
+                    break;
+            }
+        }
+        return chosen_;
+    }
+
+    /// Moves what the file has to the keyring. A failure keeps the caller from taking for absent what is in the file.
+    KeychainStatus move() {
+        const std::lock_guard lock{mutex_};
+        if (isMoved_) {
+            return KeychainStatus::success;
+        }
+        auto content = file_->everything();
+        if (content.status == KeychainStatus::notAvailable) {
+            return content.status;  // another process is busy with it
+        }
+        if (content.status != KeychainStatus::success) {
+            say("the file " + fileName_ + " can't be moved to the Secret Service, as it can't be read");
+        } else if (!content.items.empty()) {
+            if (const auto status = keyring_->takeOver(content.items, content.writtenAt);
+                status != KeychainStatus::success) {
+                return status;
+            }
+            if (file_->removeUnchanged(content.items) == KeychainStatus::success) {
+                say("moved from the file to the Secret Service: " + std::to_string(content.items.size()) + " items");
+            } else {
+                say("the items in " + fileName_ + " can't be deleted, though the Secret Service has them now");
+            }
+        }
+        isMoved_ = true;
+        return KeychainStatus::success;
+    }
+
+    const std::shared_ptr<FileKeychainStore> file_;
+    const std::string fileName_;
+    const std::shared_ptr<SecretServiceKeychainStore> keyring_;
+    std::mutex mutex_;
+    std::shared_ptr<KeychainStore> chosen_;
+    bool isMoved_ = false;
+};
+
+}  // namespace
+
+std::shared_ptr<KeychainStore> makeUserKeychainStore(std::string file, std::chrono::milliseconds patience) {
+    return std::make_shared<UserKeychainStore>(std::move(file), patience);
+}
+
+}  // namespace Platform

@@ -1,0 +1,256 @@
+// The keyring locked, hung, killed, missing, and written by several at once.
+
+#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Logging.hpp>
+#include <Tarnwick_API/Platform/MainQueue.hpp>
+
+#include "ChildProcess.hpp"
+#include "NumberedItems.hpp"
+#include "PrintKeychainStatus.hpp"
+#include "PrivateKeyring.hpp"
+
+#include <cstdlib>
+#include <mutex>
+#include <random>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace Platform {
+namespace {
+
+using ::testing::Each;
+using ::testing::HasSubstr;
+
+constexpr auto success = KeychainStatus::success;
+constexpr auto locked = KeychainStatus::interactionNotAllowed;
+constexpr auto notAvailable = KeychainStatus::notAvailable;
+constexpr auto itemNotFound = KeychainStatus::itemNotFound;
+constexpr std::chrono::milliseconds patience{60'000};
+const KeychainQuery query{"s", {}};
+const KeychainReturn all{true, true, true, true};
+
+std::size_t occurrences(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (auto place = text.find(part); place != std::string::npos; place = text.find(part, place + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+class SecretService : public ::testing::Test {
+protected:
+    ~SecretService() override { Logging::setSink({}); }
+
+    static std::vector<KeychainStatus> everyCall(KeychainStore& store) {
+        return {store.copyMatching(query, all).status,
+                store.copyMatching(query, {}).status,
+                store.update(query, changesOf(2)),
+                store.add(itemOf("s", 3)),
+                store.remove(query),
+                store.state().status};
+    }
+
+    static KeychainStatus unlock(KeychainStore& store) {
+        const auto queue = BuiltInMainQueue::shared();
+        std::optional<KeychainStatus> answer;
+        store.unlock([&](KeychainStatus status) { answer = status; });
+        queue->runUntil([&] { return answer.has_value(); });
+        return *answer;
+    }
+
+    std::optional<unsigned long> number() const { return numberOf(store->copyMatching(query, all)); }
+
+    /// Once the keyring is there again.
+    std::optional<unsigned long> numberAtLast() const {
+        auto answer = store->copyMatching(query, all);
+        while (answer.status == notAvailable) {
+            answer = store->copyMatching(query, all);
+        }
+        return numberOf(answer);
+    }
+
+    PrivateKeyring keyring;
+    const std::shared_ptr<KeychainStore> store = makeSecretServiceKeychainStore(patience);
+};
+
+TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenKeyring) {
+    const struct {
+        std::string name;
+        std::function<void()> prepare;
+        KeychainStatus status = success;
+    } rows[] = {
+        {"bus without keyring", [] {}, notAvailable},
+        {"no collection", [&] { keyring.startKeyring({}); }, notAvailable},
+        {"open", [&] { keyring.startKeyring(); }, success},
+        {"locked in between", [&] { keyring.lock(); }, locked},
+        {"locked from the start", [&] { keyring.startKeyring("wrong"); }, locked},
+        {"open again", [&] { keyring.startKeyring(); }, success},
+        {"keyring gone", [&] { keyring.endKeyring(); }, notAvailable},
+        {"no bus", [&] { keyring.endBus(); }, notAvailable},
+        {"everything back", [&] { keyring.startBus(), keyring.startKeyring(); }, success},
+        {"no address", [] { ::unsetenv("DBUS_SESSION_BUS_ADDRESS"); }, notAvailable},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        row.prepare();
+        // The last row: a store that is connected stays so.
+        const auto fresh = makeSecretServiceKeychainStore(patience);
+        for (const auto& each : {row.name == "no address" ? fresh : store, fresh}) {
+            if (row.status == success) {
+                static_cast<void>(each->remove(query));
+                EXPECT_EQ(each->add(itemOf("s", 1)), success);
+                EXPECT_THAT(everyCall(*each),
+                            ::testing::ElementsAre(success, success, success, success, success, success));
+                EXPECT_EQ(each->add(itemOf("s", 1)), success) << "an item for the next rows";
+            } else {
+                EXPECT_THAT(everyCall(*each), Each(row.status));
+            }
+            EXPECT_EQ(unlock(*each), row.status);
+            EXPECT_EQ(each->state().name, "Secret Service");
+        }
+    }
+}
+
+TEST_F(SecretService, TellsADismissedPromptFromOneThatCannotBeShown) {
+    keyring.startKeyring();
+    keyring.lock();
+    EXPECT_EQ(unlock(*store), locked);
+    ::setenv("WAYLAND_DISPLAY", "none", 1);
+    EXPECT_EQ(unlock(*store), KeychainStatus::userCanceled);
+    ::unsetenv("WAYLAND_DISPLAY");
+    keyring.startKeyring();
+    EXPECT_EQ(unlock(*store), success);
+}
+
+TEST_F(SecretService, GivesUpAKeyringThatDoesNotAnswerOnce) {
+    keyring.startKeyring();
+    constexpr std::chrono::milliseconds little{100};
+    const auto impatient = makeSecretServiceKeychainStore(little);
+    ASSERT_EQ(store->add(itemOf("s", 1)), success);
+    ASSERT_TRUE(numberOf(impatient->copyMatching(query, all)));
+    std::ostringstream log;
+    Logging::setSink([&](const auto& entry) { log << entry.message << '\n'; });
+
+    keyring.freezeKeyring();
+    const auto calls = everyCall(*impatient);
+    EXPECT_THAT(calls, Each(notAvailable));
+    EXPECT_EQ(occurrences(log.str(), "no answer within 100 ms"), 1U) << "one wait for a whole chain of calls";
+    EXPECT_EQ(occurrences(log.str(), "has not answered an earlier call yet"), calls.size() - 1);
+    keyring.thawKeyring();
+    EXPECT_EQ(number(), 1U) << "nothing was sent after the look-up";
+    while (impatient->update(query, changesOf(2)) == notAvailable) {
+    }
+    EXPECT_EQ(number(), 2U);
+
+    keyring.freezeKeyring();
+    EXPECT_EQ(impatient->update(query, changesOf(3)), notAvailable);
+    keyring.thawKeyring();
+    while (impatient->update(query, {.comment = "4"}) == notAvailable) {
+    }
+    const auto found = std::get<KeychainDictionary>(store->copyMatching(query, all).value);
+    EXPECT_EQ(found.data, secretOf(2)) << "an update that was given up in its search goes no further";
+    EXPECT_THAT(log.str(), ::testing::Not(HasSubstr("2.2.")));
+
+    keyring.freezeKeyring();
+    {
+        const auto dropped = makeSecretServiceKeychainStore(little);
+        EXPECT_EQ(dropped->remove(query), notAvailable);
+    }
+    Logging::setSink({});
+}
+
+TEST_F(SecretService, ShowsPlainAttributesAndLeavesItemsOfOthersAlone) {
+    keyring.startKeyring();
+    const std::vector<std::string> lookUp{"secret-tool", "lookup", "service", "s", "account", "1"};
+    const std::vector<std::string> store1{"secret-tool", "store", "--label=other", "service", "s", "account", "1"};
+    ASSERT_EQ(store->add({"s", "1", "own", "label", {}, "comment"}), success);
+    EXPECT_EQ(outputOf(lookUp), "own");
+    EXPECT_EQ(store->remove(query), success);
+    outputOf(store1, "foreign");
+    EXPECT_THAT(everyCall(*store),
+                ::testing::ElementsAre(itemNotFound, itemNotFound, itemNotFound, success, success, success));
+    EXPECT_EQ(outputOf(lookUp), "foreign");
+}
+
+TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheClientIsKilled) {
+    keyring.startKeyring();
+    ASSERT_EQ(store->add(itemOf("s", 0)), success);
+    const auto reference = std::get<Bytes>(store->copyMatching(query, {.persistentReference = true}).value);
+    std::mt19937 random{static_cast<unsigned>(::getpid())};
+    std::uniform_int_distribution<int> lifetimes{1, 30'000};
+    unsigned long before = 0;
+    int interrupted = 0;
+    for (int round = 0; round < 100; ++round) {
+        Program writer{{KEYRING_WRITER, "until-killed", std::to_string(lifetimes(random))}};
+        std::istringstream lines{writer.readAll()};
+        ASSERT_EQ(writer.wait(), SIGKILL);
+        for (unsigned long line = 0; lines >> line;) {
+            before = line;
+        }
+        interrupted += keyring.count("s") > 1 ? 1 : 0;
+        const auto found = number();
+        ASSERT_TRUE(found == before || found == before + 1) << before;
+        before = *found;
+        ASSERT_EQ(std::get<Bytes>(store->copyMatching(query, {.persistentReference = true}).value), reference);
+    }
+    EXPECT_GT(interrupted, 0);
+    RecordProperty("interrupted", interrupted);
+    EXPECT_EQ(store->update(query, changesOf(7)), success);
+    EXPECT_EQ(keyring.count("s"), 1) << "the next write has tidied up";
+}
+
+TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheKeyringIsKilled) {
+    keyring.startKeyring();
+    ASSERT_EQ(store->add(itemOf("s", 0)), success);
+    std::mt19937 random{static_cast<unsigned>(::getpid())};
+    std::uniform_int_distribution<int> lifetimes{1, 30'000};
+    unsigned long last = 0;
+    for (int round = 0; round < 30; ++round) {
+        SCOPED_TRACE(round);
+        ChildProcess killer{[process = keyring.keyringProcess(), lifetime = lifetimes(random)] {
+            ::usleep(static_cast<unsigned>(lifetime));
+            ::kill(process, SIGKILL);
+        }};
+        auto status = success;
+        while ((status = store->update(query, changesOf(last + 1))) == success) {
+            ++last;
+        }
+        EXPECT_EQ(status, notAvailable);
+        static_cast<void>(killer.wait());
+        keyring.startKeyring();
+        const auto found = numberAtLast();
+        ASSERT_TRUE(found == last || found == last + 1) << last;
+        last = *found;
+    }
+}
+
+TEST_F(SecretService, ShowsAWholeItemWhileAnotherProcessWrites) {
+    keyring.startKeyring();
+    ASSERT_EQ(store->add(itemOf("s", 0)), success);
+    const Program writer{{KEYRING_WRITER, "until-killed", "60000000"}};
+    for (std::string line = writer.readLine(); line != "50"; line = writer.readLine()) {
+        EXPECT_TRUE(number()) << line;
+    }
+}
+
+TEST_F(SecretService, HasOneWholeItemAfterSeveralWrote) {
+    keyring.startKeyring();
+    {
+        Program first{{KEYRING_WRITER, "compete", "1000", "60"}};
+        Program second{{KEYRING_WRITER, "compete", "2000", "60"}};
+        EXPECT_EQ(first.wait(), 0);
+        EXPECT_EQ(second.wait(), 0);
+    }
+    EXPECT_TRUE(number() || store->copyMatching(query, {}).status == itemNotFound);
+    static_cast<void>(store->add(itemOf("s", 0)));
+    EXPECT_EQ(store->update(query, changesOf(1)), success);
+    EXPECT_EQ(number(), 1U);
+    EXPECT_EQ(store->remove(query), success);
+    EXPECT_EQ(keyring.count("s"), 0);
+}
+
+}  // namespace
+}  // namespace Platform

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <Tarnwick_API/Platform/KeychainStore.hpp>
+
+#include <optional>
+#include <string>
+
+namespace TarnwickClient {
+
+/// What the keychain has for a service, without anything secret. The account is no user name but the access token, so
+/// it stays here.
+struct KeptItem {
+    enum class Kind { none, token, placeholder };
+
+    /// `success` also when there is no item; otherwise why nothing is known.
+    Platform::KeychainStatus status = Platform::KeychainStatus::success;
+    Kind kind = Kind::none;
+    std::optional<Platform::Bytes> reference = std::nullopt;
+    bool requiresUserInteraction = false;
+};
+
+[[nodiscard]] KeptItem keptItem(const std::string& service);
+
+/// Whether the account is what the library leaves in a token's place after signing out.
+[[nodiscard]] bool isPlaceholder(const std::string& account);
+
+}  // namespace TarnwickClient
