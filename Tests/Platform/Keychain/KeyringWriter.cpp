@@ -1,7 +1,8 @@
 // A process of its own for the tests to kill, and to let several write at once: the bus's library survives no fork.
-//   keyring_writer until-killed MICROSECONDS   changes the item of service "s" again and again; tells each number
-//   written keyring_writer compete NAME ROUNDS         adds, changes and deletes what others compete for keyring_writer
-//   move FILE MICROSECONDS      moves a file's items
+// Arguments:
+// - until-killed MICROSECONDS: changes the item of service "s" again and again, and tells each number written;
+// - compete NUMBER ROUNDS: adds, changes and deletes what others compete for;
+// - move FILE MICROSECONDS: moves a file's items to the keyring, and is killed.
 
 #include <Tarnwick_API/Platform/KeychainStore.hpp>
 
