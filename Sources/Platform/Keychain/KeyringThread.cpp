@@ -1,6 +1,7 @@
 #include <Platform/Keychain/KeyringThread.hpp>
 
 #include <Platform/Concurrency/DetachedThread.hpp>
+#include <Platform/Keychain/ThreadMainContext.hpp>
 
 #include <algorithm>
 #include <condition_variable>
@@ -58,25 +59,19 @@ private:
     }
 
     void loop() {
-        g_main_context_push_thread_default(context_.get());
-        {
-            KeyringConnection connection{
-                GLibOwner<GCancellable>{static_cast<GCancellable*>(g_object_ref(cancellable_.get()))},
-                KeyringConnection::Prompts::never};
-            while (const auto job = next()) {
-                connection.beginCall(job->isGivenUp);
-                job->work(connection);
-                job->work = nullptr;
-                const std::lock_guard lock{mutex_};
-                job->isDone = true;
-                running_.reset();
-                changed_.notify_all();
-            }
+        const ThreadMainContext ownContext{context_.get()};
+        KeyringConnection connection{
+            GLibOwner<GCancellable>{static_cast<GCancellable*>(g_object_ref(cancellable_.get()))},
+            KeyringConnection::Prompts::never};
+        while (const auto job = next()) {
+            connection.beginCall(job->isGivenUp);
+            job->work(connection);
+            job->work = nullptr;
+            const std::lock_guard lock{mutex_};
+            job->isDone = true;
+            running_.reset();
+            changed_.notify_all();
         }
-        // What the objects left behind for this context.
-        while (g_main_context_iteration(context_.get(), FALSE) != FALSE) {
-        }
-        g_main_context_pop_thread_default(context_.get());
     }
 
     /// Waits by running the context, as the bus's signals would pile up in it otherwise.

@@ -4,6 +4,7 @@
 
 #include <Platform/Concurrency/DetachedThread.hpp>
 #include <Platform/Keychain/KeyringItems.hpp>
+#include <Platform/Keychain/ThreadMainContext.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <cstdlib>
@@ -33,6 +34,8 @@ bool hasDisplay() {
 }
 
 KeychainStatus askToUnlock() {
+    const GLibOwner<GMainContext> context{g_main_context_new()};
+    const ThreadMainContext ownContext{context.get()};
     KeyringConnection connection{GLibOwner<GCancellable>{g_cancellable_new()}, KeyringConnection::Prompts::shown};
     const auto collection = connection.defaultCollection();
     if (secret_collection_get_locked(collection.get()) == FALSE || connection.unlock(collection.get())) {
@@ -153,8 +156,6 @@ void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCo
         }
     };
     const bool isStarted = startDetachedThread([complete] {
-        const GLibOwner<GMainContext> context{g_main_context_new()};
-        g_main_context_push_thread_default(context.get());
         auto status = KeychainStatus::notAvailable;
         try {
             status = askToUnlock();
@@ -164,7 +165,6 @@ void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCo
         } catch (const std::exception&) {
             status = KeychainStatus::io;
         }
-        g_main_context_pop_thread_default(context.get());
         complete(status);
     });
     if (!isStarted) {

@@ -165,7 +165,7 @@ TEST_F(UserKeychainStore, LosesAndDoublesNothingWhenKilledInTheMove) {
     keyring.startKeyring();
     bool survived = false;
     int inBoth = 0;
-    for (int lifetime = 1'000; !survived; lifetime += 1'000) {
+    for (int lifetime = 1'000; !survived; lifetime += lifetime / 10) {
         SCOPED_TRACE(lifetime);
         static_cast<void>(inKeyring->remove(query));
         static_cast<void>(inKeyring->remove({"t", {}}));
