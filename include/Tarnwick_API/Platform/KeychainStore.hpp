@@ -162,10 +162,10 @@ inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono
 /// The store for a desktop application, chosen at the first call. macOS: the user's keychain. Linux: the Secret Service
 /// when the session bus offers one with a default collection, and the private file `file` otherwise; what was chosen,
 /// and why, is on the debug channel. What the file holds from a time without a keyring is moved to the keyring, once,
-/// as soon as that is unlocked: an item leaves the file only after the keyring has it, and keeps its reference. Where the
-/// keyring has another item of the same service, the one written last replaces it, by the time of the file and that of
-/// the keyring's item. A keyring that doesn't answer is no reason to take the file: calls then fail with `notAvailable`,
-/// and the next one chooses.
+/// as soon as that is unlocked: an item leaves the file only after the keyring has it, and keeps its reference. Where
+/// the keyring has another item of the same service, the one written last replaces it, by the time of the file and that
+/// of the keyring's item. A keyring that doesn't answer is no reason to take the file: calls then fail with
+/// `notAvailable`, and the next one chooses.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeUserKeychainStore(
     std::string file, std::chrono::milliseconds patience = defaultKeychainPatience);
 

@@ -78,8 +78,8 @@ public:
     /// once, at the first use.
     [[nodiscard]] static std::shared_ptr<Platform::KeychainStore> store();
 
-    /// Replaces the process-wide keychain; none goes back to the user's own. Operations on their way keep the one they began
-    /// with.
+    /// Replaces the process-wide keychain; none goes back to the user's own. Operations on their way keep the one they
+    /// began with.
     static void setStore(std::shared_ptr<Platform::KeychainStore> store);
 };
 
