@@ -151,7 +151,11 @@ Result serverResult(const Server& server) {
     Table configurations{{{"CONFIGURATION", Table::Alignment::right}, {"NAME"}, {"TYPE"}, {"PORT"}, {"DNS"}}};
     addConfigurations(configurations, server);
     return {toJson(server), [facts, configurations](auto width) {
-                return facts.render(width) + (configurations.empty() ? "" : "\n" + configurations.render(width));
+                auto text = facts.render(width);
+                if (!configurations.empty()) {
+                    text.append("\n").append(configurations.render(width));
+                }
+                return text;
             }};
 }
 
