@@ -1,6 +1,7 @@
 #include <Platform/Http/AnswerHead.hpp>
 
 #include <Platform/Application/AsciiCharacters.hpp>
+#include <Platform/Http/HeaderFields.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -9,16 +10,6 @@
 namespace Platform {
 
 namespace {
-
-constexpr std::string_view blanks = " \t\r\n";
-
-std::string_view trimmed(std::string_view text) noexcept {
-    const auto begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
 
 std::int64_t statusOf(std::string_view line) noexcept {
     const auto blank = std::min(line.find(' '), line.size());

@@ -20,9 +20,23 @@ bool isSameHeaderName(std::string_view left, std::string_view right) noexcept {
                       [](char a, char b) { return asciiLower(a) == asciiLower(b); });
 }
 
+const std::string* findHeader(const HttpHeaders& headers, std::string_view name) noexcept {
+    const auto header = std::find_if(headers.begin(), headers.end(),
+                                     [&](const auto& each) { return isSameHeaderName(each.first, name); });
+    return header == headers.end() ? nullptr : &header->second;
+}
+
 bool hasHeader(const HttpHeaders& headers, std::string_view name) noexcept {
-    return std::any_of(headers.begin(), headers.end(),
-                       [&](const auto& header) { return isSameHeaderName(header.first, name); });
+    return findHeader(headers, name) != nullptr;
+}
+
+std::string_view trimmed(std::string_view text) noexcept {
+    constexpr std::string_view blanks = " \t\r\n";
+    const auto begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
 std::optional<std::string> headerFault(const HttpHeaders& headers) {

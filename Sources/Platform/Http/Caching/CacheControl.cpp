@@ -13,12 +13,6 @@ namespace Platform {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t");
-    const auto last = text.find_last_not_of(" \t");
-    return first == std::string_view::npos ? std::string_view{} : text.substr(first, last - first + 1);
-}
-
 /// Cuts the next member of a list off `list`; a comma within a quoted text is none.
 std::string_view nextMember(std::string_view& list) {
     bool isQuoted = false;

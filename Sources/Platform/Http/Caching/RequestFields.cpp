@@ -3,7 +3,6 @@
 #include <Platform/Application/AsciiCharacters.hpp>
 #include <Platform/Http/HeaderFields.hpp>
 
-#include <algorithm>
 #include <array>
 #include <set>
 #include <stdexcept>
@@ -14,12 +13,6 @@
 namespace Platform {
 
 namespace {
-
-const std::string* find(const HttpHeaders& headers, std::string_view name) {
-    const auto header = std::find_if(headers.begin(), headers.end(),
-                                     [name](const auto& each) { return isSameHeaderName(each.first, name); });
-    return header == headers.end() ? nullptr : &header->second;
-}
 
 /// The names in `vary`, in lower case and in order, with those that always count.
 std::set<std::string> selectingNames(std::string_view vary) {
@@ -53,10 +46,10 @@ Bytes digest(const std::string& text) {
 }  // namespace
 
 std::string_view RequestFields::value(std::string_view name) const {
-    if (const auto* const own = find(request_.headers(), name)) {
+    if (const auto* const own = findHeader(request_.headers(), name)) {
         return *own;
     }
-    if (const auto* const general = find(sessionHeaders_, name)) {
+    if (const auto* const general = findHeader(sessionHeaders_, name)) {
         return *general;
     }
     // The port is part of the URL, and so of every cache's key.
