@@ -69,8 +69,9 @@ public:
 
     static void resetRequiresUserInteraction(const std::string& service);
 
-    /// Asks the user to unlock the keychain. No other operation raises a prompt: on a locked keychain they fail at
-    /// once. See `Platform::KeychainStore::unlock`.
+    /// Asks the user to unlock the keychain. On Linux no other operation raises a prompt: on a locked keychain they
+    /// fail at once. On macOS the system asks by itself, within the operation that needs the answer. See
+    /// `Platform::KeychainStore::unlock`.
     static void unlock(std::function<void(Platform::KeychainStatus)> onCompletion);
 
     /// The process-wide keychain behind the operations: the one given to `setStore`, or else the user's own, see
