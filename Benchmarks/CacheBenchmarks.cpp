@@ -1,11 +1,9 @@
-#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include "Measurements.hpp"
 #include "ServiceProcess.hpp"
-
-#include <benchmark/benchmark.h>
 
 #include <chrono>
 #include <memory>
@@ -13,29 +11,33 @@
 #include <utility>
 #include <vector>
 
+#include <benchmark/benchmark.h>
+
 namespace Benchmarks {
 namespace {
 
 constexpr std::size_t bodySize = 1'000'000;
 
 /// Asks for the same 1 MB again and again, in a session with `cache`.
-void sameAnswer(benchmark::State& state, const char* candidate, std::shared_ptr<Platform::UrlCache> cache,
-                Platform::HttpAnswer::Source expected) {
+void sameAnswer(benchmark::State& state, const char* candidate, std::shared_ptr<Tarnwick_API::Platform::UrlCache> cache,
+                Tarnwick_API::Platform::HttpAnswer::Source expected) {
     const auto& service = ServiceProcess::shared();
     [[maybe_unused]] static const bool isServed = (service.serve("large", bodySize), true);
-    Platform::HttpSessionConfiguration configuration;
+    Tarnwick_API::Platform::HttpSessionConfiguration configuration;
     configuration.trustedRootsFile = service.caFile();
     configuration.usesProxy = false;
     configuration.cache = std::move(cache);
-    const auto session = Platform::makeHttpSession(configuration);
-    const auto queue = std::make_shared<Platform::BuiltInMainQueue>();
-    Platform::MainQueue::setMain(queue);
-    const auto request = std::make_shared<const Platform::HttpRequest>(
-        Platform::HttpMethod::get, *Platform::Url::fromString("https://" + service.host() + "/vb/large"),
-        Platform::Parameters{}, Platform::ParameterEncoding::url, Platform::HttpHeaders{});
+    const auto session = Tarnwick_API::Platform::makeHttpSession(configuration);
+    const auto queue = std::make_shared<Tarnwick_API::Platform::BuiltInMainQueue>();
+    Tarnwick_API::Platform::MainQueue::setMain(queue);
+    const auto request = std::make_shared<const Tarnwick_API::Platform::HttpRequest>(
+        Tarnwick_API::Platform::HttpMethod::get,
+        *Tarnwick_API::Platform::Url::fromString("https://" + service.host() + "/vb/large"),
+        Tarnwick_API::Platform::Parameters{}, Tarnwick_API::Platform::ParameterEncoding::url,
+        Tarnwick_API::Platform::HttpHeaders{});
     const auto ask = [&] {
-        std::optional<Platform::HttpAnswer> answer;
-        session->send(request, [&](Platform::HttpAnswer received) { answer = std::move(received); });
+        std::optional<Tarnwick_API::Platform::HttpAnswer> answer;
+        session->send(request, [&](Tarnwick_API::Platform::HttpAnswer received) { answer = std::move(received); });
         queue->runUntil([&] { return answer.has_value(); });
         return std::move(*answer);
     };
@@ -50,7 +52,7 @@ void sameAnswer(benchmark::State& state, const char* candidate, std::shared_ptr<
             break;
         }
     }
-    Platform::MainQueue::setMain(nullptr);
+    Tarnwick_API::Platform::MainQueue::setMain(nullptr);
     if (!times.empty()) {
         state.counters["p50_us"] = median(times);
         note("1 MB answer: p50 us", candidate, median(times));
@@ -58,18 +60,20 @@ void sameAnswer(benchmark::State& state, const char* candidate, std::shared_ptr<
 }
 
 void fetched(benchmark::State& state) {
-    sameAnswer(state, "fetched over loopback", nullptr, Platform::HttpAnswer::Source::network);
+    sameAnswer(state, "fetched over loopback", nullptr, Tarnwick_API::Platform::HttpAnswer::Source::network);
 }
 
 void fromMemory(benchmark::State& state) {
-    sameAnswer(state, "cache in memory", std::make_shared<Platform::UrlCache>(4 * bodySize, 0, std::nullopt),
-               Platform::HttpAnswer::Source::cache);
+    sameAnswer(state, "cache in memory",
+               std::make_shared<Tarnwick_API::Platform::UrlCache>(4 * bodySize, 0, std::nullopt),
+               Tarnwick_API::Platform::HttpAnswer::Source::cache);
 }
 
 void fromDisk(benchmark::State& state) {
     sameAnswer(state, "cache on disk",
-               std::make_shared<Platform::UrlCache>(0, 4 * bodySize, ServiceProcess::shared().folder() / "cache"),
-               Platform::HttpAnswer::Source::cache);
+               std::make_shared<Tarnwick_API::Platform::UrlCache>(0, 4 * bodySize,
+                                                                  ServiceProcess::shared().folder() / "cache"),
+               Tarnwick_API::Platform::HttpAnswer::Source::cache);
 }
 
 BENCHMARK(fetched)->Iterations(300)->UseRealTime();

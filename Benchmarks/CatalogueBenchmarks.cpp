@@ -1,8 +1,7 @@
-#include <Tarnwick_API/TarnwickApi.hpp>
-
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/Json.hpp>
-#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
+#include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
+#include <Tarnwick_API/Tarnwick_API.hpp>
 
 #include "AllocationCount.hpp"
 #include "Catalogue.hpp"
@@ -10,8 +9,6 @@
 #include "Configuration.hpp"
 #include "Measurements.hpp"
 #include "ServerListPeers.hpp"
-
-#include <benchmark/benchmark.h>
 
 #include <chrono>
 #include <cstddef>
@@ -21,6 +18,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 namespace Benchmarks {
 namespace {

@@ -2,14 +2,14 @@
 
 #include "Measurements.hpp"
 
-#include <benchmark/benchmark.h>
-
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 namespace Benchmarks {
 namespace {

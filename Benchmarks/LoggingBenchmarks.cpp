@@ -1,11 +1,10 @@
-#include <Platform/Logging/DebugChannel.hpp>
-
 #include "Measurements.hpp"
-
-#include <benchmark/benchmark.h>
+#include <Platform/Logging/DebugChannel.hpp>
 
 #include <chrono>
 #include <string>
+
+#include <benchmark/benchmark.h>
 
 namespace Benchmarks {
 namespace {
@@ -26,8 +25,8 @@ void unreadLogLine(benchmark::State& state) {
     for ([[maybe_unused]] auto iteration : state) {
         const auto empty = nanosecondsPerRound([](int round) { benchmark::DoNotOptimize(round); });
         const auto logging = nanosecondsPerRound([](int round) {
-            if (Platform::DebugChannel::isOpen()) {
-                Platform::DebugChannel::write("round " + std::to_string(round), "unreadLogLine");
+            if (Tarnwick_API::Platform::DebugChannel::isOpen()) {
+                Tarnwick_API::Platform::DebugChannel::write("round " + std::to_string(round), "unreadLogLine");
             }
             benchmark::DoNotOptimize(round);
         });

@@ -1,6 +1,5 @@
 #include "Measurements.hpp"
 
-#include <malloc.h>
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -8,6 +7,8 @@
 #include <map>
 #include <string>
 #include <utility>
+
+#include <malloc.h>
 
 namespace Benchmarks {
 

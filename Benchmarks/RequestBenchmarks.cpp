@@ -1,18 +1,17 @@
-#include <Tarnwick_API/TarnwickApi.hpp>
-
-#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
+#include <Tarnwick_API/Tarnwick_API.hpp>
 
 #include "CurlPeers.hpp"
 #include "Measurements.hpp"
 #include "ServiceProcess.hpp"
-
-#include <benchmark/benchmark.h>
 
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 namespace Benchmarks {
 namespace {

@@ -1,15 +1,16 @@
 #include "ServerListPeers.hpp"
 
-#include <rapidjson/document.h>
-#include <simdjson.h>
 #include <charconv>
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include <nlohmann/json.hpp>
+#include <rapidjson/document.h>
+#include <simdjson.h>
 
 namespace Benchmarks {
 
@@ -57,7 +58,7 @@ Server serverFrom(Text text, OptionalText optionalText) {
 
 }  // namespace
 
-std::vector<Server> serversBySimdjson(const Platform::Bytes& body) {
+std::vector<Server> serversBySimdjson(const Tarnwick_API::Platform::Bytes& body) {
     static simdjson::dom::parser parser;
     std::vector<Server> servers;
     const simdjson::dom::array list = parser.parse(body.data(), body.size(), false);
@@ -76,7 +77,7 @@ std::vector<Server> serversBySimdjson(const Platform::Bytes& body) {
     return servers;
 }
 
-std::vector<Server> serversByRapidJson(const Platform::Bytes& body) {
+std::vector<Server> serversByRapidJson(const Tarnwick_API::Platform::Bytes& body) {
     rapidjson::Document document;
     document.Parse<rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag>(body.data(),
                                                                                                body.size());
@@ -110,7 +111,7 @@ std::vector<Server> serversByRapidJson(const Platform::Bytes& body) {
     return servers;
 }
 
-std::vector<Server> serversByNlohmann(const Platform::Bytes& body) {
+std::vector<Server> serversByNlohmann(const Tarnwick_API::Platform::Bytes& body) {
     const auto list = nlohmann::json::parse(body);
     std::vector<Server> servers;
     servers.reserve(list.size());

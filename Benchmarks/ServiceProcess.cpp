@@ -2,24 +2,24 @@
 
 #include "Certificates.hpp"
 
-#include <arpa/inet.h>
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
 
+#include <arpa/inet.h>
 #include <curl/curl.h>
+#include <fcntl.h>
+#include <nlohmann/json.hpp>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 extern char** environ;  // NOLINT(readability-redundant-declaration)
 

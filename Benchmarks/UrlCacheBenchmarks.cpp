@@ -1,11 +1,11 @@
-#include <Tarnwick_API/Platform/UrlCache.hpp>
-
-#include <benchmark/benchmark.h>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <utility>
+
+#include <benchmark/benchmark.h>
 
 namespace Benchmarks {
 namespace {
@@ -32,24 +32,26 @@ private:
     std::filesystem::path path_;
 };
 
-Platform::HttpRequest requestOf(std::int64_t number) {
-    const auto url = Platform::Url::fromString("https://api.example/v1/servers?number=" + std::to_string(number));
-    return {Platform::HttpMethod::get, url.value(), {}, Platform::ParameterEncoding::url, {}};
+Tarnwick_API::Platform::HttpRequest requestOf(std::int64_t number) {
+    const auto url =
+        Tarnwick_API::Platform::Url::fromString("https://api.example/v1/servers?number=" + std::to_string(number));
+    return {
+        Tarnwick_API::Platform::HttpMethod::get, url.value(), {}, Tarnwick_API::Platform::ParameterEncoding::url, {}};
 }
 
-std::shared_ptr<const Platform::CachedUrlResponse> answerOf(std::size_t size) {
-    Platform::CachedUrlResponse response;
+std::shared_ptr<const Tarnwick_API::Platform::CachedUrlResponse> answerOf(std::size_t size) {
+    Tarnwick_API::Platform::CachedUrlResponse response;
     response.response.status = 200;
     response.response.headers = {{"content-type", "application/json"}, {"etag", "\"0123456789abcdef\""}};
-    response.body = std::make_shared<const Platform::Bytes>(size, 'x');
-    response.userInformation.emplace().emplace("CachedDate", Platform::WallClock::now());
-    return std::make_shared<const Platform::CachedUrlResponse>(std::move(response));
+    response.body = std::make_shared<const Tarnwick_API::Platform::Bytes>(size, 'x');
+    response.userInformation.emplace().emplace("CachedDate", Tarnwick_API::Platform::WallClock::now());
+    return std::make_shared<const Tarnwick_API::Platform::CachedUrlResponse>(std::move(response));
 }
 
 /// Arguments: entries in the cache; whether it is full, so that each store evicts.
 void storeInUrlCache(benchmark::State& state) {
     const CacheFolder folder;
-    Platform::UrlCache cache{0, plenty, folder.path()};
+    Tarnwick_API::Platform::UrlCache cache{0, plenty, folder.path()};
     const auto answer = answerOf(entrySize);
     std::int64_t number = 0;
     while (number < state.range(0)) {
@@ -66,7 +68,7 @@ void storeInUrlCache(benchmark::State& state) {
 /// Arguments: entries in the cache; its memory capacity.
 void lookUpInUrlCache(benchmark::State& state) {
     const CacheFolder folder;
-    Platform::UrlCache cache{static_cast<std::size_t>(state.range(1)), plenty, folder.path()};
+    Tarnwick_API::Platform::UrlCache cache{static_cast<std::size_t>(state.range(1)), plenty, folder.path()};
     const auto answer = answerOf(entrySize);
     for (std::int64_t number = 0; number < state.range(0); ++number) {
         cache.storeCachedResponse(answer, requestOf(number));

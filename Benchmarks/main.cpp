@@ -1,10 +1,9 @@
 #include "Measurements.hpp"
 
-#include <benchmark/benchmark.h>
-
 #include <string>
 #include <vector>
 
+#include <benchmark/benchmark.h>
 #include <curl/curl.h>
 
 int main(int argumentCount, char** arguments) {

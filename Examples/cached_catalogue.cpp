@@ -1,7 +1,7 @@
 // An application that installs a response cache, and tells its windows of a new catalogue by an event of its own.
 // Usage: example_cached_catalogue HOST[:PORT] CA-FILE
 
-#include <Tarnwick_API/TarnwickApi.hpp>
+#include <Tarnwick_API/Tarnwick_API.hpp>
 
 #include <cstddef>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // A host with an event loop of its own, here one on epoll: the library's main queue is its two operations.
 // Usage: example_own_event_loop HOST[:PORT] CA-FILE
 
-#include <Tarnwick_API/TarnwickApi.hpp>
+#include <Tarnwick_API/Tarnwick_API.hpp>
 
 #include <array>
 #include <chrono>
@@ -20,7 +20,7 @@
 namespace {
 
 /// Stands for the loop that an application has anyway.
-class EventLoop final : public Platform::MainQueue {
+class EventLoop final : public Tarnwick_API::Platform::MainQueue {
 public:
     EventLoop() : epoll_{epoll_create1(EPOLL_CLOEXEC)}, wakeUp_{eventfd(0, EFD_CLOEXEC)} {
         epoll_event event{};

@@ -1,7 +1,7 @@
 // The shortest whole program: asks a development service how it sees this computer.
 // Usage: example_read_status HOST[:PORT] CA-FILE
 
-#include <Tarnwick_API/TarnwickApi.hpp>
+#include <Tarnwick_API/Tarnwick_API.hpp>
 
 #include <cstdlib>
 #include <iostream>

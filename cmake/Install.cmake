@@ -1,6 +1,6 @@
 include(CMakePackageConfigHelpers)
 
-install(TARGETS Platform Tarnwick_API EXPORT Tarnwick_API_targets FILE_SET HEADERS)
+install(TARGETS Tarnwick_API EXPORT Tarnwick_API_targets FILE_SET HEADERS)
 install(EXPORT Tarnwick_API_targets NAMESPACE Tarnwick_API:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Tarnwick_API)
 configure_package_config_file(cmake/Tarnwick_APIConfig.cmake.in Tarnwick_APIConfig.cmake
     INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Tarnwick_API)

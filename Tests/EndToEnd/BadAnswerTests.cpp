@@ -1,9 +1,9 @@
 #include "ServiceFixture.hpp"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

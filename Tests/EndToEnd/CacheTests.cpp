@@ -1,11 +1,8 @@
-#include <Tarnwick_API/Platform/UrlCache.hpp>
-#include <Tarnwick_API/Platform/WallClock.hpp>
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include "HttpDate.hpp"
 #include "ServiceFixture.hpp"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <chrono>
@@ -14,6 +11,9 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

@@ -1,11 +1,11 @@
 #include "ServiceFixture.hpp"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <set>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

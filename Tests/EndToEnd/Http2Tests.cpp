@@ -1,6 +1,10 @@
+#include "Certificates.hpp"
 #include "ServiceFixture.hpp"
 
-#include "Certificates.hpp"
+#include <csignal>
+#include <fstream>
+#include <string>
+#include <vector>
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
@@ -8,10 +12,6 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <csignal>
-#include <fstream>
-#include <string>
-#include <vector>
 
 namespace Tarnwick_API {
 namespace {

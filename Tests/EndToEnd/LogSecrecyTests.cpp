@@ -1,8 +1,8 @@
 #include "ServiceFixture.hpp"
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

@@ -1,8 +1,9 @@
 #include "ServiceFixture.hpp"
 
-#include <unistd.h>
 #include <string>
 #include <utility>
+
+#include <unistd.h>
 
 namespace Testing {
 

@@ -1,14 +1,11 @@
 #pragma once
 
-#include <Tarnwick_API/TarnwickApi.hpp>
-
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
-#include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
+#include <Tarnwick_API/Tarnwick_API.hpp>
 
 #include "Service.hpp"
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
@@ -16,6 +13,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace Testing {
 
@@ -40,8 +39,8 @@ protected:
     ~ServiceFixture() override;
 
     /// As the library's own configuration, but trusting the service's authority, and the fallback address led to it.
-    [[nodiscard]] Platform::HttpSessionConfiguration sessionConfiguration() const;
-    static void use(Platform::HttpSessionConfiguration configuration);
+    [[nodiscard]] Tarnwick_API::Platform::HttpSessionConfiguration sessionConfiguration() const;
+    static void use(Tarnwick_API::Platform::HttpSessionConfiguration configuration);
 
     /// Runs the main queue until `done`, the clock jumping over pauses.
     void runUntil(const std::function<bool()>& done);
@@ -73,7 +72,8 @@ protected:
     void createAccount(const std::string& username, const std::string& password);
 
     TarnwickService::Service service;
-    std::shared_ptr<Platform::VirtualTimeMainQueue> queue = std::make_shared<Platform::VirtualTimeMainQueue>();
+    std::shared_ptr<Tarnwick_API::Platform::VirtualTimeMainQueue> queue =
+        std::make_shared<Tarnwick_API::Platform::VirtualTimeMainQueue>();
     std::filesystem::path trustedRoots;
     std::shared_ptr<Tarnwick_API::TarnwickApi> api;
 };

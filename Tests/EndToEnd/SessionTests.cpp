@@ -1,12 +1,12 @@
 #include "ServiceFixture.hpp"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 #include <variant>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

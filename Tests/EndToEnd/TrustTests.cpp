@@ -1,13 +1,12 @@
-#include "ServiceFixture.hpp"
-
 #include "Certificates.hpp"
-
-#include <gtest/gtest.h>
+#include "ServiceFixture.hpp"
 
 #include <chrono>
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

@@ -1,9 +1,9 @@
 #include "Catalogue.hpp"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <set>
+
+#include <gtest/gtest.h>
 
 namespace TarnwickService {
 namespace {

@@ -1,8 +1,9 @@
 #include "Caller.hpp"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
+
+#include <nlohmann/json.hpp>
 
 namespace TarnwickService {
 

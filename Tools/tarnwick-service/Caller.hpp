@@ -1,10 +1,11 @@
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
+#include "Places.hpp"
+
 #include <string>
 #include <vector>
 
-#include "Places.hpp"
+#include <nlohmann/json_fwd.hpp>
 
 namespace TarnwickService {
 

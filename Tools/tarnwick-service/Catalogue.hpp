@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Places.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Places.hpp"
 
 namespace TarnwickService {
 

@@ -1,11 +1,11 @@
 #include "CatalogueApi.hpp"
 
+#include "CatalogueRecords.hpp"
+#include "HttpDate.hpp"
+
 #include <charconv>
 #include <cmath>
 #include <functional>
-
-#include "CatalogueRecords.hpp"
-#include "HttpDate.hpp"
 
 namespace TarnwickService {
 namespace {

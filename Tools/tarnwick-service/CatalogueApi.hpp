@@ -1,17 +1,17 @@
 #pragma once
 
+#include "Caller.hpp"
+#include "Catalogue.hpp"
+#include "Configuration.hpp"
+#include "Exchange.hpp"
+#include "RequestCheck.hpp"
+
 #include <chrono>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
-
-#include "Caller.hpp"
-#include "Catalogue.hpp"
-#include "Configuration.hpp"
-#include "Exchange.hpp"
-#include "RequestCheck.hpp"
 
 namespace TarnwickService {
 

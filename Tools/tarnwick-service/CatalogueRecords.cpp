@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+
 #include <nlohmann/json.hpp>
 
 namespace TarnwickService {

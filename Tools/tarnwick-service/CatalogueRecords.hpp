@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "Catalogue.hpp"
+
+#include <string>
 
 namespace TarnwickService {
 

@@ -1,5 +1,11 @@
 #include "Certificates.hpp"
 
+#include <array>
+#include <cstdint>
+#include <ctime>
+#include <stdexcept>
+#include <string_view>
+
 #include <openssl/asn1.h>
 #include <openssl/bio.h>
 #include <openssl/ec.h>
@@ -9,12 +15,6 @@
 #include <openssl/rand.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
-
-#include <array>
-#include <cstdint>
-#include <ctime>
-#include <stdexcept>
-#include <string_view>
 
 namespace TarnwickService {
 namespace {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Certificates.hpp"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -7,8 +9,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "Certificates.hpp"
 
 namespace TarnwickService {
 

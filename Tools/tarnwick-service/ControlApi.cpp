@@ -1,9 +1,10 @@
 #include "ControlApi.hpp"
 
-#include <charconv>
-#include <nlohmann/json.hpp>
-
 #include "Service.hpp"
+
+#include <charconv>
+
+#include <nlohmann/json.hpp>
 
 namespace TarnwickService {
 namespace {

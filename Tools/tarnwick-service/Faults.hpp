@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Exchange.hpp"
+
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
@@ -11,8 +13,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "Exchange.hpp"
 
 namespace TarnwickService {
 

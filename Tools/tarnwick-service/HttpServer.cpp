@@ -3,8 +3,18 @@
 
 #include "HttpServer.hpp"
 
+#include "HttpDate.hpp"
+
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <chrono>
+#include <ctime>
+#include <list>
+#include <mutex>
+#include <string_view>
+#include <thread>
+
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -15,17 +25,7 @@
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/status.hpp>
 #include <boost/beast/http/string_body.hpp>
-#include <charconv>
-#include <chrono>
-#include <ctime>
-#include <list>
-#include <mutex>
-#include <string_view>
-#include <thread>
-
 #include <sys/socket.h>
-
-#include "HttpDate.hpp"
 
 namespace TarnwickService {
 namespace {

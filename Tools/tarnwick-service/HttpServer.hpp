@@ -1,14 +1,14 @@
 #pragma once
 
+#include "Certificates.hpp"
+#include "Exchange.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-
-#include "Certificates.hpp"
-#include "Exchange.hpp"
 
 namespace TarnwickService {
 

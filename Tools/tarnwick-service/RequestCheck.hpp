@@ -1,12 +1,12 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "Accounts.hpp"
 #include "Configuration.hpp"
 #include "Exchange.hpp"
 #include "WireParameters.hpp"
+
+#include <optional>
+#include <string>
 
 namespace TarnwickService {
 

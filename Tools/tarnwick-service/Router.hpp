@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string_view>
-
 #include "AccountApi.hpp"
 #include "CatalogueApi.hpp"
 #include "StatusApi.hpp"
+
+#include <string_view>
 
 namespace TarnwickService {
 

@@ -1,9 +1,5 @@
 #include "Service.hpp"
 
-#include <arpa/inet.h>
-
-#include <stdexcept>
-
 #include "AccountApi.hpp"
 #include "Caller.hpp"
 #include "CatalogueApi.hpp"
@@ -12,6 +8,10 @@
 #include "RequestCheck.hpp"
 #include "Router.hpp"
 #include "StatusApi.hpp"
+
+#include <stdexcept>
+
+#include <arpa/inet.h>
 
 namespace TarnwickService {
 namespace {

@@ -1,16 +1,16 @@
 #pragma once
 
-#include <cstdint>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "Accounts.hpp"
 #include "Catalogue.hpp"
 #include "Configuration.hpp"
 #include "Faults.hpp"
 #include "Traffic.hpp"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace TarnwickService {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "Caller.hpp"
 #include "Configuration.hpp"
 #include "Exchange.hpp"
 #include "RequestCheck.hpp"
+
+#include <memory>
+#include <string>
 
 namespace TarnwickService {
 

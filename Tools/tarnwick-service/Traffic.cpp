@@ -1,10 +1,10 @@
 #include "Traffic.hpp"
 
+#include "Router.hpp"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
-
-#include "Router.hpp"
 
 namespace TarnwickService {
 namespace {

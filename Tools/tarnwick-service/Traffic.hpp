@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Exchange.hpp"
+
 #include <cstdint>
 #include <deque>
 #include <map>
@@ -7,8 +9,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "Exchange.hpp"
 
 namespace TarnwickService {
 

@@ -1,11 +1,12 @@
 #include "WireParameters.hpp"
 
+#include "Exchange.hpp"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <nlohmann/json.hpp>
 
-#include "Exchange.hpp"
+#include <nlohmann/json.hpp>
 
 namespace TarnwickService {
 namespace {

@@ -1,18 +1,18 @@
-#include <CLI/CLI.hpp>
+#include "Service.hpp"
+
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <system_error>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 #include <pthread.h>
 #include <unistd.h>
-
-#include "Service.hpp"
 
 namespace {
 

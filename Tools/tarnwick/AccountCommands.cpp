@@ -1,10 +1,10 @@
-#include <CLI/CLI.hpp>
-
 #include "Client.hpp"
 #include "Command.hpp"
 #include "Credentials.hpp"
 #include "RecordJson.hpp"
 #include "Table.hpp"
+
+#include <CLI/CLI.hpp>
 
 namespace TarnwickClient {
 

@@ -1,14 +1,14 @@
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 
+#include "Client.hpp"
+#include "Command.hpp"
+#include "LocationTables.hpp"
+
 #include <algorithm>
 #include <cctype>
 #include <map>
 
 #include <CLI/CLI.hpp>
-
-#include "Client.hpp"
-#include "Command.hpp"
-#include "LocationTables.hpp"
 
 namespace TarnwickClient {
 

@@ -1,14 +1,14 @@
 #include "Client.hpp"
 
-#include <Tarnwick_API/TarnwickApi.hpp>
-
-#include <chrono>
-#include <string_view>
+#include <Tarnwick_API/Tarnwick_API.hpp>
 
 #include "InstallationId.hpp"
 #include "KeptItem.hpp"
 #include "UserFolders.hpp"
 #include "WaitingLine.hpp"
+
+#include <chrono>
+#include <string_view>
 
 namespace TarnwickClient {
 
@@ -24,8 +24,8 @@ std::chrono::milliseconds milliseconds(double seconds) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>{seconds});
 }
 
-Platform::Uuid installationId(const Settings& settings) {
-    if (const auto id = Platform::Uuid::fromString(settings.installationId)) {
+Tarnwick_API::Platform::Uuid installationId(const Settings& settings) {
+    if (const auto id = Tarnwick_API::Platform::Uuid::fromString(settings.installationId)) {
         return *id;
     }
     const auto folder = stateFolder();
@@ -55,7 +55,8 @@ Tarnwick_API::ApiUrl apiUrl(const Settings& settings) {
             host(ApiEnvironment::staging)};
 }
 
-std::shared_ptr<Platform::HttpSession> makeSession(const Settings& settings, std::shared_ptr<TransferLog> log) {
+std::shared_ptr<Tarnwick_API::Platform::HttpSession> makeSession(const Settings& settings,
+                                                                 std::shared_ptr<TransferLog> log) {
     auto configuration = ApiVersion1::defaultSessionConfiguration();
     configuration.idleTimeout = milliseconds(settings.idleTimeout);
     if (!settings.caFile.empty()) {
@@ -67,22 +68,23 @@ std::shared_ptr<Platform::HttpSession> makeSession(const Settings& settings, std
         constexpr std::size_t disk = std::size_t{64} << 20U;
         configuration.cache = std::make_shared<Tarnwick_API::CustomUrlCache>(memory, disk, settings.cacheFolder);
     }
-    return std::make_shared<WatchedSession>(Platform::makeHttpSession(std::move(configuration)), std::move(log));
+    return std::make_shared<WatchedSession>(Tarnwick_API::Platform::makeHttpSession(std::move(configuration)),
+                                            std::move(log));
 }
 
 }  // namespace
 
 Client::Client(const Settings& settings)
     : settings_{settings},
-      queue_{std::make_shared<Platform::BuiltInMainQueue>()},
+      queue_{std::make_shared<Tarnwick_API::Platform::BuiltInMainQueue>()},
       transfers_{std::make_shared<TransferLog>()} {
     requireServiceSettings(settings);
     if (!settings.clickId.empty()) {
-        Platform::Preferences::setLookup([clickId = settings.clickId](std::string_view key) {
+        Tarnwick_API::Platform::Preferences::setLookup([clickId = settings.clickId](std::string_view key) {
             return key == "cid" ? std::optional{clickId} : std::nullopt;
         });
     }
-    Platform::MainQueue::setMain(queue_);
+    Tarnwick_API::Platform::MainQueue::setMain(queue_);
     ApiVersion1::setSessionManager(makeSession(settings, transfers_));
     api_ = Tarnwick_API::TarnwickApi::create(settings.apiVersion, settings.consumerKey, settings.consumerSecret,
                                              settings.partnerId.value_or(0), installationId(settings),
@@ -103,7 +105,8 @@ OAuthToken Client::requiredToken() const {
     auto token = storedToken();
     if (!token) {
         const auto status = keptItem(settings_.keychainService).status;
-        throw status == Platform::KeychainStatus::success ? Failure::notSignedIn() : Failure::keychain(status);
+        throw status == Tarnwick_API::Platform::KeychainStatus::success ? Failure::notSignedIn()
+                                                                        : Failure::keychain(status);
     }
     return *std::move(token);
 }
@@ -122,8 +125,8 @@ void Client::requireKept() const {
     const auto status = keptItem(settings_.keychainService).status;
     throw Failure{ExitStatus::local, "tokenNotKept",
                   std::string{"Signed in, but the access token could not be kept: "} +
-                      (status == Platform::KeychainStatus::success ? "the keychain did not take it."
-                                                                   : Failure::keychain(status).what())};
+                      (status == Tarnwick_API::Platform::KeychainStatus::success ? "the keychain did not take it."
+                                                                                 : Failure::keychain(status).what())};
 }
 
 void Client::adoptStoredToken() const {

@@ -3,18 +3,18 @@
 #include <Tarnwick_API/Calls/ApiError.hpp>
 #include <Tarnwick_API/Calls/Completion.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
-#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Records/OAuthToken.hpp>
+
+#include "Failure.hpp"
+#include "Settings.hpp"
+#include "WatchedSession.hpp"
 
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
-
-#include "Failure.hpp"
-#include "Settings.hpp"
-#include "WatchedSession.hpp"
 
 namespace TarnwickClient {
 
@@ -91,7 +91,7 @@ private:
     void wait(const std::string& doing, const std::function<bool()>& isDone);
 
     const Settings& settings_;
-    std::shared_ptr<Platform::BuiltInMainQueue> queue_;
+    std::shared_ptr<Tarnwick_API::Platform::BuiltInMainQueue> queue_;
     std::shared_ptr<TransferLog> transfers_;
     std::shared_ptr<Tarnwick_API::TarnwickApi> api_;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ExitStatus.hpp"
+
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -7,8 +9,6 @@
 #include <vector>
 
 #include <nlohmann/json.hpp>
-
-#include "ExitStatus.hpp"
 
 namespace CLI {
 class App;

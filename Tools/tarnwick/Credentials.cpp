@@ -1,10 +1,10 @@
 #include "Credentials.hpp"
 
-#include <cstdlib>
-#include <iostream>
-
 #include "Failure.hpp"
 #include "Terminal.hpp"
+
+#include <cstdlib>
+#include <iostream>
 
 namespace TarnwickClient {
 

@@ -9,11 +9,11 @@
 
 namespace TarnwickClient {
 
-using Platform::KeychainStatus;
 using Tarnwick_API::ApiError;
 using Tarnwick_API::LoginError;
 using Tarnwick_API::ResponseError;
 using Tarnwick_API::SignupError;
+using Tarnwick_API::Platform::KeychainStatus;
 
 namespace {
 

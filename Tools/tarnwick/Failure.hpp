@@ -1,13 +1,13 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiError.hpp>
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
+
+#include "ExitStatus.hpp"
 
 #include <stdexcept>
 #include <string>
 #include <string_view>
-
-#include "ExitStatus.hpp"
 
 namespace TarnwickClient {
 
@@ -27,9 +27,9 @@ public:
     }
 
     /// The keychain did not do what it was asked for.
-    [[nodiscard]] static Failure keychain(Platform::KeychainStatus status);
+    [[nodiscard]] static Failure keychain(Tarnwick_API::Platform::KeychainStatus status);
     /// As above, after an attempt to unlock it.
-    [[nodiscard]] static Failure unlocking(Platform::KeychainStatus status);
+    [[nodiscard]] static Failure unlocking(Tarnwick_API::Platform::KeychainStatus status);
 
     [[nodiscard]] ExitStatus status() const noexcept { return status_; }
     /// Such as "unauthorized"; stays the same between versions.

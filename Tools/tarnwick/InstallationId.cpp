@@ -1,26 +1,26 @@
 #include "InstallationId.hpp"
 
-#include <unistd.h>
+#include "Failure.hpp"
 
 #include <fstream>
 #include <optional>
 #include <string>
 #include <system_error>
 
-#include "Failure.hpp"
+#include <unistd.h>
 
 namespace TarnwickClient {
 
 namespace {
 
-std::optional<Platform::Uuid> readId(const std::filesystem::path& file) {
+std::optional<Tarnwick_API::Platform::Uuid> readId(const std::filesystem::path& file) {
     std::ifstream stream{file};
     if (!stream) {
         return std::nullopt;
     }
     std::string line;
     std::getline(stream, line);
-    const auto id = Platform::Uuid::fromString(line);
+    const auto id = Tarnwick_API::Platform::Uuid::fromString(line);
     if (!id) {
         throw Failure::local("The installation id in " + file.string() + " is none; remove the file to get a new one.");
     }
@@ -29,11 +29,11 @@ std::optional<Platform::Uuid> readId(const std::filesystem::path& file) {
 
 }  // namespace
 
-Platform::Uuid keptInstallationId(const std::filesystem::path& file) {
+Tarnwick_API::Platform::Uuid keptInstallationId(const std::filesystem::path& file) {
     if (const auto id = readId(file)) {
         return *id;
     }
-    const auto id = Platform::Uuid::random();
+    const auto id = Tarnwick_API::Platform::Uuid::random();
     std::error_code error;
     std::filesystem::create_directories(file.parent_path(), error);
     const std::filesystem::path draft{file.string() + "." + std::to_string(::getpid())};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Uuid.hpp>
+#include <Tarnwick_API/Platform/Application/Uuid.hpp>
 
 #include <filesystem>
 
@@ -8,6 +8,6 @@ namespace TarnwickClient {
 
 /// The id that `file` keeps; made and kept on first use. Throws `Failure` when the file holds something else or can be
 /// neither read nor made.
-[[nodiscard]] Platform::Uuid keptInstallationId(const std::filesystem::path& file);
+[[nodiscard]] Tarnwick_API::Platform::Uuid keptInstallationId(const std::filesystem::path& file);
 
 }  // namespace TarnwickClient

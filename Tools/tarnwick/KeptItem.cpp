@@ -7,8 +7,8 @@
 
 namespace TarnwickClient {
 
-using Platform::KeychainStatus;
 using Tarnwick_API::Keychain;
+using Tarnwick_API::Platform::KeychainStatus;
 
 KeptItem keptItem(const std::string& service) {
     auto answer = Keychain::store()->copyMatching({.service = service},
@@ -16,7 +16,7 @@ KeptItem keptItem(const std::string& service) {
     if (answer.status != KeychainStatus::success) {
         return {.status = answer.status == KeychainStatus::itemNotFound ? KeychainStatus::success : answer.status};
     }
-    auto* const found = std::get_if<Platform::KeychainDictionary>(&answer.value);
+    auto* const found = std::get_if<Tarnwick_API::Platform::KeychainDictionary>(&answer.value);
     if (found == nullptr) {
         return {.status = KeychainStatus::unknownFormat};
     }

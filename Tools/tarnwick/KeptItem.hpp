@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include <optional>
 #include <string>
@@ -13,9 +13,9 @@ struct KeptItem {
     enum class Kind { none, token, placeholder };
 
     /// `success` also when there is no item; otherwise why nothing is known.
-    Platform::KeychainStatus status = Platform::KeychainStatus::success;
+    Tarnwick_API::Platform::KeychainStatus status = Tarnwick_API::Platform::KeychainStatus::success;
     Kind kind = Kind::none;
-    std::optional<Platform::Bytes> reference = std::nullopt;
+    std::optional<Tarnwick_API::Platform::Bytes> reference = std::nullopt;
     bool requiresUserInteraction = false;
 };
 

@@ -1,11 +1,11 @@
 #include "KeychainChoice.hpp"
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
-#include <memory>
-
 #include "Failure.hpp"
+
+#include <memory>
 
 namespace TarnwickClient {
 
@@ -13,11 +13,11 @@ using Tarnwick_API::Keychain;
 
 namespace {
 
-std::shared_ptr<Platform::KeychainStore> systemKeychain() {
+std::shared_ptr<Tarnwick_API::Platform::KeychainStore> systemKeychain() {
 #ifdef __APPLE__
-    return Platform::makeSecurityFrameworkKeychainStore();
+    return Tarnwick_API::Platform::makeSecurityFrameworkKeychainStore();
 #else
-    return Platform::makeSecretServiceKeychainStore();
+    return Tarnwick_API::Platform::makeSecretServiceKeychainStore();
 #endif
 }
 
@@ -28,7 +28,7 @@ void installKeychain(const Settings& settings) {
     switch (settings.keychain) {
         case KeychainKind::automatic:
             if (hasFile) {
-                Keychain::setStore(Platform::makeFileKeychainStore(settings.keychainFile));
+                Keychain::setStore(Tarnwick_API::Platform::makeFileKeychainStore(settings.keychainFile));
             }
             return;
         case KeychainKind::system:
@@ -38,8 +38,8 @@ void installKeychain(const Settings& settings) {
             Keychain::setStore(systemKeychain());
             return;
         case KeychainKind::file:
-            Keychain::setStore(
-                Platform::makeFileKeychainStore(hasFile ? settings.keychainFile : Platform::defaultKeychainFile()));
+            Keychain::setStore(Tarnwick_API::Platform::makeFileKeychainStore(
+                hasFile ? settings.keychainFile : Tarnwick_API::Platform::defaultKeychainFile()));
             return;
     }
 }

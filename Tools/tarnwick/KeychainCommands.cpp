@@ -1,5 +1,12 @@
-#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
+
+#include "Command.hpp"
+#include "Failure.hpp"
+#include "KeptItem.hpp"
+#include "Settings.hpp"
+#include "Table.hpp"
+#include "WaitingLine.hpp"
 
 #include <algorithm>
 #include <array>
@@ -12,17 +19,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Command.hpp"
-#include "Failure.hpp"
-#include "KeptItem.hpp"
-#include "Settings.hpp"
-#include "Table.hpp"
-#include "WaitingLine.hpp"
-
 namespace TarnwickClient {
 
-using Platform::KeychainStatus;
 using Tarnwick_API::Keychain;
+using Tarnwick_API::Platform::KeychainStatus;
 
 namespace {
 
@@ -106,8 +106,8 @@ Result showStatus(const Settings& settings) {
 }
 
 Result unlock(const Settings& settings) {
-    const auto queue = std::make_shared<Platform::BuiltInMainQueue>();
-    Platform::MainQueue::setMain(queue);
+    const auto queue = std::make_shared<Tarnwick_API::Platform::BuiltInMainQueue>();
+    Tarnwick_API::Platform::MainQueue::setMain(queue);
     const auto outcome = std::make_shared<std::optional<KeychainStatus>>();
     Keychain::unlock([outcome](KeychainStatus status) { *outcome = status; });
     WaitingLine line{"Waiting for the keychain's prompt", !settings.verbose};

@@ -1,5 +1,8 @@
 #include "LocationTables.hpp"
 
+#include "RecordJson.hpp"
+#include "Table.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -8,9 +11,6 @@
 #include <cstring>
 #include <limits>
 #include <string>
-
-#include "RecordJson.hpp"
-#include "Table.hpp"
 
 namespace TarnwickClient {
 

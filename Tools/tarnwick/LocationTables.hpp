@@ -4,9 +4,9 @@
 #include <Tarnwick_API/Records/FavoriteEntry.hpp>
 #include <Tarnwick_API/Records/Server.hpp>
 
-#include <vector>
-
 #include "Command.hpp"
+
+#include <vector>
 
 namespace TarnwickClient {
 

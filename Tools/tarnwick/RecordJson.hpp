@@ -7,10 +7,10 @@
 #include <Tarnwick_API/Records/Status.hpp>
 #include <Tarnwick_API/Records/User.hpp>
 
+#include "Command.hpp"
+
 #include <optional>
 #include <string>
-
-#include "Command.hpp"
 
 namespace TarnwickClient {
 

@@ -1,13 +1,13 @@
 #include "ResultStream.hpp"
 
-#include <fcntl.h>
-#include <unistd.h>
+#include "Failure.hpp"
 
 #include <cerrno>
 #include <string>
 #include <system_error>
 
-#include "Failure.hpp"
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace TarnwickClient {
 

@@ -1,11 +1,11 @@
-#include <CLI/CLI.hpp>
-
 #include "Client.hpp"
 #include "Command.hpp"
 #include "Credentials.hpp"
 #include "DisplayText.hpp"
 #include "RecordJson.hpp"
 #include "Table.hpp"
+
+#include <CLI/CLI.hpp>
 
 namespace TarnwickClient {
 

@@ -1,6 +1,10 @@
 #include "Settings.hpp"
 
-#include <Tarnwick_API/Platform/Uuid.hpp>
+#include <Tarnwick_API/Platform/Application/Uuid.hpp>
+
+#include "ConfigurationFile.hpp"
+#include "Failure.hpp"
+#include "UserFolders.hpp"
 
 #include <algorithm>
 #include <cctype>
@@ -9,10 +13,6 @@
 #include <string_view>
 
 #include <CLI/CLI.hpp>
-
-#include "ConfigurationFile.hpp"
-#include "Failure.hpp"
-#include "UserFolders.hpp"
 
 namespace TarnwickClient {
 
@@ -186,7 +186,7 @@ void requireServiceSettings(const Settings& settings) {
     if (host.find_first_of("/?#@ \t") != std::string::npos) {
         throw Failure::usage("A host is given without scheme and path, such as \"api.tarnwick.example\": " + host);
     }
-    if (!settings.installationId.empty() && !Platform::Uuid::fromString(settings.installationId)) {
+    if (!settings.installationId.empty() && !Tarnwick_API::Platform::Uuid::fromString(settings.installationId)) {
         throw Failure::usage("The installation id is no UUID: " + settings.installationId);
     }
 }

@@ -1,9 +1,9 @@
 #include "Table.hpp"
 
+#include "DisplayText.hpp"
+
 #include <algorithm>
 #include <numeric>
-
-#include "DisplayText.hpp"
 
 namespace TarnwickClient {
 

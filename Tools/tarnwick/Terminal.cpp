@@ -1,16 +1,16 @@
 #include "Terminal.hpp"
 
-#include <fcntl.h>
-#include <sys/ioctl.h>
-#include <termios.h>
-#include <unistd.h>
+#include "Failure.hpp"
 
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <string_view>
 
-#include "Failure.hpp"
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
 
 namespace TarnwickClient {
 

@@ -1,13 +1,13 @@
 #include "WaitingLine.hpp"
 
-#include <unistd.h>
+#include "DisplayText.hpp"
+#include "Terminal.hpp"
 
 #include <array>
 #include <iostream>
 #include <string_view>
 
-#include "DisplayText.hpp"
-#include "Terminal.hpp"
+#include <unistd.h>
 
 namespace TarnwickClient {
 

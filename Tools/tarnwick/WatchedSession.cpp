@@ -6,13 +6,13 @@ namespace TarnwickClient {
 
 namespace {
 
-int& count(TransferLog& log, Platform::HttpAnswer::Source source) {
+int& count(TransferLog& log, Tarnwick_API::Platform::HttpAnswer::Source source) {
     switch (source) {
-        case Platform::HttpAnswer::Source::cache:
+        case Tarnwick_API::Platform::HttpAnswer::Source::cache:
             return log.fromCache;
-        case Platform::HttpAnswer::Source::revalidated:
+        case Tarnwick_API::Platform::HttpAnswer::Source::revalidated:
             return log.confirmed;
-        case Platform::HttpAnswer::Source::network:
+        case Tarnwick_API::Platform::HttpAnswer::Source::network:
             break;
     }
     return log.fromService;
@@ -41,10 +41,10 @@ std::string sourcesText(const TransferLog& log) {
     return "Answers: " + (text.empty() ? "none" : text) + ".";
 }
 
-void WatchedSession::send(std::shared_ptr<const Platform::HttpRequest> request, Completion onCompletion) {
+void WatchedSession::send(std::shared_ptr<const Tarnwick_API::Platform::HttpRequest> request, Completion onCompletion) {
     ++log_->tries;
     session_->send(std::move(request),
-                   [log = log_, onCompletion = std::move(onCompletion)](Platform::HttpAnswer answer) {
+                   [log = log_, onCompletion = std::move(onCompletion)](Tarnwick_API::Platform::HttpAnswer answer) {
                        log->lastError = answer.error ? answer.error->description : std::string{};
                        if (!answer.error) {
                            ++count(*log, answer.source);

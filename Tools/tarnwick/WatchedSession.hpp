@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <memory>
 #include <string>
@@ -22,17 +22,19 @@ struct TransferLog {
 [[nodiscard]] std::string sourcesText(const TransferLog& log);
 
 /// A session that passes everything on and notes what happens.
-class WatchedSession final : public Platform::HttpSession {
+class WatchedSession final : public Tarnwick_API::Platform::HttpSession {
 public:
-    WatchedSession(std::shared_ptr<Platform::HttpSession> session, std::shared_ptr<TransferLog> log)
+    WatchedSession(std::shared_ptr<Tarnwick_API::Platform::HttpSession> session, std::shared_ptr<TransferLog> log)
         : session_{std::move(session)}, log_{std::move(log)} {}
 
-    [[nodiscard]] const Platform::HttpHeaders& defaultHeaders() const override { return session_->defaultHeaders(); }
+    [[nodiscard]] const Tarnwick_API::Platform::HttpHeaders& defaultHeaders() const override {
+        return session_->defaultHeaders();
+    }
     [[nodiscard]] bool isReachable(std::string_view urlText) const override;
-    void send(std::shared_ptr<const Platform::HttpRequest> request, Completion onCompletion) override;
+    void send(std::shared_ptr<const Tarnwick_API::Platform::HttpRequest> request, Completion onCompletion) override;
 
 private:
-    std::shared_ptr<Platform::HttpSession> session_;
+    std::shared_ptr<Tarnwick_API::Platform::HttpSession> session_;
     std::shared_ptr<TransferLog> log_;
 };
 

@@ -1,15 +1,5 @@
-#include <Tarnwick_API/Platform/Bundle.hpp>
-#include <Tarnwick_API/Platform/Logging.hpp>
-
-#include <algorithm>
-#include <clocale>
-#include <exception>
-#include <iostream>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <CLI/CLI.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "Client.hpp"
 #include "Command.hpp"
@@ -20,6 +10,16 @@
 #include "ResultStream.hpp"
 #include "Settings.hpp"
 #include "Terminal.hpp"
+
+#include <algorithm>
+#include <clocale>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <CLI/CLI.hpp>
 
 namespace {
 
@@ -32,16 +32,17 @@ using TarnwickClient::ResultStream;
 using TarnwickClient::Settings;
 
 void introduceProgram() {
-    Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleName", "tarnwick"},
-                                                {"CFBundleExecutable", "tarnwick"},
-                                                {"CFBundleIdentifier", "example.tarnwick.client"},
-                                                {"CFBundleVersion", TARNWICK_CLIENT_VERSION},
-                                                {"CFBundleShortVersionString", TARNWICK_CLIENT_VERSION}}});
+    Tarnwick_API::Platform::Bundle::setMain(
+        Tarnwick_API::Platform::Bundle{{{"CFBundleName", "tarnwick"},
+                                        {"CFBundleExecutable", "tarnwick"},
+                                        {"CFBundleIdentifier", "example.tarnwick.client"},
+                                        {"CFBundleVersion", TARNWICK_CLIENT_VERSION},
+                                        {"CFBundleShortVersionString", TARNWICK_CLIENT_VERSION}}});
 }
 
 void openDebugChannel() {
-    Platform::Logging::setSink(
-        [](const Platform::Logging::Entry& entry) { std::cerr << "[debug] " << entry.message << '\n'; });
+    Tarnwick_API::Platform::Logging::setSink(
+        [](const Tarnwick_API::Platform::Logging::Entry& entry) { std::cerr << "[debug] " << entry.message << '\n'; });
 }
 
 std::string document(const Json& json) {

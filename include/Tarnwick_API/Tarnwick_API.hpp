@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
-#include <Tarnwick_API/API Versions/ApiVersion2.hpp>
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
+#include <Tarnwick_API/Backends/ApiVersion2.hpp>
 #include <Tarnwick_API/Calls/AccountCalls.hpp>
 #include <Tarnwick_API/Calls/CatalogueCalls.hpp>
 #include <Tarnwick_API/Calls/DeviceCalls.hpp>
@@ -13,15 +13,15 @@
 #include <Tarnwick_API/Facade/ApiNotification.hpp>
 #include <Tarnwick_API/Facade/ServerFilterType.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
-#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
-#include <Tarnwick_API/Platform/Bundle.hpp>
-#include <Tarnwick_API/Platform/HostName.hpp>
-#include <Tarnwick_API/Platform/Locale.hpp>
-#include <Tarnwick_API/Platform/Logging.hpp>
-#include <Tarnwick_API/Platform/MainQueue.hpp>
-#include <Tarnwick_API/Platform/NotificationCenter.hpp>
-#include <Tarnwick_API/Platform/Preferences.hpp>
-#include <Tarnwick_API/Platform/UrlCache.hpp>
-#include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/HostName.hpp>
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
+#include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
+#include <Tarnwick_API/Platform/Application/Preferences.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 #include <Tarnwick_API/Storage/CustomUrlCache.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>

@@ -1,8 +1,8 @@
-#include <Tarnwick_API/Platform/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 
 #include <Platform/Concurrency/ProcessWide.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -38,4 +38,4 @@ void Bundle::setMain(Bundle bundle) {
     mainBundle().set(std::make_shared<const Bundle>(std::move(bundle)));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,9 +1,9 @@
-#include <Tarnwick_API/Platform/HostName.hpp>
+#include <Tarnwick_API/Platform/Application/HostName.hpp>
 
 #include <Platform/Application/SystemHostName.hpp>
 #include <Platform/Concurrency/ProcessWide.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -25,4 +25,4 @@ void HostName::setLookup(std::function<std::optional<std::string>()> lookup) {
     installedLookup().set(std::move(lookup));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,7 +1,7 @@
-#include <Tarnwick_API/Platform/Locale.hpp>
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
 
-#include <Platform/Application/AsciiCharacters.hpp>
 #include <Platform/Concurrency/ProcessWide.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,7 @@
 #include <unicode/uloc.h>
 #include <unicode/unistr.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -151,4 +151,4 @@ std::optional<std::string> Locale::localizedRegionName(std::string_view regionCo
     return regionName("en", regionCode);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -129,4 +129,4 @@ std::optional<std::string> prettyHostName(std::string_view machineInfo) {
     return found;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/NotificationCenter.hpp>
+#include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
 
 #include <algorithm>
 #include <atomic>
@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 struct NotificationCenter::Observation::Entry {
     std::string name;
@@ -116,4 +116,4 @@ NotificationCenter& NotificationCenter::defaultCenter() {
     return center;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,8 +1,8 @@
-#include <Tarnwick_API/Platform/Preferences.hpp>
+#include <Tarnwick_API/Platform/Application/Preferences.hpp>
 
 #include <Platform/Concurrency/ProcessWide.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -22,4 +22,4 @@ void Preferences::setLookup(Lookup lookup) {
     installedLookup().set(std::move(lookup));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -68,4 +68,4 @@ int createPrivateFile(const std::filesystem::path& path) {
     return 0;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 struct FoundFile {
     /// Zero, or a system error number: ENOENT when nothing is there, ENOTSUP for anything but a regular file (a
@@ -22,4 +22,4 @@ struct FoundFile {
 /// The POSIX locks of this process on the file may go with this call: no connection may be open meanwhile.
 [[nodiscard]] int createPrivateFile(const std::filesystem::path& path);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

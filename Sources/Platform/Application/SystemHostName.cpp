@@ -1,7 +1,6 @@
-#include <Platform/Application/SystemHostName.hpp>
-
 #include <Platform/Application/MachineInfo.hpp>
-#include <Platform/Json/Utf8.hpp>
+#include <Platform/Application/SystemHostName.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
 #include <array>
@@ -10,7 +9,7 @@
 
 #include <unistd.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -50,4 +49,4 @@ std::optional<std::string> systemHostName() {
     return displayHostName(machineInfoText(), networkName());
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

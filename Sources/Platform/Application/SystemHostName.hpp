@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The name to show for a computer with this machine-info file and this network name. Names that are not UTF-8, and
 /// network names that every unnamed computer has, count as none.
@@ -13,4 +13,4 @@ namespace Platform {
 /// The same for this computer.
 [[nodiscard]] std::optional<std::string> systemHostName();
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

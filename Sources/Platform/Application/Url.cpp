@@ -1,10 +1,10 @@
-#include <Tarnwick_API/Platform/Url.hpp>
+#include <Tarnwick_API/Platform/Application/Url.hpp>
 
-#include <Platform/Application/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -152,4 +152,4 @@ std::string_view Url::port() const noexcept {
     return hostAndPortOf(text_).port;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

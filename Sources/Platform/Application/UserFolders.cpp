@@ -1,6 +1,6 @@
-#include <Platform/Application/UserFolders.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 
-#include <Tarnwick_API/Platform/Bundle.hpp>
+#include <Platform/Application/UserFolders.hpp>
 
 #include <array>
 #include <cerrno>
@@ -10,7 +10,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -55,4 +55,4 @@ std::string applicationFolderName() {
 #endif
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

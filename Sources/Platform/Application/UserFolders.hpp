@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The XDG base directory that the environment variable `variable` names, or else `underHome` in the user's home. A
 /// relative path in the variable counts as none. Empty when the user has no home.
@@ -12,4 +12,4 @@ namespace Platform {
 /// The application's own folder within such a directory: the main bundle's identifier or the program's name.
 [[nodiscard]] std::string applicationFolderName();
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

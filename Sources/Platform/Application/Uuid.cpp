@@ -1,10 +1,10 @@
-#include <Tarnwick_API/Platform/Uuid.hpp>
+#include <Tarnwick_API/Platform/Application/Uuid.hpp>
 
 #include <algorithm>
 #include <cstddef>
 #include <random>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -76,4 +76,4 @@ std::string Uuid::uuidString() const {
     return text;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,10 +1,10 @@
-#include <Tarnwick_API/Platform/WallClock.hpp>
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
 
 #include <Platform/Concurrency/ProcessWide.hpp>
 
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -26,4 +26,4 @@ void WallClock::setSource(std::function<WallTime()> source) {
     installedSource().set(std::move(source));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -5,7 +5,7 @@
 
 #include <sqlite3.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -243,4 +243,4 @@ void CacheDatabase::Transaction::commit() {
     isOpen_ = false;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The entries in one SQLite file, through one connection. Its operations throw `CacheDatabaseError`. One thread at a
 /// time.
@@ -72,4 +72,4 @@ private:
     bool hasCounted_ = false;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

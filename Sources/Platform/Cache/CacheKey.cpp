@@ -1,11 +1,10 @@
 #include <Platform/Cache/CacheKey.hpp>
-
-#include <Platform/Application/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 std::string cacheKey(const HttpRequest& request) {
     const std::string_view url = request.url().absoluteString();
@@ -24,4 +23,4 @@ std::string cacheKey(const HttpRequest& request) {
     return key;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
 #include <string>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// What tells the entries of a cache apart: "GET https://host/path?query".
 [[nodiscard]] std::string cacheKey(const HttpRequest& request);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -2,7 +2,7 @@
 
 #include <sqlite3.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -79,4 +79,4 @@ bool CacheStatement::step() {
     return true;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <cstdint>
 #include <memory>
@@ -11,7 +11,7 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Stays inside the room.
 class CacheDatabaseError : public std::runtime_error {
@@ -87,4 +87,4 @@ private:
     std::unique_ptr<sqlite3_stmt, Finalize> handle_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,13 +1,12 @@
-#include <Platform/Cache/DiskUrlCache.hpp>
-
 #include <Platform/Application/PrivateFile.hpp>
+#include <Platform/Cache/DiskUrlCache.hpp>
 
 #include <cerrno>
 #include <mutex>
 #include <system_error>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -221,4 +220,4 @@ void DiskUrlCache::owe(const std::string& key) {
     owesAll_ = owedRemovals_.size() > mostOwedRemovals;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -7,7 +7,7 @@
 #include <functional>
 #include <set>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The entries on the disk, in the file "Cache.db" of a folder. Opened when first needed; made by the first store.
 /// Whatever goes wrong leaves the file as it is, and is told once. One thread at a time, but for `noteUse`.
@@ -60,4 +60,4 @@ private:
     bool hasComplained_ = false;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -3,7 +3,7 @@
 #include <iterator>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 void MemoryUrlCache::store(const std::string& key, UrlResponsePointer response, std::size_t size) {
     Entries made;
@@ -87,4 +87,4 @@ void MemoryUrlCache::evict(Entries& removed) {
     }
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

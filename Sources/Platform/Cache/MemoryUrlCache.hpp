@@ -7,7 +7,7 @@
 #include <string>
 #include <unordered_map>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The entries in memory, in the order of their last use. Thread: any. Entries that go are destroyed outside the lock:
 /// they may be large, and hold what is not ours.
@@ -46,4 +46,4 @@ private:
     std::unordered_map<std::string_view, Entries::iterator> byKey_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

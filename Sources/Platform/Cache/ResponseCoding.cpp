@@ -6,7 +6,7 @@
 
 #include <zlib.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -170,4 +170,4 @@ UrlResponsePointer decode(std::string_view key, const EncodedResponse& encoded) 
     return std::make_shared<const CachedUrlResponse>(std::move(response));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

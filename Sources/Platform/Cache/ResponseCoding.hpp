@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// An entry as the disk has it. Its policy is `allowed`: others do not get there.
 struct EncodedResponse {
@@ -22,4 +22,4 @@ struct EncodedResponse {
 /// Null for anything but what `encode` has made for this key.
 [[nodiscard]] UrlResponsePointer decode(std::string_view key, const EncodedResponse& encoded);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

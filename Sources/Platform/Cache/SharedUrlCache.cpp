@@ -1,10 +1,10 @@
-#include <Tarnwick_API/Platform/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include <Platform/Concurrency/ProcessWide.hpp>
 
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -35,4 +35,4 @@ std::shared_ptr<UrlCache> UrlCache::installed() {
     return installedCache().get();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
 #include <Platform/Cache/StoredUrlResponse.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -33,4 +33,4 @@ bool holdSame(const CachedUrlResponse& left, const CachedUrlResponse& right) {
            left.response.headers == right.response.headers && *left.body == *right.body;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include <cstddef>
 #include <memory>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 using UrlResponsePointer = std::shared_ptr<const CachedUrlResponse>;
 
@@ -16,4 +16,4 @@ using UrlResponsePointer = std::shared_ptr<const CachedUrlResponse>;
 /// Whether both hold the same, wherever they are kept.
 [[nodiscard]] bool holdSame(const CachedUrlResponse& left, const CachedUrlResponse& right);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

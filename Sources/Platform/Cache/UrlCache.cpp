@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include <Platform/Application/UserFolders.hpp>
 #include <Platform/Cache/CacheKey.hpp>
@@ -10,7 +10,7 @@
 #include <mutex>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -161,4 +161,4 @@ std::string UrlCache::defaultPath() {
     return folder.empty() ? std::string{} : (folder / applicationFolderName()).string();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 std::vector<std::string> UseLog::take() {
     std::unordered_map<std::string, std::uint64_t> uses;
@@ -25,4 +25,4 @@ std::vector<std::string> UseLog::take() {
     return keys;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The keys that were looked up since the last write of their use. Look-ups then write nothing; the next change of the
 /// database, before anything is evicted, writes what they would have. Thread: any.
@@ -30,4 +30,4 @@ private:
     std::unordered_map<std::string, std::uint64_t> uses_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

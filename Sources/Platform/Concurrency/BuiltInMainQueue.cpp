@@ -1,11 +1,11 @@
-#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 
 #include <Platform/Concurrency/TaskSchedule.hpp>
 
 #include <condition_variable>
 #include <mutex>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -97,4 +97,4 @@ std::shared_ptr<BuiltInMainQueue> BuiltInMainQueue::shared() {
     return queue;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -5,7 +5,7 @@
 #include <thread>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 bool startDetachedThread(std::function<void()> body) {
     try {
@@ -21,4 +21,4 @@ bool startDetachedThread(std::function<void()> body) {
     return true;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,10 +1,9 @@
-#include <Tarnwick_API/Platform/MainQueue.hpp>
-
-#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <Platform/Concurrency/ProcessWide.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -26,4 +25,4 @@ void MainQueue::setMain(std::shared_ptr<MainQueue> queue) {
     installedQueue().set(std::move(queue));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A process-wide object that any thread may replace. The lock covers the pointer alone: the object is called without
 /// it, and a replaced object lives on until its last user is done.
@@ -63,4 +63,4 @@ private:
     ProcessWide<const Function> function_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

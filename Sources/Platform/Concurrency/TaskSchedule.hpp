@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -9,7 +9,7 @@
 #include <optional>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Tasks by due time, then by order of arrival. Not thread-safe.
 class TaskSchedule {
@@ -45,4 +45,4 @@ private:
     std::uint64_t nextNumber_ = 0;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

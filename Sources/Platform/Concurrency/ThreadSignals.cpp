@@ -4,7 +4,7 @@
 
 #include <pthread.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 void blockSignals() noexcept {
     sigset_t all{};
@@ -12,4 +12,4 @@ void blockSignals() noexcept {
     pthread_sigmask(SIG_BLOCK, &all, nullptr);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

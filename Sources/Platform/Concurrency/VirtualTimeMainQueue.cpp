@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 
 #include <Platform/Concurrency/TaskSchedule.hpp>
 
@@ -7,7 +7,7 @@
 #include <mutex>
 #include <optional>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 class VirtualTimeMainQueue::State {
 public:
@@ -131,4 +131,4 @@ bool VirtualTimeMainQueue::hasDelayedTasks() const {
     return state_->hasDelayed();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,14 +1,14 @@
-#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <Platform/Http/Caching/CacheThread.hpp>
 #include <Platform/Http/Caching/CachedExchange.hpp>
-#include <Platform/Http/ConnectionTarget.hpp>
-#include <Platform/Http/IoThread.hpp>
-#include <Platform/Http/SessionState.hpp>
+#include <Platform/Http/Transfers/ConnectionTarget.hpp>
+#include <Platform/Http/Transfers/IoThread.hpp>
+#include <Platform/Http/Transfers/SessionState.hpp>
 
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -62,4 +62,4 @@ std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configurat
     return std::make_shared<CurlHttpSession>(std::move(configuration));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

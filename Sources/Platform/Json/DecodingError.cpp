@@ -1,10 +1,10 @@
-#include <Tarnwick_API/Platform/DecodingError.hpp>
+#include <Tarnwick_API/Platform/Json/DecodingError.hpp>
 
 #include <iterator>
 #include <string>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 std::string_view DecodingError::localizedDescription() const noexcept {
     switch (kind_) {
@@ -41,4 +41,4 @@ DecodingError DecodingError::within(PathElement element) const {
     return DecodingError{kind_, std::move(path), debugDescription_};
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/Json.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <bit>
 #include <charconv>
@@ -7,7 +7,7 @@
 
 #include <simdjson.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace dom = simdjson::dom;
 
@@ -301,4 +301,4 @@ JsonArray::Iterator& JsonArray::Iterator::operator++() noexcept {
     return *this;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

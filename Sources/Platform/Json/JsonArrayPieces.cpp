@@ -1,9 +1,9 @@
-#include <Tarnwick_API/Platform/JsonArrayText.hpp>
+#include <Platform/Json/JsonArrayPieces.hpp>
 
 #include <algorithm>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -128,4 +128,4 @@ bool JsonArrayPieces::parse(const Cut& cut) {
     }
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
-#include <Tarnwick_API/Platform/Json.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <concepts>
 #include <cstddef>
@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A long JSON text whose root is an array, cut between elements into pieces that the processor's cache holds. A parsed
 /// text takes several times its length; so only that of one piece at a time does.
@@ -57,33 +57,48 @@ private:
     bool isComplete_ = false;
 };
 
-/// What `read` makes of each element of the array that is the root of `text`. Throws `DecodingError`, with the path to
-/// what is at fault, and what `read` throws. On an error elements may have been given to `read` twice.
-template <std::invocable<JsonValue> Read>
-[[nodiscard]] auto mapArrayText(const Bytes& text, Read&& read) {
-    std::vector<std::invoke_result_t<Read, JsonValue>> results;
+/// Gives `read` each element of the array that is the root of `text`, after `begin` the number of elements expected.
+/// Throws `DecodingError`, with the path to what is at fault, and what `read` throws. A text with anything wrong is
+/// read from the beginning once more, for the error and its place; so both may be called again.
+template <std::invocable<std::size_t> Begin, std::invocable<JsonValue> Read>
+void readArrayText(const Bytes& text, const Begin& begin, const Read& read) {
     if (JsonArrayPieces::isWorthwhile(text)) {
         try {
             JsonArrayPieces pieces{text};
+            bool hasBegun = false;
             while (const auto elements = pieces.next()) {
-                if (results.empty()) {
-                    results.reserve(pieces.expectedCount(elements->size()));
+                if (!std::exchange(hasBegun, true)) {
+                    begin(pieces.expectedCount(elements->size()));
                 }
                 for (const JsonValue element : *elements) {
-                    results.push_back(read(element));
+                    read(element);
                 }
             }
             if (pieces.isComplete()) {
-                return results;
+                return;
             }
         } catch (const std::exception&) {
             // Read as a whole below, the text tells what is wrong first, and where.
         }
-        results.clear();
-        results.shrink_to_fit();
     }
     const JsonDocument document{text};
-    return document.root().template require<JsonArray>().map(std::forward<Read>(read));
+    const auto elements = document.root().template require<JsonArray>();
+    begin(elements.size());
+    elements.forEach(read);
 }
 
-}  // namespace Platform
+/// What `read` makes of each element; otherwise as `readArrayText`.
+template <std::invocable<JsonValue> Read>
+[[nodiscard]] auto mapArrayText(const Bytes& text, const Read& read) {
+    std::vector<std::invoke_result_t<Read, JsonValue>> results;
+    readArrayText(
+        text,
+        [&results](const std::size_t expectedCount) {
+            results.clear();
+            results.reserve(expectedCount);
+        },
+        [&](const JsonValue& element) { results.push_back(read(element)); });
+    return results;
+}
+
+}  // namespace Tarnwick_API::Platform

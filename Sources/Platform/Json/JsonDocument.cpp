@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/Json.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <Platform/Json/LongIntegers.hpp>
 
@@ -7,7 +7,7 @@
 
 #include <simdjson.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -77,4 +77,4 @@ JsonDocument::JsonDocument(const Bytes& text) : parser_{leaseParser()} {
     root_ = std::bit_cast<JsonHandle>(root);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

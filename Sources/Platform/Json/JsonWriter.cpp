@@ -1,6 +1,5 @@
 #include <Platform/Json/JsonWriter.hpp>
-
-#include <Platform/Json/Utf8.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <array>
 #include <charconv>
@@ -11,7 +10,7 @@
 #include <utility>
 #include <variant>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -77,7 +76,7 @@ private:
 
     void writeText(std::string_view text) {
         bytes_ += '"';
-        for (const char character : mendedUtf8(text)) {
+        for (const char character : replaceInvalidUtf8(text)) {
             writeCharacter(character);
         }
         bytes_ += '"';
@@ -131,4 +130,4 @@ std::optional<Bytes> encodeJson(const Parameters& parameters) {
     return writer.takeBytes();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,13 +1,13 @@
-#include <Platform/Json/LongIntegers.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 
-#include <Tarnwick_API/Platform/Json.hpp>
+#include <Platform/Json/LongIntegers.hpp>
 
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <system_error>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -62,4 +62,4 @@ Bytes withLongIntegersAsReals(std::string_view json) {
     return rewritten;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 std::optional<std::string> KeychainStore::message(KeychainStatus status) const {
     switch (status) {
@@ -36,4 +36,4 @@ std::optional<std::string> KeychainStore::message(KeychainStatus status) const {
     return "OSStatus " + std::to_string(static_cast<std::int32_t>(status));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

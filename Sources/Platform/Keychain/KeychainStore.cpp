@@ -1,10 +1,9 @@
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
-
-#include <Tarnwick_API/Platform/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 KeychainStoreState KeychainStore::state() {
     KeychainStoreState own;
@@ -18,4 +17,4 @@ void KeychainStore::unlock(std::function<void(KeychainStatus)> onCompletion) {
     }
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -71,4 +71,4 @@ std::shared_ptr<KeychainStore> makeMemoryKeychainStore() {
     return std::make_shared<MemoryKeychainStore>();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

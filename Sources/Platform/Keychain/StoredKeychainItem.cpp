@@ -1,10 +1,10 @@
-#include <Platform/Keychain/StoredKeychainItem.hpp>
+#include <Tarnwick_API/Platform/Application/Uuid.hpp>
 
-#include <Tarnwick_API/Platform/Uuid.hpp>
+#include <Platform/Keychain/StoredKeychainItem.hpp>
 
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 Bytes freshPersistentReference() {
     return Uuid::random().uuidString();
@@ -40,4 +40,4 @@ KeychainAnswer answerShowing(StoredKeychainItem item, const KeychainReturn& want
     return {KeychainStatus::success, std::move(shown)};
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// An item as a store of our own keeps it.
 struct StoredKeychainItem {
@@ -24,4 +24,4 @@ struct StoredKeychainItem {
 /// The successful answer that shows `item` in the shape asked for.
 [[nodiscard]] KeychainAnswer answerShowing(StoredKeychainItem item, const KeychainReturn& wanted);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

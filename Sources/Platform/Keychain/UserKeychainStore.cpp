@@ -1,11 +1,11 @@
-#include <Platform/Keychain/FileKeychainStore.hpp>
-#include <Platform/Keychain/SecretServiceKeychainStore.hpp>
+#include <Platform/Keychain/File/FileKeychainStore.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceKeychainStore.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <mutex>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -108,7 +108,7 @@ private:
         if (content.status != KeychainStatus::success) {
             say("the file " + fileName_ + " can't be moved to the Secret Service, as it can't be read");
         } else if (!content.items.empty()) {
-            if (const auto status = keyring_->takeOver(content.items, content.writtenAt);
+            if (const auto status = keyring_->migrate(content.items, content.writtenAt);
                 status != KeychainStatus::success) {
                 return status;
             }
@@ -136,4 +136,4 @@ std::shared_ptr<KeychainStore> makeUserKeychainStore(std::string file, std::chro
     return std::make_shared<UserKeychainStore>(std::move(file), patience);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

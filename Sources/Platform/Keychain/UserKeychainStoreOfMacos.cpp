@@ -1,10 +1,10 @@
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 // The user's keychain is always there, and answers or prompts by the system's own rules.
 std::shared_ptr<KeychainStore> makeUserKeychainStore(std::string /*file*/, std::chrono::milliseconds /*patience*/) {
     return makeSecurityFrameworkKeychainStore();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

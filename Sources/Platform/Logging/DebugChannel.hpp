@@ -3,7 +3,7 @@
 #include <atomic>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The writing end of the debug channel, for this project's own code.
 class DebugChannel {
@@ -25,4 +25,4 @@ private:
     static inline std::atomic<bool> hasLogger_{false};
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

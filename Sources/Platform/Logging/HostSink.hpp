@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Logging.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include <exception>
 #include <mutex>
@@ -8,7 +8,7 @@
 
 #include <spdlog/sinks/base_sink.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Hands log entries to a function of the host's, one at a time.
 class HostSink final : public spdlog::sinks::base_sink<std::mutex> {
@@ -51,4 +51,4 @@ private:
     Logging::Sink sink_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

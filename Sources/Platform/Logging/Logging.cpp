@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/Logging.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include <Platform/Logging/DebugChannel.hpp>
 #include <Platform/Logging/HostSink.hpp>
@@ -8,7 +8,7 @@
 
 #include <spdlog/logger.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -87,4 +87,4 @@ void DebugChannel::write(std::string_view message, const char* function, const c
     }
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

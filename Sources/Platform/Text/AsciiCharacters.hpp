@@ -1,6 +1,6 @@
 #pragma once
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 // The standard library's classification follows the process's C locale; names, codes and URLs must not.
 
@@ -28,4 +28,4 @@ constexpr char asciiUpper(char character) noexcept {
     return isAsciiLetter(character) && !isAsciiUpper(character) ? static_cast<char>(character - 'a' + 'A') : character;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

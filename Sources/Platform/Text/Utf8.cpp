@@ -1,17 +1,17 @@
-#include <Platform/Json/Utf8.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <cstddef>
 
 #include <simdjson.h>
 #include <unicode/utf8.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 bool isValidUtf8(std::string_view text) noexcept {
     return simdjson::validate_utf8(text.data(), text.size());
 }
 
-std::string mendedUtf8(std::string_view text) {
+std::string replaceInvalidUtf8(std::string_view text) {
     if (isValidUtf8(text)) {
         return std::string{text};
     }
@@ -26,4 +26,4 @@ std::string mendedUtf8(std::string_view text) {
     return mended;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -3,12 +3,12 @@
 #include <string>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Whether `text` is UTF-8 throughout; the empty text is.
 [[nodiscard]] bool isValidUtf8(std::string_view text) noexcept;
 
 /// `text` with each ill-formed UTF-8 sequence replaced by U+FFFD, one per maximal part as Unicode recommends.
-[[nodiscard]] std::string mendedUtf8(std::string_view text);
+[[nodiscard]] std::string replaceInvalidUtf8(std::string_view text);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

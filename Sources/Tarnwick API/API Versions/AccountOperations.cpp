@@ -1,16 +1,16 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
-
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Calls/AccountCalls.hpp>
-#include <Tarnwick_API/Platform/HostName.hpp>
+#include <Tarnwick_API/Platform/Application/HostName.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
-#include <Platform/Json/Utf8.hpp>
-#include <Tarnwick API/API Versions/DecodeAnswer.hpp>
-#include <Tarnwick API/Calls/DeliverCompletion.hpp>
-#include <Tarnwick API/Calls/MapMerge.hpp>
+#include <Calls/DeliverCompletion.hpp>
+#include <Calls/MapMerge.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <iostream>
 #include <utility>
+
+#include <DecodeAnswer.hpp>
 
 namespace Tarnwick_API {
 

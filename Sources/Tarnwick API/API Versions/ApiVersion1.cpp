@@ -1,8 +1,8 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
-
-#include <Tarnwick API/API Versions/OAuthHeader.hpp>
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
 
 #include <utility>
+
+#include <OAuthHeader.hpp>
 
 namespace Tarnwick_API {
 

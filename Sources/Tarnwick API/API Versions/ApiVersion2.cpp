@@ -1,6 +1,5 @@
-#include <Tarnwick_API/API Versions/ApiVersion2.hpp>
-
-#include <Tarnwick_API/Platform/Url.hpp>
+#include <Tarnwick_API/Backends/ApiVersion2.hpp>
+#include <Tarnwick_API/Platform/Application/Url.hpp>
 
 #include <mutex>
 #include <utility>

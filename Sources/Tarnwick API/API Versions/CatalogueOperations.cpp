@@ -1,11 +1,10 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
-
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Calls/CatalogueCalls.hpp>
-#include <Tarnwick_API/Platform/JsonDecoder.hpp>
-
-#include <Tarnwick API/API Versions/DecodeAnswer.hpp>
+#include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 #include <utility>
+
+#include <DecodeAnswer.hpp>
 
 namespace Tarnwick_API {
 

@@ -3,7 +3,7 @@
 #include <Tarnwick_API/Calls/ApiResult.hpp>
 #include <Tarnwick_API/Calls/Completion.hpp>
 
-#include <Tarnwick API/Calls/DeliverCompletion.hpp>
+#include <Calls/DeliverCompletion.hpp>
 
 #include <exception>
 #include <optional>

@@ -1,4 +1,4 @@
-#include <Tarnwick API/API Versions/OAuthHeader.hpp>
+#include <OAuthHeader.hpp>
 
 namespace Tarnwick_API {
 

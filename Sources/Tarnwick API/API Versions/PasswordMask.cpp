@@ -1,9 +1,9 @@
-#include <Tarnwick API/API Versions/PasswordMask.hpp>
-
-#include <Platform/Application/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>
 #include <cstddef>
+
+#include <PasswordMask.hpp>
 
 namespace Tarnwick_API {
 

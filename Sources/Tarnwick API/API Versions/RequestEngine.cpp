@@ -1,16 +1,16 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
-#include <Tarnwick_API/Platform/MainQueue.hpp>
-
-#include <Platform/Json/Utf8.hpp>
+#include <Calls/DeliverCompletion.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
-#include <Tarnwick API/API Versions/PasswordMask.hpp>
-#include <Tarnwick API/Calls/DeliverCompletion.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <chrono>
 #include <cmath>
 #include <string_view>
 #include <utility>
+
+#include <PasswordMask.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,4 +1,4 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
 
 #include <Platform/Concurrency/ProcessWide.hpp>
 

@@ -1,10 +1,9 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
-
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Calls/StatusCallV1.hpp>
 
-#include <Tarnwick API/API Versions/DecodeAnswer.hpp>
-
 #include <utility>
+
+#include <DecodeAnswer.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,10 +1,9 @@
 #include <Tarnwick_API/Calls/ApiCall.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
+#include <Tarnwick_API/Platform/Application/Preferences.hpp>
 
-#include <Tarnwick_API/Platform/Bundle.hpp>
-#include <Tarnwick_API/Platform/Locale.hpp>
-#include <Tarnwick_API/Platform/Preferences.hpp>
-
-#include <Tarnwick API/Calls/MapMerge.hpp>
+#include <Calls/MapMerge.hpp>
 
 #include <cstdio>
 #include <exception>

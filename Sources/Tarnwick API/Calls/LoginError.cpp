@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Calls/LoginError.hpp>
 
-#include <Platform/Application/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Calls/ResponseError.hpp>
 
-#include <Platform/Json/Utf8.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,9 +1,8 @@
-#include <Tarnwick_API/Facade/TarnwickApi.hpp>
-
 #include <Tarnwick_API/Facade/ApiNotification.hpp>
-#include <Tarnwick_API/Platform/NotificationCenter.hpp>
+#include <Tarnwick_API/Facade/TarnwickApi.hpp>
+#include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
 
-#include <Tarnwick API/Calls/DeliverCompletion.hpp>
+#include <Calls/DeliverCompletion.hpp>
 
 #include <utility>
 

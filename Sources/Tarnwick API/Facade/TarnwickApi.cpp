@@ -1,7 +1,6 @@
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
+#include <Tarnwick_API/Backends/ApiVersion2.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
-
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
-#include <Tarnwick_API/API Versions/ApiVersion2.hpp>
 
 #include <utility>
 

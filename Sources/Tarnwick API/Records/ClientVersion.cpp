@@ -1,7 +1,7 @@
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Records/ClientVersion.hpp>
 
-#include <Tarnwick API/Records/NumberText.hpp>
-#include <Tarnwick_API/Platform/Bundle.hpp>
+#include <Records/NumberText.hpp>
 
 #include <string>
 #include <tuple>

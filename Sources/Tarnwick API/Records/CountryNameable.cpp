@@ -1,6 +1,5 @@
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
 #include <Tarnwick_API/Records/CountryNameable.hpp>
-
-#include <Tarnwick_API/Platform/Locale.hpp>
 
 namespace Tarnwick_API {
 

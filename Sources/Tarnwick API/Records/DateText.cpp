@@ -1,4 +1,4 @@
-#include <Tarnwick API/Records/DateText.hpp>
+#include <Records/DateText.hpp>
 
 #include <charconv>
 #include <system_error>

@@ -1,7 +1,7 @@
 #include <Tarnwick_API/Records/Device.hpp>
 
-#include <Tarnwick API/Records/DateText.hpp>
-#include <Tarnwick API/Records/NumberText.hpp>
+#include <Records/DateText.hpp>
+#include <Records/NumberText.hpp>
 
 #include <string_view>
 

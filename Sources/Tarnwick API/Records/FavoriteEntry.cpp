@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Records/FavoriteEntry.hpp>
 
-#include <Tarnwick_API/Platform/JsonArrayText.hpp>
+#include <Platform/Json/JsonArrayPieces.hpp>
 
 #include <utility>
 

@@ -1,5 +1,4 @@
 #include <Tarnwick_API/Records/FavoriteItem.hpp>
-
 #include <Tarnwick_API/Records/LenientReading.hpp>
 
 namespace Tarnwick_API {

@@ -1,7 +1,7 @@
 #include <Tarnwick_API/Records/LenientReading.hpp>
 
-#include <Tarnwick API/Records/DateText.hpp>
-#include <Tarnwick API/Records/NumberText.hpp>
+#include <Records/DateText.hpp>
+#include <Records/NumberText.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,6 +1,5 @@
-#include <Tarnwick_API/Records/LocationType.hpp>
-
 #include <Tarnwick_API/Records/LenientReading.hpp>
+#include <Tarnwick_API/Records/LocationType.hpp>
 
 namespace Tarnwick_API {
 

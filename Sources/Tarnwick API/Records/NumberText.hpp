@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Json.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,5 @@
-#include <Tarnwick_API/Records/OAuthToken.hpp>
-
 #include <Tarnwick_API/Records/ApiJsonDecoder.hpp>
+#include <Tarnwick_API/Records/OAuthToken.hpp>
 
 namespace Tarnwick_API {
 

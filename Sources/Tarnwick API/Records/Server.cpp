@@ -1,8 +1,7 @@
 #include <Tarnwick_API/Records/Server.hpp>
 
-#include <Tarnwick_API/Platform/JsonArrayText.hpp>
-
-#include <Tarnwick API/Records/ServerShortFields.hpp>
+#include <Platform/Json/JsonArrayPieces.hpp>
+#include <Records/ServerShortFields.hpp>
 
 #include <optional>
 #include <string>

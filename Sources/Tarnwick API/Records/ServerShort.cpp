@@ -1,7 +1,7 @@
 #include <Tarnwick_API/Records/ServerShort.hpp>
 
-#include <Tarnwick API/Records/NumberText.hpp>
-#include <Tarnwick API/Records/ServerShortFields.hpp>
+#include <Records/NumberText.hpp>
+#include <Records/ServerShortFields.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,6 +1,5 @@
-#include <Tarnwick_API/Records/Status.hpp>
-
 #include <Tarnwick_API/Records/LenientReading.hpp>
+#include <Tarnwick_API/Records/Status.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,9 +1,8 @@
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
-#include <Tarnwick_API/Platform/Bundle.hpp>
-
 #include <Platform/Concurrency/ProcessWide.hpp>
-#include <Platform/Json/Utf8.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <cstdio>
 #include <string_view>

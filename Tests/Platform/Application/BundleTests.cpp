@@ -1,5 +1,5 @@
-#include <Tarnwick_API/Platform/Bundle.hpp>
-#include <Tarnwick_API/Platform/Preferences.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/Preferences.hpp>
 
 #include <optional>
 #include <string>
@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 class ProcessWideLookups : public testing::Test {
@@ -72,4 +72,4 @@ TEST_F(ProcessWideLookups, ReplacingWhileOthersAskIsSafe) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

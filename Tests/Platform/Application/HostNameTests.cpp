@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/HostName.hpp>
+#include <Tarnwick_API/Platform/Application/HostName.hpp>
 
 #include <Platform/Application/MachineInfo.hpp>
 #include <Platform/Application/SystemHostName.hpp>
@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using namespace std::string_view_literals;
@@ -88,4 +88,4 @@ TEST(HostName, IsWhatTheHostsLookupSays) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

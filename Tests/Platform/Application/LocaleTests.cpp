@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/Locale.hpp>
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
 
 #include <cstdlib>
 #include <map>
@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using Environment = std::map<std::string, std::optional<std::string>>;
@@ -175,4 +175,4 @@ TEST(Locale, NamesRegionsInItsLanguage) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

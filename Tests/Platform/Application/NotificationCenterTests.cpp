@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/NotificationCenter.hpp>
+#include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
 
 #include <atomic>
 #include <cstddef>
@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using testing::ElementsAre;
@@ -140,4 +140,4 @@ TEST(NotificationCenter, TakesCallsFromManyThreads) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/Url.hpp>
+#include <Tarnwick_API/Platform/Application/Url.hpp>
 
 #include <optional>
 #include <string>
@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using namespace std::string_view_literals;
@@ -149,4 +149,4 @@ TEST(Url, AppendsAQuery) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

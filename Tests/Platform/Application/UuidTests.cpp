@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/Uuid.hpp>
+#include <Tarnwick_API/Platform/Application/Uuid.hpp>
 
 #include <set>
 #include <string_view>
@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using namespace std::string_view_literals;
@@ -40,4 +40,4 @@ TEST(Uuid, RandomOnesAreOfVersionFourAndDiffer) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,7 +1,7 @@
 // What lies on the disk, and what becomes of it when the disk, the rights or the file are not as they should be.
 
-#include <Tarnwick_API/Platform/Logging.hpp>
-#include <Tarnwick_API/Platform/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "CachedAnswers.hpp"
 #include "ChildProcess.hpp"
@@ -20,7 +20,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 namespace fs = std::filesystem;
@@ -352,4 +352,4 @@ TEST_F(UrlCacheFile, LetsItsComplaintUseTheCache) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
 // Several processes and threads on one file, one of which dies.
 
-#include <Tarnwick_API/Platform/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include "CachedAnswers.hpp"
 #include "ChildProcess.hpp"
@@ -15,7 +15,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 constexpr std::size_t diskCapacity = 150'000;
@@ -120,4 +120,4 @@ TEST(UrlCacheProcesses, ReadWholeEntriesAndStayWithinTheCapacityThoughOneIsKille
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

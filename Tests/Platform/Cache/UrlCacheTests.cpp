@@ -1,7 +1,7 @@
 // What a cache keeps and gives, in memory and on the disk.
 
-#include <Tarnwick_API/Platform/Bundle.hpp>
-#include <Tarnwick_API/Platform/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include "CachedAnswers.hpp"
 #include "TemporaryFolder.hpp"
@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 constexpr std::size_t plenty = 1'000'000;
@@ -259,4 +259,4 @@ TEST_F(UrlCacheTest, LiesInTheCacheFolderOfTheApplication) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

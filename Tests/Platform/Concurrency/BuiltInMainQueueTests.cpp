@@ -1,5 +1,5 @@
-#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
-#include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using namespace std::chrono_literals;
@@ -135,4 +135,4 @@ TEST(MainQueue, IsTheBuiltInOneUnlessTheHostInstallsAnother) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

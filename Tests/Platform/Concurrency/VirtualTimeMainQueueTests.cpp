@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 
 #include <chrono>
 #include <stdexcept>
@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using namespace std::chrono_literals;
@@ -98,4 +98,4 @@ TEST_F(VirtualTimeMainQueueTest, WaitsForOtherThreadsWithTheClockStandingStill) 
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

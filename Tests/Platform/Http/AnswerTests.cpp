@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/Json.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include "SessionFixture.hpp"
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 using testing::ElementsAre;
 using testing::Pair;
 using Then = ScriptedAnswer::Then;

@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
 #include <string>
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 
 std::string rendering(HttpMethod method, const std::string& url, const Parameters& parameters,
                       ParameterEncoding encoding, HttpHeaders headers, const HttpHeaders& sessionHeaders = {}) {

@@ -1,14 +1,14 @@
-#include <Platform/Http/DefaultHeaders.hpp>
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/Locale.hpp>
+#include <Platform/Http/Requests/DefaultHeaders.hpp>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 
 TEST(DefaultHeaders, WeighUpToSixLanguages) {
     EXPECT_EQ(acceptLanguage({}), "");

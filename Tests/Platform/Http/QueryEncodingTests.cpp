@@ -1,4 +1,4 @@
-#include <Platform/Http/QueryEncoding.hpp>
+#include <Platform/Http/Requests/QueryEncoding.hpp>
 
 #include <string>
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 using List = ParameterValue::List;
 using Map = ParameterValue::Map;
 

@@ -1,12 +1,11 @@
-#include <Platform/Http/Redirects.hpp>
-
 #include "SessionFixture.hpp"
+#include <Platform/Http/Transfers/Redirects.hpp>
 
 #include <gmock/gmock.h>
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 
 /// "GET", "PUT+" with body, "-" when not followed.
 std::string nextOf(HttpMethod method, std::int64_t status, std::string_view location = "https://h/n") {

@@ -6,7 +6,7 @@
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 using testing::ElementsAre;
 
 class RequestWire : public SessionFixture {

@@ -1,8 +1,8 @@
 // Run in a network namespace of its own, so that routes can be had and lacked at will.
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
-#include <Platform/Http/ConnectionTarget.hpp>
+#include <Platform/Http/Transfers/ConnectionTarget.hpp>
 
 #include <cstdlib>
 #include <iostream>
@@ -16,7 +16,7 @@
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 
 bool isReachable(const std::string& host) {
     return makeRouteReachability()->isReachable("https://" + host + "/vb/status");

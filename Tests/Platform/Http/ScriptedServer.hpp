@@ -11,8 +11,8 @@
 #include <thread>
 #include <vector>
 
-#include <openssl/ssl.h>
 #include <Certificates.hpp>
+#include <openssl/ssl.h>
 
 /// What a `ScriptedServer` does with one request.
 struct ScriptedAnswer {

@@ -1,7 +1,7 @@
 #include "SessionFixture.hpp"
 
-std::string errorName(const Platform::HttpAnswer& answer) {
-    using Kind = Platform::HttpError::Kind;
+std::string errorName(const Tarnwick_API::Platform::HttpAnswer& answer) {
+    using Kind = Tarnwick_API::Platform::HttpError::Kind;
     if (!answer.error) {
         return "none";
     }

@@ -1,6 +1,6 @@
-#include "SessionFixture.hpp"
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 
-#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
+#include "SessionFixture.hpp"
 
 #include <algorithm>
 #include <thread>
@@ -9,7 +9,7 @@
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 using Then = ScriptedAnswer::Then;
 
 class Session : public SessionFixture {

@@ -8,7 +8,7 @@
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 using namespace std::chrono_literals;
 using TarnwickService::Certificate;
 using TarnwickService::CertificateAuthority;

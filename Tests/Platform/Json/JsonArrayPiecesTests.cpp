@@ -1,13 +1,13 @@
-#include <Tarnwick_API/Platform/JsonArrayText.hpp>
-
-#include <gtest/gtest.h>
+#include <Platform/Json/JsonArrayPieces.hpp>
 
 #include <cstdint>
 #include <numeric>
 #include <string>
 #include <vector>
 
-namespace Platform {
+#include <gtest/gtest.h>
+
+namespace Tarnwick_API::Platform {
 namespace {
 
 /// More elements than one piece holds, each "{"n":INDEX,...}", with what is most likely to mislead the cutting.
@@ -85,4 +85,4 @@ TEST(LongArrays, NameThePlaceOfAnError) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/Json.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <cstdint>
 #include <functional>
@@ -15,7 +15,7 @@
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 using Kind = DecodingError::Kind;
 using testing::ElementsAre;
 using namespace std::string_literals;

@@ -9,7 +9,7 @@
 
 namespace {
 
-using namespace Platform;
+using namespace Tarnwick_API::Platform;
 using List = ParameterValue::List;
 using Map = ParameterValue::Map;
 

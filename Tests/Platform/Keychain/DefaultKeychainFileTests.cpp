@@ -1,5 +1,5 @@
-#include <Tarnwick_API/Platform/Bundle.hpp>
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include <cstdlib>
 #include <optional>
@@ -10,7 +10,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 class Environment {
@@ -70,4 +70,4 @@ TEST(DefaultKeychainFile, LiesInTheDataFolderUnderTheNameOfTheApplication) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

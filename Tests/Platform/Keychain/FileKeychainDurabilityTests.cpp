@@ -1,11 +1,10 @@
 // Processes that die while they write, and several that write at once.
 
-#include <Platform/Keychain/FileKeychainStore.hpp>
-
 #include "ChildProcess.hpp"
 #include "NumberedItems.hpp"
 #include "PrintKeychainStatus.hpp"
 #include "TemporaryFolder.hpp"
+#include <Platform/Keychain/File/FileKeychainStore.hpp>
 
 #include <atomic>
 #include <chrono>
@@ -18,7 +17,7 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 namespace fs = std::filesystem;
@@ -248,4 +247,4 @@ TEST_F(FileKeychainDurability, LosesNothingWhenTwoThreadsWriteAtOnce) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,10 +1,9 @@
 // What lies on the disk, and what becomes of it when the disk, the rights or the file are not as they should be.
 
-#include <Platform/Keychain/FileKeychainStore.hpp>
-
 #include "ChildProcess.hpp"
 #include "PrintKeychainStatus.hpp"
 #include "TemporaryFolder.hpp"
+#include <Platform/Keychain/File/FileKeychainStore.hpp>
 
 #include <algorithm>
 #include <array>
@@ -22,7 +21,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 namespace fs = std::filesystem;
@@ -283,4 +282,4 @@ TEST_F(FileKeychain, GivesUpOnALockThatStays) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include "PrivateKeyring.hpp"
 
@@ -15,7 +15,7 @@
 #include "SecurityFrameworkDouble.hpp"
 #endif
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A kind of store that the tests of what all stores do run on.
 struct KeychainStoreKind {
@@ -65,4 +65,4 @@ inline std::vector<KeychainStoreKind> everyKeychainStoreKind() {
     };
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

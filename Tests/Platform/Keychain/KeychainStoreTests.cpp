@@ -1,6 +1,6 @@
 // What every keychain store does, whatever keeps its items.
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include "KeychainStoreKinds.hpp"
 #include "PrintKeychainStatus.hpp"
@@ -13,7 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using ::testing::Eq;
@@ -252,4 +252,4 @@ INSTANTIATE_TEST_SUITE_P(Stores, EveryKeychainStore, ::testing::ValuesIn(everyKe
                          [](const auto& info) { return info.param.name; });
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

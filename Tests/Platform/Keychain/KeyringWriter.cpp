@@ -4,7 +4,7 @@
 // - compete NUMBER ROUNDS: adds, changes and deletes what others compete for;
 // - move FILE MICROSECONDS: moves a file's items to the keyring, and is killed.
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include "NumberedItems.hpp"
 
@@ -14,7 +14,7 @@
 #include <iostream>
 #include <string>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 int writeUntilKilled(std::chrono::microseconds lifetime) {
@@ -61,8 +61,8 @@ int run(const std::vector<std::string>& arguments) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform
 
 int main(int count, char** arguments) {
-    return Platform::run({arguments + 1, arguments + count});
+    return Tarnwick_API::Platform::run({arguments + 1, arguments + count});
 }

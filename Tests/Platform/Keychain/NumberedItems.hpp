@@ -1,13 +1,13 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include <chrono>
 #include <csignal>
 #include <ctime>
 #include <string>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 // Items each of whose parts has the same number, so that half a write shows.
 
@@ -50,4 +50,4 @@ inline bool killAfter(std::chrono::nanoseconds lifetime) {
     return ::timer_create(CLOCK_MONOTONIC, &event, &timer) == 0 && ::timer_settime(timer, 0, &end, nullptr) == 0;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

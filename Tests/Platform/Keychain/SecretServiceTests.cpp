@@ -1,9 +1,9 @@
 // The keyring locked, hung, killed, missing, and written by several at once.
 
-#include <Tarnwick_API/Platform/BuiltInMainQueue.hpp>
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
-#include <Tarnwick_API/Platform/Logging.hpp>
-#include <Tarnwick_API/Platform/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "ChildProcess.hpp"
 #include "NumberedItems.hpp"
@@ -18,7 +18,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using ::testing::Each;
@@ -255,4 +255,4 @@ TEST_F(SecretService, HasOneWholeItemAfterSeveralWrote) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using Object = SecurityFrameworkDouble::FrameworkObject;
@@ -92,4 +92,4 @@ TEST_F(SecurityFrameworkKeychain, PassesEveryStatusOn) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

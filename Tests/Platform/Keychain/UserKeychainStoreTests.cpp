@@ -1,13 +1,12 @@
 // Which store the user's choice falls on, and how what the file holds gets to the keyring.
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
-#include <Tarnwick_API/Platform/Logging.hpp>
-
-#include <Platform/Keychain/FileKeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "NumberedItems.hpp"
 #include "PrintKeychainStatus.hpp"
 #include "PrivateKeyring.hpp"
+#include <Platform/Keychain/File/FileKeychainStore.hpp>
 
 #include <functional>
 #include <sstream>
@@ -15,7 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 namespace fs = std::filesystem;
@@ -188,4 +187,4 @@ TEST_F(UserKeychainStore, LosesAndDoublesNothingWhenKilledInTheMove) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

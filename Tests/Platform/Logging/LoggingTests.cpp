@@ -1,5 +1,6 @@
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
+
 #include <Platform/Logging/DebugChannel.hpp>
-#include <Tarnwick_API/Platform/Logging.hpp>
 
 #include <memory>
 #include <sstream>
@@ -13,7 +14,7 @@
 #include <spdlog/sinks/ostream_sink.h>
 #include <spdlog/spdlog.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 namespace {
 
 using testing::ElementsAre;
@@ -178,4 +179,4 @@ TEST_F(LoggingTest, CallsASinkOnceAtATimeWhileItMayBeReplaced) {
 }
 
 }  // namespace
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,10 +1,10 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
 
 #include "Doubles/BackendFixture.hpp"
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

@@ -1,4 +1,4 @@
-#include <Tarnwick_API/API Versions/ApiVersion2.hpp>
+#include <Tarnwick_API/Backends/ApiVersion2.hpp>
 
 #include "Doubles/BackendFixture.hpp"
 

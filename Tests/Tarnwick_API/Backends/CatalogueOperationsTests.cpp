@@ -1,12 +1,12 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
 
 #include "Doubles/BackendFixture.hpp"
-
-#include <gtest/gtest.h>
 
 #include <string>
 #include <variant>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

@@ -1,5 +1,4 @@
-#include <Tarnwick API/API Versions/OAuthHeader.hpp>
-
+#include <OAuthHeader.hpp>
 #include <gtest/gtest.h>
 
 namespace Tarnwick_API {

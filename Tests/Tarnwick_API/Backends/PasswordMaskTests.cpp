@@ -1,8 +1,7 @@
-#include <Tarnwick API/API Versions/PasswordMask.hpp>
-
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <PasswordMask.hpp>
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

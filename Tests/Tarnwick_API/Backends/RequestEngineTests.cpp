@@ -1,14 +1,14 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
-#include <Tarnwick_API/Platform/Logging.hpp>
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "Doubles/BackendFixture.hpp"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <chrono>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

@@ -2,14 +2,14 @@
 #include <Tarnwick_API/Calls/CatalogueCalls.hpp>
 #include <Tarnwick_API/Calls/DeviceCalls.hpp>
 #include <Tarnwick_API/Calls/StatusCallV1.hpp>
-#include <Tarnwick_API/Platform/Bundle.hpp>
-#include <Tarnwick_API/Platform/Locale.hpp>
-#include <Tarnwick_API/Platform/Preferences.hpp>
-
-#include <gtest/gtest.h>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
+#include <Tarnwick_API/Platform/Application/Preferences.hpp>
 
 #include <map>
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

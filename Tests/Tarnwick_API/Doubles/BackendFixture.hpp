@@ -1,25 +1,26 @@
 #pragma once
 
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
-#include <Tarnwick_API/Platform/Bundle.hpp>
-#include <Tarnwick_API/Platform/HostName.hpp>
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
-#include <Tarnwick_API/Platform/Locale.hpp>
-#include <Tarnwick_API/Platform/Preferences.hpp>
-#include <Tarnwick_API/Platform/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/HostName.hpp>
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
+#include <Tarnwick_API/Platform/Application/Preferences.hpp>
+#include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
 #include "ScriptedHttpSession.hpp"
-
-#include <gtest/gtest.h>
 
 #include <memory>
 #include <optional>
 #include <string>
 
+#include <gtest/gtest.h>
+
 namespace Testing {
 
-inline const Platform::Uuid installation = *Platform::Uuid::fromString("1B4E28BA-2FA1-11D2-883F-0016D3CCA427");
+inline const Tarnwick_API::Platform::Uuid installation =
+    *Tarnwick_API::Platform::Uuid::fromString("1B4E28BA-2FA1-11D2-883F-0016D3CCA427");
 inline const Tarnwick_API::ApiUrl hosts{"live.example.test", "beta.example.test", "dev.example.test",
                                         "staging.example.test"};
 
@@ -56,22 +57,24 @@ struct Received<void> {
 class BackendFixture : public ::testing::Test {
 protected:
     BackendFixture() {
-        Platform::MainQueue::setMain(queue);
-        Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleVersion", std::string{"7100"}}}});
-        Platform::Locale::setIdentifierLookup([] { return std::string{"en_GB"}; });
-        Platform::HostName::setLookup([] { return std::optional<std::string>{"desk-1"}; });
-        Platform::Preferences::setLookup({});
+        Tarnwick_API::Platform::MainQueue::setMain(queue);
+        Tarnwick_API::Platform::Bundle::setMain(
+            Tarnwick_API::Platform::Bundle{{{"CFBundleVersion", std::string{"7100"}}}});
+        Tarnwick_API::Platform::Locale::setIdentifierLookup([] { return std::string{"en_GB"}; });
+        Tarnwick_API::Platform::HostName::setLookup([] { return std::optional<std::string>{"desk-1"}; });
+        Tarnwick_API::Platform::Preferences::setLookup({});
         Tarnwick_API::Keychain::setStore(keychain);
         Tarnwick_API::ApiVersion1::setSessionManager(session);
     }
     ~BackendFixture() override {
         Tarnwick_API::ApiVersion1::setSessionManager(nullptr);
-        Platform::MainQueue::setMain(nullptr);
+        Tarnwick_API::Platform::MainQueue::setMain(nullptr);
     }
 
-    std::shared_ptr<Platform::VirtualTimeMainQueue> queue = std::make_shared<Platform::VirtualTimeMainQueue>();
+    std::shared_ptr<Tarnwick_API::Platform::VirtualTimeMainQueue> queue =
+        std::make_shared<Tarnwick_API::Platform::VirtualTimeMainQueue>();
     std::shared_ptr<ScriptedHttpSession> session = std::make_shared<ScriptedHttpSession>();
-    std::shared_ptr<Platform::KeychainStore> keychain = Platform::makeMemoryKeychainStore();
+    std::shared_ptr<Tarnwick_API::Platform::KeychainStore> keychain = Tarnwick_API::Platform::makeMemoryKeychainStore();
     std::shared_ptr<Tarnwick_API::ApiVersion1> backend = Tarnwick_API::ApiVersion1::create(
         "ck", "cs", 7, installation, "tests", Tarnwick_API::ApiEnvironment::live, hosts);
 };

@@ -92,9 +92,11 @@ public:
                              Completion<std::vector<Tarnwick_API::FavoriteEntry>> /*onCompletion*/) override {
         asked.push_back("getDefaultFavorites " + std::to_string(filterId));
     }
-    void sendRequest(const Platform::Url& /*url*/, const Platform::Parameters& /*parameters*/,
-                     Platform::ParameterEncoding /*encoding*/, const Platform::HttpHeaders& /*headers*/,
-                     Platform::HttpMethod /*method*/, std::int64_t /*retryCount*/,
+    void sendRequest(const Tarnwick_API::Platform::Url& /*url*/,
+                     const Tarnwick_API::Platform::Parameters& /*parameters*/,
+                     Tarnwick_API::Platform::ParameterEncoding /*encoding*/,
+                     const Tarnwick_API::Platform::HttpHeaders& /*headers*/,
+                     Tarnwick_API::Platform::HttpMethod /*method*/, std::int64_t /*retryCount*/,
                      Tarnwick_API::RequestCompletion /*onCompletion*/) override {}
 
 private:

@@ -1,14 +1,14 @@
-#include <Tarnwick_API/API Versions/ApiVersion1.hpp>
-#include <Tarnwick_API/API Versions/ApiVersion2.hpp>
+#include <Tarnwick_API/Backends/ApiVersion1.hpp>
+#include <Tarnwick_API/Backends/ApiVersion2.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
 
 #include "Doubles/HeldBackend.hpp"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <type_traits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

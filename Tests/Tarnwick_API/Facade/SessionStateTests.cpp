@@ -1,15 +1,15 @@
 #include <Tarnwick_API/Facade/ApiNotification.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
-#include <Tarnwick_API/Platform/NotificationCenter.hpp>
+#include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
 
 #include "Doubles/HeldBackend.hpp"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace Tarnwick_API {
 namespace {

@@ -3,10 +3,10 @@
 #include <Tarnwick_API/Records/OAuthToken.hpp>
 #include <Tarnwick_API/Records/User.hpp>
 
+#include "JsonSupport.hpp"
+
 #include <chrono>
 #include <string>
-
-#include "JsonSupport.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,10 +2,10 @@
 #include <Tarnwick_API/Records/LenientReading.hpp>
 #include <Tarnwick_API/Records/Server.hpp>
 
+#include "AllocationCount.hpp"
+
 #include <cstddef>
 #include <string>
-
-#include "AllocationCount.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,15 +1,15 @@
-#include <Tarnwick_API/Platform/Bundle.hpp>
-#include <Tarnwick_API/Platform/Locale.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
 #include <Tarnwick_API/Records/FavoriteCountry.hpp>
 #include <Tarnwick_API/Records/FavoriteEntry.hpp>
 #include <Tarnwick_API/Records/FavoriteItem.hpp>
 
+#include "JsonSupport.hpp"
+
 #include <limits>
 #include <string>
 #include <variant>
-
-#include "JsonSupport.hpp"
 
 #include <gtest/gtest.h>
 

@@ -3,11 +3,11 @@
 #include <Tarnwick_API/Records/FavoriteCountry.hpp>
 #include <Tarnwick_API/Records/OAuthToken.hpp>
 
+#include "JsonSupport.hpp"
+
 #include <functional>
 #include <string>
 #include <type_traits>
-
-#include "JsonSupport.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/DecodingError.hpp>
-#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Platform/Json/DecodingError.hpp>
+#include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 #include <Tarnwick_API/Records/JsonDecodeError.hpp>
 
 #include <string>

@@ -1,6 +1,7 @@
+#include <Tarnwick_API/Records/Device.hpp>
 #include <Tarnwick_API/Records/LenientReading.hpp>
 
-#include <Tarnwick_API/Records/Device.hpp>
+#include "JsonSupport.hpp"
 
 #include <cerrno>
 #include <chrono>
@@ -11,8 +12,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "JsonSupport.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include <Tarnwick_API/Records/Server.hpp>
 #include <Tarnwick_API/Records/ServerProtocol.hpp>
 
+#include "JsonSupport.hpp"
+
 #include <string>
 #include <utility>
-
-#include "JsonSupport.hpp"
 
 #include <gtest/gtest.h>
 

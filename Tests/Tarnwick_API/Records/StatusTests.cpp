@@ -1,14 +1,13 @@
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Records/Status.hpp>
 
-#include <Tarnwick_API/Platform/Bundle.hpp>
+#include "JsonSupport.hpp"
 
 #include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
-
-#include "JsonSupport.hpp"
 
 #include <gtest/gtest.h>
 

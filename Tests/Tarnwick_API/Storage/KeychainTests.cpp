@@ -1,4 +1,4 @@
-#include <Tarnwick_API/Platform/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
 #include "KeychainStoreKinds.hpp"

@@ -2,12 +2,12 @@
 
 #include <utility>
 
-using Platform::KeychainAnswer;
-using Platform::KeychainChanges;
-using Platform::KeychainItem;
-using Platform::KeychainQuery;
-using Platform::KeychainReturn;
-using Platform::KeychainStatus;
+using Tarnwick_API::Platform::KeychainAnswer;
+using Tarnwick_API::Platform::KeychainChanges;
+using Tarnwick_API::Platform::KeychainItem;
+using Tarnwick_API::Platform::KeychainQuery;
+using Tarnwick_API::Platform::KeychainReturn;
+using Tarnwick_API::Platform::KeychainStatus;
 
 namespace {
 

@@ -1,6 +1,6 @@
 // What the token store's operations come to at the system's keychain of macOS: each call with all that it is given.
 
-#include <Tarnwick_API/Platform/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
 #include "SecurityFrameworkDouble.hpp"

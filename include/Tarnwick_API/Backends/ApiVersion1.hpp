@@ -2,8 +2,8 @@
 
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
 #include <Tarnwick_API/Facade/ApiUrl.hpp>
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/Uuid.hpp>
+#include <Tarnwick_API/Platform/Application/Uuid.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 #include <Tarnwick_API/Records/OAuthToken.hpp>
 
 #include <cstdint>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/Uuid.hpp>
+#include <Tarnwick_API/Platform/Application/Uuid.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 #include <Tarnwick_API/Records/OAuthToken.hpp>
 
 #include <cstdint>

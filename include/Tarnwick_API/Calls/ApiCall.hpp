@@ -1,8 +1,8 @@
 #pragma once
 
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
-#include <Tarnwick_API/Platform/Url.hpp>
+#include <Tarnwick_API/Platform/Application/Url.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
 #include <cstdint>
 #include <map>

@@ -3,7 +3,7 @@
 #include <Tarnwick_API/Calls/LoginError.hpp>
 #include <Tarnwick_API/Calls/ResponseError.hpp>
 #include <Tarnwick_API/Calls/SignupError.hpp>
-#include <Tarnwick_API/Platform/DecodingError.hpp>
+#include <Tarnwick_API/Platform/Json/DecodingError.hpp>
 #include <Tarnwick_API/Records/JsonDecodeError.hpp>
 
 #include <string_view>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiError.hpp>
-#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <cstdint>
 #include <functional>

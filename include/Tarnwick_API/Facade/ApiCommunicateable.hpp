@@ -4,7 +4,7 @@
 #include <Tarnwick_API/Calls/Completion.hpp>
 #include <Tarnwick_API/Calls/UserField.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
 #include <Tarnwick_API/Records/Device.hpp>
 #include <Tarnwick_API/Records/FavoriteEntry.hpp>

@@ -8,7 +8,7 @@
 #include <Tarnwick_API/Facade/ApiVersion.hpp>
 #include <Tarnwick_API/Facade/FilterIds.hpp>
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
-#include <Tarnwick_API/Platform/Uuid.hpp>
+#include <Tarnwick_API/Platform/Application/Uuid.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
 #include <Tarnwick_API/Records/Device.hpp>
 #include <Tarnwick_API/Records/FavoriteEntry.hpp>

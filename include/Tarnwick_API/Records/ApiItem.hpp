@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
-#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <cstdint>
 #include <exception>

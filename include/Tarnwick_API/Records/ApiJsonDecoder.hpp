@@ -1,7 +1,7 @@
 #pragma once
 
 #include <Tarnwick_API/Facade/ApiVersion.hpp>
-#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 namespace Tarnwick_API {
 

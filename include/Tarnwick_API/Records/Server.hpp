@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 #include <Tarnwick_API/Records/ApiItem.hpp>
 #include <Tarnwick_API/Records/CountryNameable.hpp>
 #include <Tarnwick_API/Records/FavoriteItem.hpp>

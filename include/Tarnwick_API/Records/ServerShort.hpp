@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/JsonDecoder.hpp>
+#include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 #include <cstdint>
 #include <optional>

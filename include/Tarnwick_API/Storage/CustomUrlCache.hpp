@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include <chrono>
 #include <cstddef>

@@ -1,7 +1,6 @@
 #include <Platform/Http/Caching/CacheControl.hpp>
-
-#include <Platform/Application/AsciiCharacters.hpp>
-#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -9,7 +8,7 @@
 #include <string>
 #include <system_error>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -55,18 +54,18 @@ CacheControl parseCacheControl(std::string_view value) {
         const auto name = trimmed(member.substr(0, equals));
         const auto argument =
             equals == std::string_view::npos ? std::string_view{} : unquoted(trimmed(member.substr(equals + 1)));
-        if (isSameHeaderName(name, "no-store")) {
+        if (equalsIgnoringAsciiCase(name, "no-store")) {
             control.noStore = true;
-        } else if (isSameHeaderName(name, "no-cache")) {
+        } else if (equalsIgnoringAsciiCase(name, "no-cache")) {
             control.noCache = true;
-        } else if (isSameHeaderName(name, "max-age")) {
+        } else if (equalsIgnoringAsciiCase(name, "max-age")) {
             const auto age = parseDeltaSeconds(argument).value_or(std::chrono::seconds{0});
             control.maxAge = std::min(control.maxAge.value_or(age), age);
-        } else if (isSameHeaderName(name, "min-fresh")) {
+        } else if (equalsIgnoringAsciiCase(name, "min-fresh")) {
             control.minFresh = parseDeltaSeconds(argument);
         }
     }
     return control;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The directives of "Cache-Control" that mean something to a private cache.
 struct CacheControl {
@@ -22,4 +22,4 @@ struct CacheControl {
 /// A number of seconds as headers have it; what is too great for any use is cut. None for what is no number.
 [[nodiscard]] std::optional<std::chrono::seconds> parseDeltaSeconds(std::string_view text);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

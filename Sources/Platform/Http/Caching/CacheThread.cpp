@@ -1,6 +1,5 @@
-#include <Platform/Http/Caching/CacheThread.hpp>
-
 #include <Platform/Concurrency/ThreadSignals.hpp>
+#include <Platform/Http/Caching/CacheThread.hpp>
 #include <Platform/Http/Caching/CachedExchange.hpp>
 #include <Platform/Http/Caching/RequestFields.hpp>
 
@@ -9,7 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 CacheThread& CacheThread::shared() {
     // Never destroyed: other threads may still leave commands while the process exits.
@@ -78,4 +77,4 @@ void CacheThread::stop() {
     }
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
-#include <Platform/Http/Exchange.hpp>
+#include <Platform/Http/Transfers/Exchange.hpp>
 
 #include <condition_variable>
 #include <deque>
@@ -10,7 +10,7 @@
 #include <thread>
 #include <variant>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The process's one thread for what exchanges have to do with caches, so that waiting for a disk holds up neither the
 /// main queue nor the transfers. It works in order: what an answer stores is there for every request made after that
@@ -55,4 +55,4 @@ private:
     std::thread thread_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/UrlCache.hpp>
-#include <Tarnwick_API/Platform/WallClock.hpp>
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include <Platform/Http/Caching/StoredAnswer.hpp>
 
 #include <memory>
 #include <optional>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// What an exchange has to do with a cache.
 struct CacheUse {
@@ -19,4 +19,4 @@ struct CacheUse {
     WallTime requestTime = {};
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,19 +1,18 @@
-#include <Platform/Http/Caching/CachedExchange.hpp>
-
-#include <Tarnwick_API/Platform/Json.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <Platform/Http/Caching/CacheThread.hpp>
 #include <Platform/Http/Caching/CacheUse.hpp>
+#include <Platform/Http/Caching/CachedExchange.hpp>
 #include <Platform/Http/Caching/StoredAnswer.hpp>
-#include <Platform/Http/IoThread.hpp>
-#include <Platform/Http/SessionState.hpp>
+#include <Platform/Http/Transfers/IoThread.hpp>
+#include <Platform/Http/Transfers/SessionState.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <exception>
 #include <string>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -141,4 +140,4 @@ void settleWithCache(Exchange exchange, HttpAnswer answer) {
     }
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <Platform/Http/Exchange.hpp>
+#include <Platform/Http/Transfers/Exchange.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 class CacheThread;
 
@@ -17,4 +17,4 @@ void answerOrTransfer(Exchange exchange);
 /// for the disk.
 void settleWithCache(Exchange exchange, HttpAnswer answer);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

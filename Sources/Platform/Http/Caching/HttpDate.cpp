@@ -4,7 +4,7 @@
 
 #include <curl/curl.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 std::optional<std::chrono::sys_seconds> parseHttpDate(std::string_view text) {
     // libcurl reads a lone number as a year or a day, and a list of dates as one; all three formats have a time of day.
@@ -19,4 +19,4 @@ std::optional<std::chrono::sys_seconds> parseHttpDate(std::string_view text) {
     return std::chrono::sys_seconds{std::chrono::seconds{seconds}};
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,7 +1,7 @@
 #include <Platform/Http/Caching/RequestFields.hpp>
-
-#include <Platform/Application/AsciiCharacters.hpp>
-#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Http/Requests/HeaderFields.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <array>
 #include <set>
@@ -10,7 +10,7 @@
 
 #include <openssl/evp.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -53,7 +53,7 @@ std::string_view RequestFields::value(std::string_view name) const {
         return *general;
     }
     // The port is part of the URL, and so of every cache's key.
-    return isSameHeaderName(name, "Host") ? request_.url().host() : std::string_view{};
+    return equalsIgnoringAsciiCase(name, "Host") ? request_.url().host() : std::string_view{};
 }
 
 Bytes RequestFields::identity(std::string_view vary) const {
@@ -69,4 +69,4 @@ void prepareRequestIdentities() {
     static_cast<void>(digest({}));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

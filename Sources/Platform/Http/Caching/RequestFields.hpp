@@ -1,11 +1,11 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
 #include <string>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The headers that a request goes out with, its session's included, as far as a cache has to know them.
 class RequestFields {
@@ -30,4 +30,4 @@ private:
 /// registers an exit handler then.
 void prepareRequestIdentities();
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,8 +1,7 @@
-#include <Platform/Http/Caching/StoredAnswer.hpp>
-
 #include <Platform/Http/Caching/CacheControl.hpp>
 #include <Platform/Http/Caching/HttpDate.hpp>
-#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Http/Caching/StoredAnswer.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <array>
@@ -10,7 +9,7 @@
 #include <utility>
 #include <variant>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -88,7 +87,7 @@ std::optional<Value> noted(const UserInformation& information, const char* key) 
 
 CacheControl requestControl(const RequestFields& fields) {
     auto control = parseCacheControl(fields.value("Cache-Control"));
-    if (fields.value("Cache-Control").empty() && isSameHeaderName(fields.value("Pragma"), "no-cache")) {
+    if (fields.value("Cache-Control").empty() && equalsIgnoringAsciiCase(fields.value("Pragma"), "no-cache")) {
         control.noCache = true;
     }
     return control;
@@ -187,4 +186,4 @@ std::optional<HttpResponse> StoredAnswer::confirmedBy(const HttpResponse& confir
     return confirmed;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

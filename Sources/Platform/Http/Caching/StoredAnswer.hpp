@@ -1,8 +1,8 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/UrlCache.hpp>
-#include <Tarnwick_API/Platform/WallClock.hpp>
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <Platform/Http/Caching/CacheControl.hpp>
 #include <Platform/Http/Caching/RequestFields.hpp>
@@ -11,7 +11,7 @@
 #include <memory>
 #include <optional>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// When an exchange with a server began and when its answer came.
 struct ExchangeTimes {
@@ -64,4 +64,4 @@ private:
     ExchangeTimes times_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

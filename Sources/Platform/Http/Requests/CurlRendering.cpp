@@ -1,8 +1,8 @@
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
-#include <Platform/Json/Utf8.hpp>
+#include <Platform/Text/Utf8.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -60,4 +60,4 @@ std::string HttpRequest::curlRendering(const HttpHeaders& sessionHeaders) const 
     return output;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

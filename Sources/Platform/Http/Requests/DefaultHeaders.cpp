@@ -1,7 +1,7 @@
-#include <Platform/Http/DefaultHeaders.hpp>
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/Locale.hpp>
+#include <Platform/Http/Requests/DefaultHeaders.hpp>
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@
 #include <sys/sysctl.h>
 #endif
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -103,4 +103,4 @@ HttpHeaders defaultHttpHeaders() {
     };
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

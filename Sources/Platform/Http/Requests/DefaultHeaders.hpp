@@ -1,12 +1,12 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// "en-GB;q=1.0, de-DE;q=0.9", of the first six of `tags`.
 [[nodiscard]] std::string acceptLanguage(const std::vector<std::string>& tags);
@@ -18,4 +18,4 @@ namespace Platform {
 /// The major, minor and patch number that `release` begins with: "6.1.0" of "6.1.0-18-amd64".
 [[nodiscard]] std::string threeNumbers(std::string_view release);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,10 +1,10 @@
-#include <Platform/Http/HeaderFields.hpp>
-
-#include <Platform/Application/AsciiCharacters.hpp>
+#include <Platform/Http/Requests/HeaderFields.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -15,28 +15,14 @@ bool isTokenCharacter(char character) noexcept {
 
 }  // namespace
 
-bool isSameHeaderName(std::string_view left, std::string_view right) noexcept {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return asciiLower(a) == asciiLower(b); });
-}
-
 const std::string* findHeader(const HttpHeaders& headers, std::string_view name) noexcept {
     const auto header = std::find_if(headers.begin(), headers.end(),
-                                     [&](const auto& each) { return isSameHeaderName(each.first, name); });
+                                     [&](const auto& each) { return equalsIgnoringAsciiCase(each.first, name); });
     return header == headers.end() ? nullptr : &header->second;
 }
 
 bool hasHeader(const HttpHeaders& headers, std::string_view name) noexcept {
     return findHeader(headers, name) != nullptr;
-}
-
-std::string_view trimmed(std::string_view text) noexcept {
-    constexpr std::string_view blanks = " \t\r\n";
-    const auto begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
 std::optional<std::string> headerFault(const HttpHeaders& headers) {
@@ -51,4 +37,4 @@ std::optional<std::string> headerFault(const HttpHeaders& headers) {
     return std::nullopt;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

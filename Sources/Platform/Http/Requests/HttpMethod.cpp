@@ -1,6 +1,6 @@
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 std::string_view name(HttpMethod method) noexcept {
     switch (method) {
@@ -26,4 +26,4 @@ std::string_view name(HttpMethod method) noexcept {
     return {};
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,10 +1,11 @@
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
-#include <Platform/Http/HeaderFields.hpp>
-#include <Platform/Http/QueryEncoding.hpp>
+#include <Platform/Http/Requests/HeaderFields.hpp>
+#include <Platform/Http/Requests/QueryEncoding.hpp>
 #include <Platform/Json/JsonWriter.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -53,7 +54,7 @@ HttpRequest HttpRequest::withHeader(std::string_view name, std::string_view valu
 }
 
 HttpRequest HttpRequest::withHeader(std::string_view name, std::string_view value) && {
-    std::erase_if(headers_, [name](const auto& header) { return isSameHeaderName(header.first, name); });
+    std::erase_if(headers_, [name](const auto& header) { return equalsIgnoringAsciiCase(header.first, name); });
     headers_.emplace(name, value);
     if (!encodingError_) {
         encodingError_ = headerFault(headers_);
@@ -61,4 +62,4 @@ HttpRequest HttpRequest::withHeader(std::string_view name, std::string_view valu
     return std::move(*this);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

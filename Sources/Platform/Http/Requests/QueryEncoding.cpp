@@ -1,12 +1,11 @@
-#include <Platform/Http/QueryEncoding.hpp>
-
-#include <Platform/Json/Utf8.hpp>
+#include <Platform/Http/Requests/QueryEncoding.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <array>
 #include <charconv>
 #include <variant>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -85,7 +84,7 @@ private:
         if (isValidUtf8(text)) {
             appendPercentEncoded(output_, text);
         } else {
-            appendPercentEncoded(output_, mendedUtf8(text));
+            appendPercentEncoded(output_, replaceInvalidUtf8(text));
         }
     }
 
@@ -105,4 +104,4 @@ std::string encodeQuery(const Parameters& parameters) {
     return output;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

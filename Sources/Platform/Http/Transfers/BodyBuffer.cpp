@@ -1,11 +1,11 @@
-#include <Platform/Http/BodyBuffer.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 
-#include <Tarnwick_API/Platform/Json.hpp>
+#include <Platform/Http/Transfers/BodyBuffer.hpp>
 
 #include <algorithm>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 void BodyBuffer::begin(std::size_t limit) {
     bytes_.clear();
@@ -38,4 +38,4 @@ void BodyBuffer::makeRoom(std::size_t size) {
     }
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

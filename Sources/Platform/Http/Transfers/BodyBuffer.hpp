@@ -1,11 +1,11 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <cstddef>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Collects a body up to a limit, with spare capacity behind its end so that a JSON parser can read it in place.
 class BodyBuffer {
@@ -31,4 +31,4 @@ private:
     std::size_t limit_ = 0;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,8 +1,8 @@
-#include <Platform/Http/CommandQueue.hpp>
+#include <Platform/Http/Transfers/CommandQueue.hpp>
 
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 CommandQueue::Pushed CommandQueue::push(Command command) {
     const std::lock_guard lock{mutex_};
@@ -29,4 +29,4 @@ bool CommandQueue::close() {
     return std::exchange(isWaiting_, false);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <Platform/Http/Exchange.hpp>
+#include <Platform/Http/Transfers/Exchange.hpp>
 
 #include <memory>
 #include <mutex>
 #include <variant>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Asks the I/O thread to cancel what a session has under way.
 struct CancelAll {
@@ -39,4 +39,4 @@ private:
     bool isClosed_ = false;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

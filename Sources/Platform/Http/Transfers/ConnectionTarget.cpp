@@ -1,8 +1,8 @@
-#include <Platform/Http/ConnectionTarget.hpp>
+#include <Tarnwick_API/Platform/Application/Url.hpp>
 
-#include <Tarnwick_API/Platform/Url.hpp>
+#include <Platform/Http/Transfers/ConnectionTarget.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -28,4 +28,4 @@ std::string connectionTarget(std::string_view urlText, const std::vector<std::st
     return std::string{urlText};
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -4,7 +4,7 @@
 
 #include <curl/curl.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 struct CurlEasyDelete {
     void operator()(CURL* handle) const noexcept { curl_easy_cleanup(handle); }
@@ -26,4 +26,4 @@ struct CurlListDelete {
 };
 using CurlList = std::unique_ptr<curl_slist, CurlListDelete>;
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

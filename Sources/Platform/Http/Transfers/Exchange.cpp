@@ -1,10 +1,9 @@
-#include <Platform/Http/Exchange.hpp>
-
 #include <Platform/Http/Caching/CacheThread.hpp>
+#include <Platform/Http/Transfers/Exchange.hpp>
 
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -41,4 +40,4 @@ void fail(Exchange exchange, HttpError error) {
     complete(std::move(exchange), std::move(answer));
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

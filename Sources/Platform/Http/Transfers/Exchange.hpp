@@ -1,14 +1,14 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <Platform/Http/Caching/CacheUse.hpp>
-#include <Platform/Http/Redirects.hpp>
+#include <Platform/Http/Transfers/Redirects.hpp>
 
 #include <memory>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 class SessionState;
 
@@ -45,4 +45,4 @@ void conclude(Exchange exchange, HttpAnswer answer);
 /// Completes an exchange that came to no answer.
 void fail(Exchange exchange, HttpError error);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
-#include <Platform/Http/HeaderList.hpp>
+#include <Platform/Http/Transfers/HeaderList.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 void HeaderList::clear() {
     text_.clear();
@@ -38,4 +38,4 @@ curl_slist* HeaderList::get() {
     return nodes_.empty() ? nullptr : nodes_.data();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
 #include <string>
 #include <string_view>
@@ -8,7 +8,7 @@
 
 #include <curl/curl.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Header lines in the form that libcurl reads. It keeps its two buffers from one request to the next: a list of
 /// libcurl's own would allocate twice for each line.
@@ -31,4 +31,4 @@ private:
     std::vector<curl_slist> nodes_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

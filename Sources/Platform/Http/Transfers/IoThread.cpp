@@ -1,7 +1,6 @@
-#include <Platform/Http/IoThread.hpp>
-
 #include <Platform/Concurrency/ThreadSignals.hpp>
-#include <Platform/Http/SessionState.hpp>
+#include <Platform/Http/Transfers/IoThread.hpp>
+#include <Platform/Http/Transfers/SessionState.hpp>
 
 #include <cstdlib>
 #include <exception>
@@ -9,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -99,4 +98,4 @@ void IoThread::stop() {
     }
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

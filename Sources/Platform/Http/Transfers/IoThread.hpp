@@ -1,12 +1,12 @@
 #pragma once
 
-#include <Platform/Http/CommandQueue.hpp>
-#include <Platform/Http/TransferEngine.hpp>
+#include <Platform/Http/Transfers/CommandQueue.hpp>
+#include <Platform/Http/Transfers/TransferEngine.hpp>
 
 #include <memory>
 #include <thread>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The process's one thread for network traffic. It alone touches libcurl's handles; other threads leave commands.
 ///
@@ -45,4 +45,4 @@ private:
     std::thread thread_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

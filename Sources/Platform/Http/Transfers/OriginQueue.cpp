@@ -1,18 +1,17 @@
-#include <Platform/Http/Origin.hpp>
-
-#include <Platform/Application/AsciiCharacters.hpp>
-#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Http/Transfers/OriginQueue.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 std::string originKey(const Url& url) {
     const auto scheme = url.scheme();
     const auto host = url.host();
     auto port = url.port();
     if (port.empty()) {
-        port = isSameHeaderName(scheme, "http") ? "80" : "443";
+        port = equalsIgnoringAsciiCase(scheme, "http") ? "80" : "443";
     }
     std::string key;
     key.reserve(scheme.size() + host.size() + port.size() + 4);
@@ -21,4 +20,4 @@ std::string originKey(const Url& url) {
     return key;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,19 +1,19 @@
 #pragma once
 
-#include <Platform/Http/Exchange.hpp>
+#include <Platform/Http/Transfers/Exchange.hpp>
 
 #include <cstddef>
 #include <deque>
 #include <string>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Admits the requests of one session to one origin. libcurl gets only what can run at once: its own list of pending
 /// transfers costs time by the square of its length, and a whole easy handle for each.
-class Origin {
+class OriginQueue {
 public:
-    Origin(std::size_t connections, std::size_t streams) noexcept
+    OriginQueue(std::size_t connections, std::size_t streams) noexcept
         : connections_{connections}, streams_{streams}, limit_{connections} {}
 
     [[nodiscard]] bool isFull() const noexcept { return running_ >= limit_; }
@@ -41,4 +41,4 @@ private:
 /// "https://host:443": what tells one origin from another.
 [[nodiscard]] std::string originKey(const Url& url);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,10 +1,9 @@
-#include <Platform/Http/Redirects.hpp>
-
-#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Http/Transfers/Redirects.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <optional>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -41,9 +40,9 @@ std::unique_ptr<Hop> nextHop(const HttpRequest& request, const Hop* current, std
         .url = *url,
         .method = *toGet ? HttpMethod::get : method,
         .sendsBody = hadBody && !*toGet,
-        .keepsHost = isSameHeaderName(url->host(), request.url().host()),
+        .keepsHost = equalsIgnoringAsciiCase(url->host(), request.url().host()),
         .number = current == nullptr ? 1 : current->number + 1,
     });
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

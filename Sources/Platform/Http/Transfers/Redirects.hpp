@@ -1,13 +1,13 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// How a request goes on after a redirect. "Authorization" never goes along.
 struct Hop {
@@ -30,4 +30,4 @@ constexpr int maximumRedirects = 20;
 [[nodiscard]] std::unique_ptr<Hop> nextHop(const HttpRequest& request, const Hop* current, std::int64_t status,
                                            std::string_view location);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,13 +1,12 @@
-#include <Platform/Http/AnswerHead.hpp>
-
-#include <Platform/Application/AsciiCharacters.hpp>
-#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Http/Transfers/ResponseHeadParser.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <charconv>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -21,7 +20,7 @@ std::int64_t statusOf(std::string_view line) noexcept {
 
 }  // namespace
 
-void AnswerHead::add(std::string_view line) {
+void ResponseHeadParser::add(std::string_view line) {
     if (isComplete_) {
         return;
     }
@@ -37,7 +36,7 @@ void AnswerHead::add(std::string_view line) {
     }
 }
 
-void AnswerHead::addField(std::string_view line) {
+void ResponseHeadParser::addField(std::string_view line) {
     const bool isContinuation = line.front() == ' ' || line.front() == '\t';
     if (isContinuation) {
         if (lastValue_ != nullptr) {
@@ -59,10 +58,10 @@ void AnswerHead::addField(std::string_view line) {
     lastValue_ = &header->second;
 }
 
-HttpResponse AnswerHead::take() {
+HttpResponse ResponseHeadParser::take() {
     HttpResponse response{status_, std::move(headers_)};
     *this = {};
     return response;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

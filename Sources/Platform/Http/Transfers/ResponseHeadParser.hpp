@@ -1,15 +1,15 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Collects the status and the headers of the final answer, line by line.
-class AnswerHead {
+class ResponseHeadParser {
 public:
     /// Takes one line as it came, its line end included. A status line starts over, so that the heads of interim
     /// answers vanish; what comes after the head of a final answer (trailers) is left out.
@@ -33,4 +33,4 @@ private:
     bool isComplete_ = false;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

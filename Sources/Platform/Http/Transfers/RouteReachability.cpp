@@ -1,7 +1,7 @@
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/Url.hpp>
+#include <Tarnwick_API/Platform/Application/Url.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
-#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <cstring>
 #include <string>
@@ -11,7 +11,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -74,7 +74,8 @@ bool hasRouteToInternet() {
 
 bool isLoopbackName(std::string_view host) {
     constexpr std::string_view localhost = "localhost";
-    if (host.size() < localhost.size() || !isSameHeaderName(host.substr(host.size() - localhost.size()), localhost)) {
+    if (host.size() < localhost.size() ||
+        !equalsIgnoringAsciiCase(host.substr(host.size() - localhost.size()), localhost)) {
         return false;
     }
     return host.size() == localhost.size() || host[host.size() - localhost.size() - 1] == '.';
@@ -107,4 +108,4 @@ std::shared_ptr<const Reachability> makeRouteReachability() {
     return std::make_shared<RouteReachability>();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,12 +1,12 @@
-#include <Platform/Http/SessionState.hpp>
-
-#include <Platform/Http/HeaderFields.hpp>
+#include <Platform/Http/Requests/HeaderFields.hpp>
+#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <new>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -39,7 +39,8 @@ SessionState::SessionState(HttpSessionConfiguration configuration)
 }
 
 bool SessionState::allowsScheme(std::string_view scheme) const noexcept {
-    return isSameHeaderName(scheme, "https") || (configuration_.allowsPlainHttp && isSameHeaderName(scheme, "http"));
+    return equalsIgnoringAsciiCase(scheme, "https") ||
+           (configuration_.allowsPlainHttp && equalsIgnoringAsciiCase(scheme, "http"));
 }
 
 HostValidation SessionState::hostValidation(std::string_view host) const {
@@ -47,7 +48,7 @@ HostValidation SessionState::hostValidation(std::string_view host) const {
     return policy == configuration_.trustPolicies.end() ? HostValidation::full : policy->second;
 }
 
-Origin& SessionState::origin(const Url& url) {
+OriginQueue& SessionState::origin(const Url& url) {
     return origins_.try_emplace(originKey(url), configuration_.connectionsPerHost, configuration_.streamsPerConnection)
         .first->second;
 }
@@ -66,4 +67,4 @@ HttpError sessionDropped() {
     return {HttpError::Kind::cancelled, "the session was dropped"};
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

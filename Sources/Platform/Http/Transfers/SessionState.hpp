@@ -1,16 +1,16 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
-#include <Platform/Http/CurlHandles.hpp>
-#include <Platform/Http/Origin.hpp>
+#include <Platform/Http/Transfers/CurlHandles.hpp>
+#include <Platform/Http/Transfers/OriginQueue.hpp>
 
 #include <atomic>
 #include <optional>
 #include <string>
 #include <unordered_map>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// What the requests of one session share. The configuration part is immutable and free to read on any thread; the
 /// origins belong to the I/O thread.
@@ -35,7 +35,7 @@ public:
     [[nodiscard]] bool hadTransfers() const noexcept { return hadTransfers_; }
 
     /// Thread: the I/O thread.
-    [[nodiscard]] Origin& origin(const Url& url);
+    [[nodiscard]] OriginQueue& origin(const Url& url);
 
     /// Takes all requests that wait. Thread: the I/O thread.
     [[nodiscard]] std::vector<Exchange> takeWaiting();
@@ -44,7 +44,7 @@ private:
     HttpSessionConfiguration configuration_;
     std::optional<std::string> fault_;
     CurlList connectTo_;
-    std::unordered_map<std::string, Origin> origins_;
+    std::unordered_map<std::string, OriginQueue> origins_;
     std::atomic<bool> isDropped_ = false;
     std::atomic<bool> hadTransfers_ = false;
 };
@@ -52,4 +52,4 @@ private:
 /// What becomes of the exchanges of a session that was dropped.
 [[nodiscard]] HttpError sessionDropped();
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,14 +1,13 @@
-#include <Platform/Http/Transfer.hpp>
-
-#include <Platform/Http/SessionState.hpp>
-#include <Platform/Http/TransferError.hpp>
-#include <Platform/Http/TransferOptions.hpp>
+#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Http/Transfers/Transfer.hpp>
+#include <Platform/Http/Transfers/TransferError.hpp>
+#include <Platform/Http/Transfers/TransferOptions.hpp>
 
 #include <exception>
 #include <new>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -27,7 +26,7 @@ Transfer::Transfer(CURLSH* share, const Time& now) : handle_{curl_easy_init()}, 
     }
 }
 
-CURLcode Transfer::begin(Exchange exchange, Origin& origin) {
+CURLcode Transfer::begin(Exchange exchange, OriginQueue& origin) {
     exchange_ = std::move(exchange);
     origin_ = &origin;
     body_.begin(exchange_.session->configuration().maximumBodySize);
@@ -141,4 +140,4 @@ int Transfer::onProgress(void* transfer, curl_off_t /*downloadTotal*/, curl_off_
     return 0;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

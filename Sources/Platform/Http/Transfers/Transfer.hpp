@@ -1,10 +1,10 @@
 #pragma once
 
-#include <Platform/Http/AnswerHead.hpp>
-#include <Platform/Http/BodyBuffer.hpp>
-#include <Platform/Http/CurlHandles.hpp>
-#include <Platform/Http/Exchange.hpp>
-#include <Platform/Http/HeaderList.hpp>
+#include <Platform/Http/Transfers/BodyBuffer.hpp>
+#include <Platform/Http/Transfers/CurlHandles.hpp>
+#include <Platform/Http/Transfers/Exchange.hpp>
+#include <Platform/Http/Transfers/HeaderList.hpp>
+#include <Platform/Http/Transfers/ResponseHeadParser.hpp>
 
 #include <chrono>
 #include <cstddef>
@@ -12,9 +12,9 @@
 
 #include <curl/curl.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
-class Origin;
+class OriginQueue;
 
 /// One easy handle and what it needs to run one hop of an exchange; used again for the next. Thread: the I/O thread.
 class Transfer {
@@ -26,11 +26,11 @@ public:
     Transfer(CURLSH* share, const Time& now);
 
     /// Takes over `exchange` and sets up the handle for it.
-    [[nodiscard]] CURLcode begin(Exchange exchange, Origin& origin);
+    [[nodiscard]] CURLcode begin(Exchange exchange, OriginQueue& origin);
 
     [[nodiscard]] CURL* handle() const noexcept { return handle_.get(); }
     [[nodiscard]] const Exchange& exchange() const noexcept { return exchange_; }
-    [[nodiscard]] Origin& origin() const noexcept { return *origin_; }
+    [[nodiscard]] OriginQueue& origin() const noexcept { return *origin_; }
 
     /// When the exchange ends for want of progress, unless bytes come or go before.
     [[nodiscard]] Time deadline() const noexcept;
@@ -62,13 +62,13 @@ private:
     CurlEasy handle_;
     const Time& now_;
     Exchange exchange_;
-    Origin* origin_ = nullptr;
+    OriginQueue* origin_ = nullptr;
     HeaderList headers_;
-    AnswerHead head_;
+    ResponseHeadParser head_;
     BodyBuffer body_;
     bool isTooLarge_ = false;
     Time lastProgress_;
     curl_off_t bytesMoved_ = 0;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,5 @@
-#include <Platform/Http/TransferEngine.hpp>
-
-#include <Platform/Http/SessionState.hpp>
+#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Http/Transfers/TransferEngine.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -8,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -54,7 +53,7 @@ void TransferEngine::start(Exchange exchange) {
     }
 }
 
-void TransferEngine::launch(Exchange exchange, Origin& origin) {
+void TransferEngine::launch(Exchange exchange, OriginQueue& origin) {
     auto transfer = [this] {
         if (spare_.empty()) {
             return std::make_unique<Transfer>(share_.get(), now_);
@@ -79,7 +78,7 @@ void TransferEngine::launch(Exchange exchange, Origin& origin) {
     hasNew_ = true;
 }
 
-void TransferEngine::admitWaiting(Origin& origin) {
+void TransferEngine::admitWaiting(OriginQueue& origin) {
     while (!origin.isFull() && origin.hasWaiting()) {
         launch(origin.takeWaiting(), origin);
     }
@@ -193,4 +192,4 @@ void TransferEngine::wake() {
     curl_multi_wakeup(multi_.get());
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

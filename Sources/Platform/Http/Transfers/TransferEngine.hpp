@@ -1,13 +1,13 @@
 #pragma once
 
-#include <Platform/Http/CurlHandles.hpp>
-#include <Platform/Http/Exchange.hpp>
-#include <Platform/Http/Transfer.hpp>
+#include <Platform/Http/Transfers/CurlHandles.hpp>
+#include <Platform/Http/Transfers/Exchange.hpp>
+#include <Platform/Http/Transfers/Transfer.hpp>
 
 #include <memory>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 class SessionState;
 
@@ -34,8 +34,8 @@ public:
     void wake();
 
 private:
-    void launch(Exchange exchange, Origin& origin);
-    void admitWaiting(Origin& origin);
+    void launch(Exchange exchange, OriginQueue& origin);
+    void admitWaiting(OriginQueue& origin);
     void finish(Transfer& transfer, CURLcode code);
     void finishOverdue();
     [[nodiscard]] std::unique_ptr<Transfer> detach(Transfer& transfer);
@@ -51,4 +51,4 @@ private:
     bool hasNew_ = false;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

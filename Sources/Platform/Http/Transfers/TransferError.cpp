@@ -1,9 +1,9 @@
-#include <Platform/Http/TransferError.hpp>
+#include <Platform/Http/Transfers/TransferError.hpp>
 
 #include <string>
 #include <system_error>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 HttpError::Kind errorKind(CURLcode code) noexcept {
     using Kind = HttpError::Kind;
@@ -91,4 +91,4 @@ HttpError transferError(CURL* handle, CURLcode code) {
     return {errorKind(code), std::move(description)};
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <curl/curl.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// What a transfer's result means to a session's user.
 [[nodiscard]] HttpError::Kind errorKind(CURLcode code) noexcept;
@@ -13,4 +13,4 @@ namespace Platform {
 /// libcurl's own message may quote what the server sent.
 [[nodiscard]] HttpError transferError(CURL* handle, CURLcode code);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

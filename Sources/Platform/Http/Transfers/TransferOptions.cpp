@@ -1,13 +1,13 @@
-#include <Platform/Http/TransferOptions.hpp>
-
-#include <Platform/Http/HeaderFields.hpp>
-#include <Platform/Http/SessionState.hpp>
+#include <Platform/Http/Requests/HeaderFields.hpp>
+#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Http/Transfers/TransferOptions.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <chrono>
 #include <limits>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -33,15 +33,15 @@ private:
 void fillHeaders(HeaderList& list, const Exchange& exchange) {
     const auto isSent = [&](std::string_view name) {
         // The length is libcurl's to say: one that differs from the body's would split the request in two.
-        if (isSameHeaderName(name, "Content-Length") || isSameHeaderName(name, "Transfer-Encoding")) {
+        if (equalsIgnoringAsciiCase(name, "Content-Length") || equalsIgnoringAsciiCase(name, "Transfer-Encoding")) {
             return false;
         }
         if (!exchange.hop) {
             return true;
         }
-        return !isSameHeaderName(name, "Authorization") &&
-               (exchange.hop->keepsHost || !isSameHeaderName(name, "Host")) &&
-               (exchange.hop->sendsBody || !isSameHeaderName(name, "Content-Type"));
+        return !equalsIgnoringAsciiCase(name, "Authorization") &&
+               (exchange.hop->keepsHost || !equalsIgnoringAsciiCase(name, "Host")) &&
+               (exchange.hop->sendsBody || !equalsIgnoringAsciiCase(name, "Content-Type"));
     };
     list.clear();
     const auto& own = exchange.headers();
@@ -116,7 +116,7 @@ void setConnection(OptionSetter& set, const Exchange& exchange) {
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
     // Wait for the first connection to tell whether it takes many requests, before opening another. Without TLS it
     // would tell only with its first answer, and takes one at a time.
-    set(CURLOPT_PIPEWAIT, isSameHeaderName(exchange.url().scheme(), "https") ? 1L : 0L);
+    set(CURLOPT_PIPEWAIT, equalsIgnoringAsciiCase(exchange.url().scheme(), "https") ? 1L : 0L);
     if (session.connectTo() != nullptr) {
         set(CURLOPT_CONNECT_TO, session.connectTo());
     }
@@ -140,4 +140,4 @@ CURLcode setTransferOptions(CURL* handle, const Exchange& exchange, HeaderList& 
     return set.firstFault();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,7 +1,6 @@
-#include <Platform/Keychain/FileKeychainStore.hpp>
-
-#include <Platform/Keychain/KeychainDatabase.hpp>
-#include <Platform/Keychain/KeychainFile.hpp>
+#include <Platform/Keychain/File/FileKeychainStore.hpp>
+#include <Platform/Keychain/File/KeychainDatabase.hpp>
+#include <Platform/Keychain/File/KeychainFile.hpp>
 
 #include <mutex>
 #include <system_error>
@@ -9,7 +8,7 @@
 
 #include <sys/stat.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -110,4 +109,4 @@ std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path) {
     return std::make_shared<FileKeychainStore>(path);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The items in one private file. Each call opens the file and closes it again: calls are few, and a store that kept it
 /// open would write into a file that was meanwhile removed or replaced, would carry a connection over a fork, and would
@@ -37,4 +37,4 @@ private:
     std::chrono::milliseconds patience_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

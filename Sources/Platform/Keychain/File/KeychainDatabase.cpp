@@ -1,10 +1,9 @@
-#include <Platform/Keychain/KeychainDatabase.hpp>
-
-#include <Platform/Keychain/KeychainFile.hpp>
+#include <Platform/Keychain/File/KeychainDatabase.hpp>
+#include <Platform/Keychain/File/KeychainFile.hpp>
 
 #include <sqlite3.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -275,4 +274,4 @@ KeychainStatus KeychainDatabase::change(Statement& statement) {
     return sqlite3_changes(connection_.get()) == 0 ? KeychainStatus::itemNotFound : KeychainStatus::success;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

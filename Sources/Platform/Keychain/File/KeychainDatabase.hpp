@@ -9,7 +9,7 @@
 
 struct sqlite3;
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The items in one SQLite file, through one connection. Every operation is a transaction: a process that dies in it
 /// leaves the old items, and one that returns success has the new ones on the disk.
@@ -55,4 +55,4 @@ private:
     KeychainStatus opened_ = KeychainStatus::success;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,11 +1,10 @@
-#include <Platform/Keychain/KeychainFile.hpp>
-
 #include <Platform/Application/PrivateFile.hpp>
+#include <Platform/Keychain/File/KeychainFile.hpp>
 
 #include <cerrno>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 KeychainStatus statusOfSystemError(int number, KeychainStatus otherwise) {
     switch (number) {
@@ -49,4 +48,4 @@ KeychainStatus createKeychainFile(const std::filesystem::path& path) {
     return error == 0 ? KeychainStatus::success : statusOfSystemError(error, KeychainStatus::notAvailable);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

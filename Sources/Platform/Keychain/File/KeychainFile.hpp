@@ -1,10 +1,10 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include <filesystem>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The status for a system error number.
 [[nodiscard]] KeychainStatus statusOfSystemError(int number, KeychainStatus otherwise);
@@ -24,4 +24,4 @@ struct LocatedKeychainFile {
 /// The POSIX locks of this process on the file may go with this call: no connection may be open meanwhile.
 [[nodiscard]] KeychainStatus createKeychainFile(const std::filesystem::path& path);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

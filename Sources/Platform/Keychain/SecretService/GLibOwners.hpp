@@ -4,7 +4,7 @@
 
 #include <gio/gio.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 struct GLibRelease {
     void operator()(GError* error) const noexcept { g_error_free(error); }
@@ -39,4 +39,4 @@ private:
     Object* taken_ = nullptr;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,11 +1,10 @@
-#include <Platform/Keychain/KeyringAttributes.hpp>
-
-#include <Platform/Json/Utf8.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceAttributes.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <charconv>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -62,7 +61,7 @@ std::string bytesOfKeyringText(const std::string& text) {
     return {reinterpret_cast<const char*>(decoded.get()), size};
 }
 
-const SecretSchema* keyringSchema() {
+const SecretSchema* secretServiceSchema() {
     // Searched by its name too, so that items of others with the same service are neither found nor touched.
     static const SecretSchema schema{"Platform.GenericPassword",
                                      SECRET_SCHEMA_NONE,
@@ -85,7 +84,7 @@ const SecretSchema* keyringSchema() {
     return &schema;
 }
 
-GLibOwner<GHashTable> tableOf(const KeyringAttributes& attributes) {
+GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes) {
     auto table = emptyTable();
     set(table.get(), serviceKey, keyringText(attributes.service));
     set(table.get(), accountKey, keyringText(attributes.account));
@@ -107,15 +106,15 @@ GLibOwner<GHashTable> tableToFind(const std::optional<std::string>& service) {
     return table;
 }
 
-std::optional<KeyringAttributes> attributesOf(GHashTable* table) {
+std::optional<SecretServiceAttributes> attributesOf(GHashTable* table) {
     const auto reference = textAt(table, referenceKey);
     if (!reference) {
         return std::nullopt;
     }
-    return KeyringAttributes{bytesAt(table, serviceKey),           bytesAt(table, accountKey),
-                             bytesAt(table, commentKey),           bytesOfKeyringText(*reference),
-                             numberAt(table, createdKey),          numberAt(table, revisionKey),
-                             textAt(table, hasDataKey).has_value()};
+    return SecretServiceAttributes{bytesAt(table, serviceKey),           bytesAt(table, accountKey),
+                                   bytesAt(table, commentKey),           bytesOfKeyringText(*reference),
+                                   numberAt(table, createdKey),          numberAt(table, revisionKey),
+                                   textAt(table, hasDataKey).has_value()};
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

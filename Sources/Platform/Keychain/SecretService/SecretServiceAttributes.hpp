@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Platform/Keychain/GLibOwners.hpp>
+#include <Platform/Keychain/SecretService/GLibOwners.hpp>
 #include <Platform/Keychain/StoredKeychainItem.hpp>
 
 #include <cstdint>
@@ -9,10 +9,10 @@
 
 #include <libsecret/secret.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// What lies in the keyring for an item, besides the secret and the label.
-struct KeyringAttributes {
+struct SecretServiceAttributes {
     std::string service;
     std::string account;
     std::string comment;
@@ -28,7 +28,7 @@ struct KeyringAttributes {
     /// An item without data looks to the keyring like one with empty data.
     bool hasData = false;
 
-    friend bool operator==(const KeyringAttributes&, const KeyringAttributes&) = default;
+    friend bool operator==(const SecretServiceAttributes&, const SecretServiceAttributes&) = default;
 };
 
 /// A label or an attribute as the keyring takes it. Text lies there as it is, so that other programs find it; what the
@@ -37,12 +37,12 @@ struct KeyringAttributes {
 [[nodiscard]] std::string keyringText(const std::string& bytes);
 [[nodiscard]] std::string bytesOfKeyringText(const std::string& text);
 
-[[nodiscard]] const SecretSchema* keyringSchema();
+[[nodiscard]] const SecretSchema* secretServiceSchema();
 
-[[nodiscard]] GLibOwner<GHashTable> tableOf(const KeyringAttributes& attributes);
+[[nodiscard]] GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes);
 /// What finds all our items of `service`, or all our items.
 [[nodiscard]] GLibOwner<GHashTable> tableToFind(const std::optional<std::string>& service);
 /// None for an item that is not ours.
-[[nodiscard]] std::optional<KeyringAttributes> attributesOf(GHashTable* table);
+[[nodiscard]] std::optional<SecretServiceAttributes> attributesOf(GHashTable* table);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,11 +1,10 @@
-#include <Platform/Keychain/KeyringConnection.hpp>
-
-#include <Platform/Keychain/SecretServiceTypes.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceConnection.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceTypes.hpp>
 
 #include <string_view>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -41,23 +40,23 @@ std::string textOf(GVariant* answer) {
 
 }  // namespace
 
-KeyringConnection::KeyringConnection(GLibOwner<GCancellable> cancellable, Prompts prompts)
+SecretServiceConnection::SecretServiceConnection(GLibOwner<GCancellable> cancellable, Prompts prompts)
     : cancellable_{std::move(cancellable)}, prompts_{prompts} {
 }
 
-void KeyringConnection::beforeStep() const {
+void SecretServiceConnection::beforeStep() const {
     if (isGivenUp_ && *isGivenUp_) {
-        throw KeyringFailure{KeychainStatus::notAvailable, "given up"};
+        throw SecretServiceError{KeychainStatus::notAvailable, "given up"};
     }
 }
 
-void KeyringConnection::drop() {
+void SecretServiceConnection::drop() {
     service_.reset();
     bus_.reset();
 }
 
-GLibOwner<GVariant> KeyringConnection::call(const char* destination, const char* path, const char* interface,
-                                            const char* method, GVariant* arguments, GLibOwner<GError>& error) {
+GLibOwner<GVariant> SecretServiceConnection::call(const char* destination, const char* path, const char* interface,
+                                                  const char* method, GVariant* arguments, GLibOwner<GError>& error) {
     const GLibOwner<GVariant> owned{g_variant_ref_sink(arguments)};
     beforeStep();
     return GLibOwner<GVariant>{g_dbus_connection_call_sync(bus_.get(), destination, path, interface, method,
@@ -65,13 +64,13 @@ GLibOwner<GVariant> KeyringConnection::call(const char* destination, const char*
                                                            cancellable_.get(), GLibOutput{error})};
 }
 
-void KeyringConnection::connect() {
+void SecretServiceConnection::connect() {
     beforeStep();
     GLibOwner<GError> error;
     const GLibOwner<char> address{
         g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable_.get(), GLibOutput{error})};
     if (!address) {
-        throw KeyringFailure{KeychainStatus::notAvailable, "no session bus", false};
+        throw SecretServiceError{KeychainStatus::notAvailable, "no session bus", false};
     }
     const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
@@ -79,13 +78,13 @@ void KeyringConnection::connect() {
         g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, cancellable_.get(), GLibOutput{error}));
     if (!bus_) {
         if (meansNoBus(error.get())) {
-            throw KeyringFailure{KeychainStatus::notAvailable, "no session bus", false};
+            throw SecretServiceError{KeychainStatus::notAvailable, "no session bus", false};
         }
-        throw KeyringFailure{KeychainStatus::notAvailable, "the session bus fails"};
+        throw SecretServiceError{KeychainStatus::notAvailable, "the session bus fails"};
     }
 }
 
-std::string KeyringConnection::owner() {
+std::string SecretServiceConnection::owner() {
     const auto ask = [this](GLibOwner<GError>& error) {
         return call(busName, busPath, busName, "GetNameOwner", g_variant_new("(s)", serviceName), error);
     };
@@ -105,19 +104,19 @@ std::string KeyringConnection::owner() {
     if (!answer && hasNoOwner(error)) {
         if (!call(busName, busPath, busName, "StartServiceByName", g_variant_new("(su)", serviceName, 0U), error)) {
             if (meansNoService(error.get())) {
-                throw KeyringFailure{KeychainStatus::notAvailable, "no Secret Service on the session bus", false};
+                throw SecretServiceError{KeychainStatus::notAvailable, "no Secret Service on the session bus", false};
             }
-            throw KeyringFailure::from(error.get(), "starting the Secret Service");
+            throw SecretServiceError::from(error.get(), "starting the Secret Service");
         }
         answer = ask(error);
     }
     if (!answer) {
-        throw KeyringFailure{KeychainStatus::notAvailable, "the session bus fails"};
+        throw SecretServiceError{KeychainStatus::notAvailable, "the session bus fails"};
     }
     return textOf(answer.get());
 }
 
-SecretService* KeyringConnection::service() {
+SecretService* SecretServiceConnection::service() {
     auto name = owner();
     if (service_ && name == serviceOwner_) {
         return service_.get();
@@ -130,50 +129,50 @@ SecretService* KeyringConnection::service() {
         GLibOutput{error}, "g-connection", bus_.get(), "g-name", name.c_str(), "g-object-path", servicePath,
         "g-interface-name", "org.freedesktop.Secret.Service", "g-flags", G_DBUS_PROXY_FLAGS_NONE, nullptr)));
     if (!service_) {
-        throw KeyringFailure::from(error.get(), "reaching the Secret Service");
+        throw SecretServiceError::from(error.get(), "reaching the Secret Service");
     }
     serviceOwner_ = std::move(name);
     return service_.get();
 }
 
-GLibOwner<SecretCollection> KeyringConnection::defaultCollection() {
+GLibOwner<SecretCollection> SecretServiceConnection::defaultCollection() {
     auto* const keyring = service();
     beforeStep();
     GLibOwner<GError> error;
     GLibOwner<SecretCollection> collection{secret_collection_for_alias_sync(
         keyring, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable_.get(), GLibOutput{error})};
     if (!collection && error) {
-        throw KeyringFailure::from(error.get(), "looking for the default collection");
+        throw SecretServiceError::from(error.get(), "looking for the default collection");
     }
     if (!collection) {
-        throw KeyringFailure{KeychainStatus::notAvailable, "the Secret Service has no default collection", false};
+        throw SecretServiceError{KeychainStatus::notAvailable, "the Secret Service has no default collection", false};
     }
     return collection;
 }
 
-bool KeyringConnection::isLocked(SecretCollection* collection) {
+bool SecretServiceConnection::isLocked(SecretCollection* collection) {
     GLibOwner<GError> error;
     // The proxy's own answer may be older than the lock.
     const auto answer = call(serviceOwner_.c_str(), g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection)),
                              "org.freedesktop.DBus.Properties", "Get",
                              g_variant_new("(ss)", "org.freedesktop.Secret.Collection", "Locked"), error);
     if (!answer) {
-        throw KeyringFailure::from(error.get(), "asking for the lock");
+        throw SecretServiceError::from(error.get(), "asking for the lock");
     }
     GLibOwner<GVariant> value;
     g_variant_get(answer.get(), "(v)", static_cast<GVariant**>(GLibOutput{value}));
     return g_variant_get_boolean(value.get()) != FALSE;
 }
 
-bool KeyringConnection::unlock(SecretCollection* collection) {
+bool SecretServiceConnection::unlock(SecretCollection* collection) {
     GList objects{collection, nullptr, nullptr};
     GLibOwner<GError> error;
     const int unlocked =
         secret_service_unlock_sync(service_.get(), &objects, cancellable_.get(), nullptr, GLibOutput{error});
     if (unlocked < 0 || error) {
-        throw KeyringFailure::from(error.get(), "unlocking");
+        throw SecretServiceError::from(error.get(), "unlocking");
     }
     return unlocked > 0 && !isLocked(collection);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Platform/Keychain/GLibOwners.hpp>
-#include <Platform/Keychain/KeyringFailure.hpp>
+#include <Platform/Keychain/SecretService/GLibOwners.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceError.hpp>
 
 #include <atomic>
 #include <memory>
@@ -9,17 +9,17 @@
 
 #include <libsecret/secret.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The way to the desktop's keyring: a connection to the session bus of our own, as the one that a process shares ends
 /// the process when the bus goes. It is made when it is needed, and anew when the bus or the keyring was.
 /// Thread: the one that made it, whose thread-default main context nobody else runs.
-class KeyringConnection {
+class SecretServiceConnection {
 public:
     enum class Prompts { never, shown };
 
     /// Cancelling `cancellable` makes what is under way fail.
-    KeyringConnection(GLibOwner<GCancellable> cancellable, Prompts prompts);
+    SecretServiceConnection(GLibOwner<GCancellable> cancellable, Prompts prompts);
 
     /// Every step of a call first asks `isGivenUp`, and fails when nobody waits for the call any more.
     void beginCall(std::shared_ptr<const std::atomic<bool>> isGivenUp) { isGivenUp_ = std::move(isGivenUp); }
@@ -53,4 +53,4 @@ private:
     std::string serviceOwner_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

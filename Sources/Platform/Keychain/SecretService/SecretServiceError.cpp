@@ -1,8 +1,8 @@
-#include <Platform/Keychain/KeyringFailure.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceError.hpp>
 
 #include <libsecret/secret.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -40,7 +40,7 @@ KeychainStatus statusOf(const GError& error) {
 
 }  // namespace
 
-KeyringFailure KeyringFailure::ofItem(const GError* error, const char* action) {
+SecretServiceError SecretServiceError::ofItem(const GError* error, const char* action) {
     if (error == nullptr) {
         return {KeychainStatus::io, std::string{action}.append(" failed")};
     }
@@ -51,7 +51,7 @@ KeyringFailure KeyringFailure::ofItem(const GError* error, const char* action) {
                                   .append(std::to_string(error->code))};
 }
 
-KeyringFailure KeyringFailure::from(const GError* error, const char* action) {
+SecretServiceError SecretServiceError::from(const GError* error, const char* action) {
     auto failure = ofItem(error, action);
     if (failure.status_ == KeychainStatus::itemNotFound) {
         failure.status_ = KeychainStatus::notAvailable;
@@ -59,4 +59,4 @@ KeyringFailure KeyringFailure::from(const GError* error, const char* action) {
     return failure;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

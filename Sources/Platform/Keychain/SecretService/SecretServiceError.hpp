@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include <exception>
 #include <string>
@@ -8,20 +8,20 @@
 
 #include <gio/gio.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Why a call of the keyring ends before its end. Never leaves this room.
-class KeyringFailure : public std::exception {
+class SecretServiceError : public std::exception {
 public:
     /// `reason` is for the debug channel: no secret and no account is in it. `isOffered` is false when there certainly
     /// is no keyring to talk to.
-    KeyringFailure(KeychainStatus status, std::string reason, bool isOffered = true)
+    SecretServiceError(KeychainStatus status, std::string reason, bool isOffered = true)
         : reason_{std::move(reason)}, status_{status}, isOffered_{isOffered} {}
 
     /// From an error of libsecret or D-Bus. Their own words may quote attributes and are left out.
-    [[nodiscard]] static KeyringFailure from(const GError* error, const char* action);
+    [[nodiscard]] static SecretServiceError from(const GError* error, const char* action);
     /// From an error of a step with an item that was found before, which may be gone: `itemNotFound` then.
-    [[nodiscard]] static KeyringFailure ofItem(const GError* error, const char* action);
+    [[nodiscard]] static SecretServiceError ofItem(const GError* error, const char* action);
 
     [[nodiscard]] const char* what() const noexcept override { return reason_.c_str(); }
     [[nodiscard]] KeychainStatus status() const noexcept { return status_; }
@@ -33,4 +33,4 @@ private:
     bool isOffered_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,11 +1,11 @@
-#include <Platform/Keychain/KeyringItems.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
 
 #include <algorithm>
 #include <string_view>
 #include <tuple>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -26,7 +26,7 @@ std::string_view pathOf(SecretItem* item) {
     return g_dbus_proxy_get_object_path(G_DBUS_PROXY(item));
 }
 
-bool matches(const KeyringAttributes& attributes, const KeychainQuery& query) {
+bool matches(const SecretServiceAttributes& attributes, const KeychainQuery& query) {
     return (!query.service || *query.service == attributes.service) &&
            (!query.account || *query.account == attributes.account);
 }
@@ -37,12 +37,12 @@ auto repeated(Work work) {
     for (int attempt = 1;; ++attempt) {
         try {
             return work();
-        } catch (const KeyringFailure& failure) {
+        } catch (const SecretServiceError& failure) {
             if (failure.status() != KeychainStatus::itemNotFound) {
                 throw;
             }
             if (attempt == attempts) {
-                throw KeyringFailure{KeychainStatus::notAvailable, "items go while they are read"};
+                throw SecretServiceError{KeychainStatus::notAvailable, "items go while they are read"};
             }
         }
     }
@@ -50,18 +50,18 @@ auto repeated(Work work) {
 
 }  // namespace
 
-KeyringItems::KeyringItems(KeyringConnection& connection)
+SecretServiceItems::SecretServiceItems(SecretServiceConnection& connection)
     : connection_{connection}, collection_{connection.defaultCollection()} {
     if (secret_collection_get_locked(collection_.get()) != FALSE) {
-        throw KeyringFailure{KeychainStatus::interactionNotAllowed, "locked"};
+        throw SecretServiceError{KeychainStatus::interactionNotAllowed, "locked"};
     }
 }
 
-std::vector<KeyringItems::Item> KeyringItems::search(const std::optional<std::string>& service) {
+std::vector<SecretServiceItems::Item> SecretServiceItems::search(const std::optional<std::string>& service) {
     connection_.beforeStep();
     const auto attributes = tableToFind(service);
     GLibOwner<GError> error;
-    GList* const list = secret_collection_search_sync(collection_.get(), keyringSchema(), attributes.get(),
+    GList* const list = secret_collection_search_sync(collection_.get(), secretServiceSchema(), attributes.get(),
                                                       SECRET_SEARCH_ALL, connection_.cancellable(), GLibOutput{error});
     std::vector<Item> items;
     for (const auto* place = list; place != nullptr; place = place->next) {
@@ -73,15 +73,15 @@ std::vector<KeyringItems::Item> KeyringItems::search(const std::optional<std::st
     }
     g_list_free(list);
     if (error) {
-        throw KeyringFailure::ofItem(error.get(), "searching");
+        throw SecretServiceError::ofItem(error.get(), "searching");
     }
     if (items.empty() && connection_.isLocked(collection_.get())) {
-        throw KeyringFailure{KeychainStatus::interactionNotAllowed, "locked"};
+        throw SecretServiceError{KeychainStatus::interactionNotAllowed, "locked"};
     }
     return items;
 }
 
-KeyringItems::Found KeyringItems::find(const std::optional<std::string>& service) {
+SecretServiceItems::Found SecretServiceItems::find(const std::optional<std::string>& service) {
     auto items = repeated([&] { return search(service); });
     std::sort(items.begin(), items.end(), [](const Item& a, const Item& b) {
         const auto key = [](const Item& item) {
@@ -92,7 +92,7 @@ KeyringItems::Found KeyringItems::find(const std::optional<std::string>& service
     });
     Found found;
     for (auto& item : items) {
-        if (item.attributes.revision <= KeyringAttributes::draft) {
+        if (item.attributes.revision <= SecretServiceAttributes::draft) {
             found.leftovers.push_back(std::move(item));
         } else if (!found.items.empty() && found.items.back().attributes.reference == item.attributes.reference) {
             found.leftovers.push_back(std::exchange(found.items.back(), std::move(item)));
@@ -113,69 +113,69 @@ KeyringItems::Found KeyringItems::find(const std::optional<std::string>& service
     return found;
 }
 
-void KeyringItems::create(const KeyringAttributes& attributes, const std::string& label,
-                          const std::optional<Bytes>& data) {
+void SecretServiceItems::create(const SecretServiceAttributes& attributes, const std::string& label,
+                                const std::optional<Bytes>& data) {
     auto draft = attributes;
-    draft.revision = KeyringAttributes::draft;
+    draft.revision = SecretServiceAttributes::draft;
     connection_.beforeStep();
     GLibOwner<GError> error;
     // Never in place of another: the keyring would take any item for the same that has these attributes among its own.
     const GLibOwner<SecretItem> created{secret_item_create_sync(
-        collection_.get(), keyringSchema(), tableOf(draft).get(), keyringText(label).c_str(), secretOf(data).get(),
-        SECRET_ITEM_CREATE_NONE, connection_.cancellable(), GLibOutput{error})};
+        collection_.get(), secretServiceSchema(), tableOf(draft).get(), keyringText(label).c_str(),
+        secretOf(data).get(), SECRET_ITEM_CREATE_NONE, connection_.cancellable(), GLibOutput{error})};
     if (!created) {
-        throw KeyringFailure::ofItem(error.get(), "creating an item");
+        throw SecretServiceError::ofItem(error.get(), "creating an item");
     }
     setAttributes(created.get(), attributes);
 }
 
-void KeyringItems::setAttributes(SecretItem* item, const KeyringAttributes& attributes) {
+void SecretServiceItems::setAttributes(SecretItem* item, const SecretServiceAttributes& attributes) {
     connection_.beforeStep();
     GLibOwner<GError> error;
-    if (secret_item_set_attributes_sync(item, keyringSchema(), tableOf(attributes).get(), connection_.cancellable(),
-                                        GLibOutput{error}) == FALSE) {
-        throw KeyringFailure::ofItem(error.get(), "changing an item");
+    if (secret_item_set_attributes_sync(item, secretServiceSchema(), tableOf(attributes).get(),
+                                        connection_.cancellable(), GLibOutput{error}) == FALSE) {
+        throw SecretServiceError::ofItem(error.get(), "changing an item");
     }
 }
 
-void KeyringItems::erase(const Item& item) {
+void SecretServiceItems::erase(const Item& item) {
     connection_.beforeStep();
     GLibOwner<GError> error;
     if (secret_item_delete_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
-        auto failure = KeyringFailure::ofItem(error.get(), "deleting an item");
+        auto failure = SecretServiceError::ofItem(error.get(), "deleting an item");
         if (failure.status() != KeychainStatus::itemNotFound) {
             throw failure;
         }
     }
 }
 
-void KeyringItems::tidyUp(std::span<const Item> leftovers) {
+void SecretServiceItems::tidyUp(std::span<const Item> leftovers) {
     try {
         for (const auto& item : leftovers) {
             erase(item);
         }
-    } catch (const KeyringFailure&) {
+    } catch (const SecretServiceError&) {
         // What is left doesn't count, and the next write tries again.
         return;
     }
 }
 
-Bytes KeyringItems::dataOf(const Item& item) {
+Bytes SecretServiceItems::dataOf(const Item& item) {
     connection_.beforeStep();
     GLibOwner<GError> error;
     if (secret_item_load_secret_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
-        throw KeyringFailure::ofItem(error.get(), "reading a secret");
+        throw SecretServiceError::ofItem(error.get(), "reading a secret");
     }
     const SecretValueOwner value{secret_item_get_secret(item.handle.get())};
     if (!value) {
-        throw KeyringFailure{KeychainStatus::io, "the keyring gives no secret"};
+        throw SecretServiceError{KeychainStatus::io, "the keyring gives no secret"};
     }
     gsize size = 0;
     const auto* const bytes = secret_value_get(value.get(), &size);
     return {bytes, size};
 }
 
-StoredKeychainItem KeyringItems::stored(const Item& item, bool withData) {
+StoredKeychainItem SecretServiceItems::stored(const Item& item, bool withData) {
     const GLibOwner<char> label{secret_item_get_label(item.handle.get())};
     return {item.attributes.service,
             item.attributes.account,
@@ -185,7 +185,7 @@ StoredKeychainItem KeyringItems::stored(const Item& item, bool withData) {
             item.attributes.reference};
 }
 
-KeychainAnswer KeyringItems::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
+KeychainAnswer SecretServiceItems::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
     return repeated([&]() -> KeychainAnswer {
         // Not by account: a leftover may have another one than the item that counts.
         const auto found = find(query.service);
@@ -198,7 +198,8 @@ KeychainAnswer KeyringItems::copyMatching(const KeychainQuery& query, const Keyc
     });
 }
 
-void KeyringItems::change(const Item& item, const KeyringAttributes& changed, const std::optional<Bytes>& data) {
+void SecretServiceItems::change(const Item& item, const SecretServiceAttributes& changed,
+                                const std::optional<Bytes>& data) {
     if (data && changed != item.attributes) {
         auto next = changed;
         ++next.revision;
@@ -216,11 +217,11 @@ void KeyringItems::change(const Item& item, const KeyringAttributes& changed, co
     GLibOwner<GError> error;
     if (secret_item_set_secret_sync(item.handle.get(), secretOf(data).get(), connection_.cancellable(),
                                     GLibOutput{error}) == FALSE) {
-        throw KeyringFailure::ofItem(error.get(), "changing a secret");
+        throw SecretServiceError::ofItem(error.get(), "changing a secret");
     }
 }
 
-KeychainStatus KeyringItems::update(const KeychainQuery& target, const KeychainChanges& changes) {
+KeychainStatus SecretServiceItems::update(const KeychainQuery& target, const KeychainChanges& changes) {
     return repeated([&] {
         const auto found = find(target.service);
         const auto item = std::find_if(found.items.begin(), found.items.end(),
@@ -244,11 +245,11 @@ KeychainStatus KeyringItems::update(const KeychainQuery& target, const KeychainC
     });
 }
 
-KeychainStatus KeyringItems::add(const KeychainItem& item) {
+KeychainStatus SecretServiceItems::add(const KeychainItem& item) {
     return repeated([&] { return addOnce(item); });
 }
 
-KeychainStatus KeyringItems::addOnce(const KeychainItem& item) {
+KeychainStatus SecretServiceItems::addOnce(const KeychainItem& item) {
     const auto before = find(item.service);
     if (std::any_of(before.items.begin(), before.items.end(),
                     [&](const Item& other) { return other.attributes.account == item.account; })) {
@@ -265,12 +266,12 @@ KeychainStatus KeyringItems::addOnce(const KeychainItem& item) {
         tidyUp(after.leftovers);
         return std::any_of(after.leftovers.begin(), after.leftovers.end(), isOwn) ? KeychainStatus::duplicateItem
                                                                                   : KeychainStatus::success;
-    } catch (const KeyringFailure&) {
+    } catch (const SecretServiceError&) {
         return KeychainStatus::success;  // it has been added; whether another has too, the next call sees
     }
 }
 
-KeychainStatus KeyringItems::remove(const KeychainQuery& target) {
+KeychainStatus SecretServiceItems::remove(const KeychainQuery& target) {
     const auto found = find(target.service);
     // First: without the items that count, they would count.
     for (const auto& leftover : found.leftovers) {
@@ -286,9 +287,9 @@ KeychainStatus KeyringItems::remove(const KeychainQuery& target) {
     return status;
 }
 
-void KeyringItems::takeOver(const std::vector<StoredKeychainItem>& items,
-                            std::chrono::system_clock::time_point writtenAt) {
+void SecretServiceItems::migrate(const std::vector<StoredKeychainItem>& items,
+                                 std::chrono::system_clock::time_point writtenAt) {
     repeated([&] { takeOverOnce(items, writtenAt); });
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

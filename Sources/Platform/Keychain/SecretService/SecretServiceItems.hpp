@@ -1,15 +1,15 @@
 #pragma once
 
-#include <Platform/Keychain/KeyringAttributes.hpp>
-#include <Platform/Keychain/KeyringConnection.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceAttributes.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceConnection.hpp>
 
 #include <chrono>
 #include <span>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
-/// Our items in the default collection, for one call. Operations throw KeyringFailure.
+/// Our items in the default collection, for one call. Operations throw SecretServiceError.
 ///
 /// The keyring changes the secret and the attributes of an item by two calls, and keeps two items alike. So what
 /// changes both is written as a new item of the same reference and a higher revision, before the old one is deleted:
@@ -17,10 +17,10 @@ namespace Platform {
 /// items with the same service and account, which two processes have added at once, the older counts. A new item is a
 /// draft, which never counts, until a change of its attributes makes it good: the keyring brings a new item to the disk
 /// first without its secret.
-class KeyringItems {
+class SecretServiceItems {
 public:
     /// Throws when the collection is locked: to a search it may look empty then.
-    explicit KeyringItems(KeyringConnection& connection);
+    explicit SecretServiceItems(SecretServiceConnection& connection);
 
     [[nodiscard]] KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted);
     [[nodiscard]] KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes);
@@ -30,11 +30,11 @@ public:
     /// Takes over what another store has had, last written at `writtenAt`, with the references, and reads it back. An
     /// item whose reference is here already stays as it is here: it has been taken over before. Where the service has
     /// other items here, those that were written last stay, and the others go.
-    void takeOver(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
+    void migrate(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
 
 private:
     struct Item {
-        KeyringAttributes attributes;
+        SecretServiceAttributes attributes;
         GLibOwner<SecretItem> handle;
     };
     struct Found {
@@ -48,17 +48,17 @@ private:
     [[nodiscard]] std::vector<Item> search(const std::optional<std::string>& service);
     [[nodiscard]] KeychainStatus addOnce(const KeychainItem& item);
     void takeOverOnce(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
-    void setAttributes(SecretItem* item, const KeyringAttributes& attributes);
-    void create(const KeyringAttributes& attributes, const std::string& label, const std::optional<Bytes>& data);
-    void change(const Item& item, const KeyringAttributes& changed, const std::optional<Bytes>& data);
+    void setAttributes(SecretItem* item, const SecretServiceAttributes& attributes);
+    void create(const SecretServiceAttributes& attributes, const std::string& label, const std::optional<Bytes>& data);
+    void change(const Item& item, const SecretServiceAttributes& changed, const std::optional<Bytes>& data);
     void erase(const Item& item);
     void tidyUp(std::span<const Item> leftovers);
     [[nodiscard]] Bytes dataOf(const Item& item);
     /// The item with its data when that is asked for.
     [[nodiscard]] StoredKeychainItem stored(const Item& item, bool withData);
 
-    KeyringConnection& connection_;
+    SecretServiceConnection& connection_;
     GLibOwner<SecretCollection> collection_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,16 +1,15 @@
-#include <Platform/Keychain/SecretServiceKeychainStore.hpp>
-
-#include <Tarnwick_API/Platform/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <Platform/Concurrency/DetachedThread.hpp>
-#include <Platform/Keychain/KeyringItems.hpp>
-#include <Platform/Keychain/ThreadMainContext.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceKeychainStore.hpp>
+#include <Platform/Keychain/SecretService/ThreadMainContext.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <cstdlib>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -36,7 +35,8 @@ bool hasDisplay() {
 KeychainStatus askToUnlock() {
     const GLibOwner<GMainContext> context{g_main_context_new()};
     const ThreadMainContext ownContext{context.get()};
-    KeyringConnection connection{GLibOwner<GCancellable>{g_cancellable_new()}, KeyringConnection::Prompts::shown};
+    SecretServiceConnection connection{GLibOwner<GCancellable>{g_cancellable_new()},
+                                       SecretServiceConnection::Prompts::shown};
     const auto collection = connection.defaultCollection();
     if (secret_collection_get_locked(collection.get()) == FALSE || connection.unlock(collection.get())) {
         return KeychainStatus::success;
@@ -54,11 +54,11 @@ SecretServiceKeychainStore::SecretServiceKeychainStore(std::chrono::milliseconds
 template <class Result, class Work>
 SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyring(const char* operation, Work work) {
     const auto outcome = std::make_shared<Outcome<Result>>();
-    const auto end = thread_.run([outcome, work = std::move(work)](KeyringConnection& connection) {
+    const auto end = thread_.run([outcome, work = std::move(work)](SecretServiceConnection& connection) {
         try {
             outcome->result = work(connection);
             outcome->status = KeychainStatus::success;
-        } catch (const KeyringFailure& failure) {
+        } catch (const SecretServiceError& failure) {
             outcome->status = failure.status();
             outcome->reason = failure.what();
             outcome->isOffered = failure.isOffered();
@@ -71,15 +71,15 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
         }
     });
     switch (end) {
-        case KeyringThread::End::done:
+        case SecretServiceWorker::End::done:
             if (!outcome->reason.empty()) {
                 say(outcome->reason, operation);
             }
             return std::move(*outcome);
-        case KeyringThread::End::givenUp:
+        case SecretServiceWorker::End::givenUp:
             say("no answer within " + std::to_string(patience_.count()) + " ms, given up", operation);
             break;
-        case KeyringThread::End::refused:
+        case SecretServiceWorker::End::refused:
             say("has not answered an earlier call yet", operation);
             break;
     }
@@ -87,48 +87,50 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
 }
 
 KeychainAnswer SecretServiceKeychainStore::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
-    auto outcome = onKeyring<KeychainAnswer>("copyMatching", [=](KeyringConnection& connection) {
-        return KeyringItems{connection}.copyMatching(query, wanted);
+    auto outcome = onKeyring<KeychainAnswer>("copyMatching", [=](SecretServiceConnection& connection) {
+        return SecretServiceItems{connection}.copyMatching(query, wanted);
     });
     return outcome.status == KeychainStatus::success ? std::move(outcome.result) : KeychainAnswer{outcome.status, {}};
 }
 
 KeychainStatus SecretServiceKeychainStore::update(const KeychainQuery& target, const KeychainChanges& changes) {
-    const auto outcome = onKeyring<KeychainStatus>(
-        "update", [=](KeyringConnection& connection) { return KeyringItems{connection}.update(target, changes); });
+    const auto outcome = onKeyring<KeychainStatus>("update", [=](SecretServiceConnection& connection) {
+        return SecretServiceItems{connection}.update(target, changes);
+    });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::add(const KeychainItem& item) {
     const auto outcome = onKeyring<KeychainStatus>(
-        "add", [=](KeyringConnection& connection) { return KeyringItems{connection}.add(item); });
+        "add", [=](SecretServiceConnection& connection) { return SecretServiceItems{connection}.add(item); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::remove(const KeychainQuery& target) {
     const auto outcome = onKeyring<KeychainStatus>(
-        "remove", [=](KeyringConnection& connection) { return KeyringItems{connection}.remove(target); });
+        "remove", [=](SecretServiceConnection& connection) { return SecretServiceItems{connection}.remove(target); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
-KeychainStatus SecretServiceKeychainStore::takeOver(std::vector<StoredKeychainItem> items,
-                                                    std::chrono::system_clock::time_point writtenAt) {
-    return onKeyring<bool>("takeOver",
-                           [items = std::move(items), writtenAt](KeyringConnection& connection) {
-                               KeyringItems{connection}.takeOver(items, writtenAt);
+KeychainStatus SecretServiceKeychainStore::migrate(std::vector<StoredKeychainItem> items,
+                                                   std::chrono::system_clock::time_point writtenAt) {
+    return onKeyring<bool>("migrate",
+                           [items = std::move(items), writtenAt](SecretServiceConnection& connection) {
+                               SecretServiceItems{connection}.migrate(items, writtenAt);
                                return true;
                            })
         .status;
 }
 
 KeychainStoreState SecretServiceKeychainStore::state() {
-    auto outcome = onKeyring<KeychainStoreState>("state", [](KeyringConnection& connection) -> KeychainStoreState {
-        const auto collection = connection.defaultCollection();
-        return {{},
-                g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get())),
-                secret_collection_get_locked(collection.get()) != FALSE ? KeychainStatus::interactionNotAllowed
-                                                                        : KeychainStatus::success};
-    });
+    auto outcome =
+        onKeyring<KeychainStoreState>("state", [](SecretServiceConnection& connection) -> KeychainStoreState {
+            const auto collection = connection.defaultCollection();
+            return {{},
+                    g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get())),
+                    secret_collection_get_locked(collection.get()) != FALSE ? KeychainStatus::interactionNotAllowed
+                                                                            : KeychainStatus::success};
+        });
     auto& state = outcome.result;
     state.name = "Secret Service";
     if (outcome.status != KeychainStatus::success) {
@@ -138,7 +140,7 @@ KeychainStoreState SecretServiceKeychainStore::state() {
 }
 
 SecretServiceKeychainStore::Inquiry SecretServiceKeychainStore::inquire() {
-    auto outcome = onKeyring<std::string>("inquire", [](KeyringConnection& connection) {
+    auto outcome = onKeyring<std::string>("inquire", [](SecretServiceConnection& connection) {
         const auto collection = connection.defaultCollection();
         return std::string{g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get()))};
     });
@@ -159,7 +161,7 @@ void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCo
         auto status = KeychainStatus::notAvailable;
         try {
             status = askToUnlock();
-        } catch (const KeyringFailure& failure) {
+        } catch (const SecretServiceError& failure) {
             status = failure.status();
             say(failure.what(), "unlock");
         } catch (const std::exception&) {
@@ -176,4 +178,4 @@ std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(std::chrono::milli
     return std::make_shared<SecretServiceKeychainStore>(patience);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

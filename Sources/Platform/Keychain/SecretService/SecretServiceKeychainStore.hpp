@@ -1,12 +1,12 @@
 #pragma once
 
-#include <Platform/Keychain/KeyringThread.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceWorker.hpp>
 #include <Platform/Keychain/StoredKeychainItem.hpp>
 
 #include <chrono>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// See `makeSecretServiceKeychainStore`.
 class SecretServiceKeychainStore final : public KeychainStore {
@@ -29,9 +29,9 @@ public:
     /// Whether there is a keyring with a default collection, locked or not.
     [[nodiscard]] Inquiry inquire();
 
-    /// See `KeyringItems::takeOver`.
-    [[nodiscard]] KeychainStatus takeOver(std::vector<StoredKeychainItem> items,
-                                          std::chrono::system_clock::time_point writtenAt);
+    /// See `SecretServiceItems::migrate`.
+    [[nodiscard]] KeychainStatus migrate(std::vector<StoredKeychainItem> items,
+                                         std::chrono::system_clock::time_point writtenAt);
 
 private:
     template <class Result>
@@ -46,7 +46,7 @@ private:
     Outcome<Result> onKeyring(const char* operation, Work work);
 
     std::chrono::milliseconds patience_;
-    KeyringThread thread_;
+    SecretServiceWorker thread_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,11 +1,11 @@
-#include <Platform/Keychain/KeyringItems.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
 
 #include <algorithm>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
-void KeyringItems::takeOverOnce(const std::vector<StoredKeychainItem>& items,
-                                std::chrono::system_clock::time_point writtenAt) {
+void SecretServiceItems::takeOverOnce(const std::vector<StoredKeychainItem>& items,
+                                      std::chrono::system_clock::time_point writtenAt) {
     const auto holds = [](const Found& found, const Bytes& reference) {
         return std::any_of(found.items.begin(), found.items.end(),
                            [&](const Item& each) { return each.attributes.reference == reference; });
@@ -45,7 +45,7 @@ void KeyringItems::takeOverOnce(const std::vector<StoredKeychainItem>& items,
                 return each.attributes.reference == item.persistentReference;
             });
             if (own == after.items.end() || stored(*own, true) != item) {
-                throw KeyringFailure{KeychainStatus::io, "an item reads otherwise than it was written"};
+                throw SecretServiceError{KeychainStatus::io, "an item reads otherwise than it was written"};
             }
         }
         for (const auto& leftover : before.leftovers) {
@@ -57,4 +57,4 @@ void KeyringItems::takeOverOnce(const std::vector<StoredKeychainItem>& items,
     }
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

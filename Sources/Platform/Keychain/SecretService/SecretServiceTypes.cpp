@@ -1,8 +1,8 @@
-#include <Platform/Keychain/SecretServiceTypes.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceTypes.hpp>
 
 #include <libsecret/secret.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -63,4 +63,4 @@ GType silentSecretServiceType() {
     return type;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -2,7 +2,7 @@
 
 #include <glib-object.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 // Types of SecretService that work on the connection they are given; libsecret's own insists on the one that the whole
 // process shares.
@@ -13,4 +13,4 @@ namespace Platform {
 /// while it creates and deletes items.
 [[nodiscard]] GType silentSecretServiceType();
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,7 +1,6 @@
-#include <Platform/Keychain/KeyringThread.hpp>
-
 #include <Platform/Concurrency/DetachedThread.hpp>
-#include <Platform/Keychain/ThreadMainContext.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceWorker.hpp>
+#include <Platform/Keychain/SecretService/ThreadMainContext.hpp>
 
 #include <algorithm>
 #include <condition_variable>
@@ -10,19 +9,19 @@
 #include <system_error>
 #include <utility>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
 struct Job {
-    KeyringThread::Work work;
+    SecretServiceWorker::Work work;
     std::shared_ptr<std::atomic<bool>> isGivenUp = std::make_shared<std::atomic<bool>>(false);
     bool isDone = false;
 };
 
 }  // namespace
 
-class KeyringThread::State {
+class SecretServiceWorker::State {
 public:
     End run(const std::shared_ptr<State>& self, Work work, std::chrono::milliseconds patience) {
         const auto deadline = std::chrono::steady_clock::now() + patience;
@@ -60,9 +59,9 @@ private:
 
     void loop() {
         const ThreadMainContext ownContext{context_.get()};
-        KeyringConnection connection{
+        SecretServiceConnection connection{
             GLibOwner<GCancellable>{static_cast<GCancellable*>(g_object_ref(cancellable_.get()))},
-            KeyringConnection::Prompts::never};
+            SecretServiceConnection::Prompts::never};
         while (const auto job = next()) {
             connection.beginCall(job->isGivenUp);
             job->work(connection);
@@ -102,16 +101,16 @@ private:
     bool isClosing_ = false;
 };
 
-KeyringThread::KeyringThread(std::chrono::milliseconds patience)
+SecretServiceWorker::SecretServiceWorker(std::chrono::milliseconds patience)
     : patience_{patience}, state_{std::make_shared<State>()} {
 }
 
-KeyringThread::~KeyringThread() {
+SecretServiceWorker::~SecretServiceWorker() {
     state_->close();
 }
 
-KeyringThread::End KeyringThread::run(Work work) {
+SecretServiceWorker::End SecretServiceWorker::run(Work work) {
     return state_->run(state_, std::move(work), patience_);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,29 +1,29 @@
 #pragma once
 
-#include <Platform/Keychain/KeyringConnection.hpp>
+#include <Platform/Keychain/SecretService/SecretServiceConnection.hpp>
 
 #include <chrono>
 #include <functional>
 #include <memory>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// One thread that does everything with the keyring, so that nobody else waits longer than the patience. It starts with
 /// the first call; it owns what it works with, so nobody waits for its end either.
-class KeyringThread {
+class SecretServiceWorker {
 public:
-    using Work = std::function<void(KeyringConnection&)>;
+    using Work = std::function<void(SecretServiceConnection&)>;
 
-    explicit KeyringThread(std::chrono::milliseconds patience);
-    KeyringThread(const KeyringThread&) = delete;
-    KeyringThread& operator=(const KeyringThread&) = delete;
+    explicit SecretServiceWorker(std::chrono::milliseconds patience);
+    SecretServiceWorker(const SecretServiceWorker&) = delete;
+    SecretServiceWorker& operator=(const SecretServiceWorker&) = delete;
     /// Cancels what is under way.
-    ~KeyringThread();
+    ~SecretServiceWorker();
 
     enum class End {
         done,
-        /// Not done within the patience. The work is told so (`KeyringConnection::beforeStep`), and goes on as far as
-        /// it must; until it ends, others are refused.
+        /// Not done within the patience. The work is told so (`SecretServiceConnection::beforeStep`), and goes on as
+        /// far as it must; until it ends, others are refused.
         givenUp,
         /// Not begun, and never will be: an earlier one that was given up is still under way.
         refused,
@@ -38,4 +38,4 @@ private:
     std::shared_ptr<State> state_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -2,7 +2,7 @@
 
 #include <gio/gio.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Makes a context the one of this thread, for as long as this lives. What the objects that used it have left there,
 /// such as the freeing of their signals' data, is done at the end; so they must go first.
@@ -23,4 +23,4 @@ private:
     GMainContext* context_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
-#include <Platform/Keychain/CoreFoundationValues.hpp>
+#include <Platform/Keychain/SecurityFramework/CoreFoundationValues.hpp>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -55,4 +55,4 @@ std::optional<Bytes> bytesOf(CFTypeRef object) {
     return size == 0 ? Bytes{} : Bytes(reinterpret_cast<const char*>(CFDataGetBytePtr(data)), size);
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <memory>
 #include <optional>
@@ -9,7 +9,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 struct CoreFoundationRelease {
     void operator()(CFTypeRef object) const noexcept { CFRelease(object); }
@@ -29,4 +29,4 @@ using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, CoreFoundationRe
 /// None for what is missing or no data.
 [[nodiscard]] std::optional<Bytes> bytesOf(CFTypeRef object);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
-#include <Platform/Keychain/CoreFoundationValues.hpp>
+#include <Platform/Keychain/SecurityFramework/CoreFoundationValues.hpp>
 
 #include <algorithm>
 #include <iterator>
@@ -13,7 +13,7 @@
 // VPN components read an item of the file keychain.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 namespace {
 
@@ -180,4 +180,4 @@ std::shared_ptr<KeychainStore> makeSecurityFrameworkKeychainStore() {
     return std::make_shared<SecurityFrameworkKeychainStore>();
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,8 +1,7 @@
 // Objects stay in the register after their last reference is gone, so that a use too many is seen.
 
 #include "FrameworkObject.hpp"
-
-#include <Platform/Json/Utf8.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
 #include <iterator>
@@ -208,8 +207,9 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef /*allocator*/, const UInt8* b
     EXPECT_EQ(encoding, kCFStringEncodingUTF8);
     EXPECT_FALSE(isExternalRepresentation) << "a byte order mark would be cut off";
     auto text = textFrom(bytes, count);
-    return Platform::isValidUtf8(text) ? madeObject<CFStringRef>({.kind = Kind::string, .text = std::move(text)})
-                                       : nullptr;
+    return Tarnwick_API::Platform::isValidUtf8(text)
+               ? madeObject<CFStringRef>({.kind = Kind::string, .text = std::move(text)})
+               : nullptr;
 }
 
 CFIndex CFStringGetLength(CFStringRef string) {
@@ -229,7 +229,7 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
     EXPECT_EQ(range.location, 0);
     EXPECT_EQ(range.length, CFStringGetLength(string));
     const auto size = static_cast<CFIndex>(text.size());
-    if (!Platform::isValidUtf8(text) || (buffer != nullptr && capacity < size)) {
+    if (!Tarnwick_API::Platform::isValidUtf8(text) || (buffer != nullptr && capacity < size)) {
         *used = 0;
         return 0;
     }

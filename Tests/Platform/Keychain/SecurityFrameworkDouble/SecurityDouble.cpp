@@ -1,5 +1,5 @@
+#include "FrameworkObject.hpp"
 #include "SecurityFrameworkDouble.hpp"
-
 #include <Platform/Keychain/StoredKeychainItem.hpp>
 
 #include <algorithm>
@@ -9,15 +9,13 @@
 
 #include <gtest/gtest.h>
 
-#include "FrameworkObject.hpp"
-
 namespace {
 
 using Kind = SecurityFrameworkDouble::FrameworkObject::Kind;
-using Platform::StoredKeychainItem;
 using SecurityFrameworkDouble::madeObject;
 using SecurityFrameworkDouble::objectOf;
 using SecurityFrameworkDouble::shown;
+using Tarnwick_API::Platform::StoredKeychainItem;
 
 struct Keychain {
     std::vector<StoredKeychainItem> items;  // the oldest first
@@ -60,7 +58,7 @@ std::vector<StoredKeychainItem>::iterator firstMatch(const std::optional<std::st
                                                      const std::optional<std::string>& account) {
     auto& items = keychain().items;
     return std::find_if(items.begin(), items.end(), [&](const auto& item) {
-        return Platform::matches(item, {service, account});
+        return Tarnwick_API::Platform::matches(item, {service, account});
     });
 }
 
@@ -112,9 +110,9 @@ CFTypeRef shownAsAsked(const StoredKeychainItem& item, CFDictionaryRef query) {
 
 namespace SecurityFrameworkDouble {
 
-std::shared_ptr<Platform::KeychainStore> makeKeychainStore() {
+std::shared_ptr<Tarnwick_API::Platform::KeychainStore> makeKeychainStore() {
     keychain() = {};
-    auto store = Platform::makeSecurityFrameworkKeychainStore();
+    auto store = Tarnwick_API::Platform::makeSecurityFrameworkKeychainStore();
     auto* const address = store.get();
     return {address, [store = std::move(store)](auto* /*address*/) mutable {
                 store = nullptr;
@@ -180,7 +178,7 @@ OSStatus SecItemAdd(CFDictionaryRef attributes, CFTypeRef* result) {
     const auto given = [&](CFStringRef key) { return member(attributes, key).value_or(""); };
     keychain().items.push_back({given(kSecAttrService), given(kSecAttrAccount), given(kSecAttrLabel),
                                 given(kSecAttrComment), member(attributes, kSecValueData, Kind::data),
-                                Platform::freshPersistentReference()});
+                                Tarnwick_API::Platform::freshPersistentReference()});
     return errSecSuccess;
 }
 
@@ -242,6 +240,7 @@ CFStringRef SecCopyErrorMessageString(OSStatus status, void* reserved) {
         return nullptr;
     }
     // The library's own words are the platform's.
-    const auto words = Platform::makeMemoryKeychainStore()->message(Platform::KeychainStatus{status});
+    const auto words =
+        Tarnwick_API::Platform::makeMemoryKeychainStore()->message(Tarnwick_API::Platform::KeychainStatus{status});
     return words ? text(*words) : nullptr;
 }

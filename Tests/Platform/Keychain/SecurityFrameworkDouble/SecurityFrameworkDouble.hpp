@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
 #include <memory>
 #include <string>
@@ -14,7 +14,7 @@
 namespace SecurityFrameworkDouble {
 
 /// The library's store on an empty keychain. When it goes, so must have all objects of the framework.
-[[nodiscard]] std::shared_ptr<Platform::KeychainStore> makeKeychainStore();
+[[nodiscard]] std::shared_ptr<Tarnwick_API::Platform::KeychainStore> makeKeychainStore();
 
 /// The calls since the last time, each with all that it was given; the members of a dictionary in the order in which
 /// they were added.

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <variant>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// What the hosting application says of itself: its information dictionary and its localised texts.
 ///
@@ -40,4 +40,4 @@ private:
     Texts localizedTexts_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

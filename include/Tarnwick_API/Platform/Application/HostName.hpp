@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The name that people know this computer by.
 class HostName {
@@ -17,4 +17,4 @@ public:
     static void setLookup(std::function<std::optional<std::string>()> lookup);
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A user's language and region.
 class Locale {
@@ -40,4 +40,4 @@ private:
     std::optional<std::string> region_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

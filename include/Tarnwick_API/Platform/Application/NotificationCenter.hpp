@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// What a notification centre hands to its observers.
 struct Notification {
@@ -64,4 +64,4 @@ private:
     std::shared_ptr<State> state_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The user's preferences for the hosting application, as far as this library reads them: the text "cid".
 class Preferences {
@@ -20,4 +20,4 @@ public:
     static void setLookup(Lookup lookup);
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

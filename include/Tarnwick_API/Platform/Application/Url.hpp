@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A URL, kept exactly as written: nothing is resolved, re-encoded or folded.
 class Url {
@@ -38,4 +38,4 @@ private:
     std::string text_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

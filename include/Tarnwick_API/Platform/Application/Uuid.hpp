@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A universally unique identifier of 16 bytes.
 class Uuid {
@@ -30,4 +30,4 @@ private:
     std::array<std::uint8_t, 16> bytes_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <functional>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A date and time of day, in UTC.
 using WallTime = std::chrono::sys_time<std::chrono::microseconds>;
@@ -19,4 +19,4 @@ public:
     static void setSource(std::function<WallTime()> source);
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

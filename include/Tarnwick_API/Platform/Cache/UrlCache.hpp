@@ -1,9 +1,9 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
-#include <Tarnwick_API/Platform/HttpSession.hpp>
-#include <Tarnwick_API/Platform/WallClock.hpp>
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +13,7 @@
 #include <string>
 #include <variant>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Bytes in a user information, which are not text.
 struct UserInformationBytes {
@@ -117,4 +117,4 @@ private:
     std::unique_ptr<Storage> storage_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

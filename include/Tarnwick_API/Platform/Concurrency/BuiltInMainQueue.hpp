@@ -1,11 +1,11 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <functional>
 #include <memory>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A main queue for programs without an event loop: the thread that calls `run` becomes the main thread.
 class BuiltInMainQueue final : public MainQueue {
@@ -35,4 +35,4 @@ private:
     std::unique_ptr<State> state_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

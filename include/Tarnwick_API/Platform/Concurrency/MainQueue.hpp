@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The one executor on which answers, retries and completion callbacks are delivered.
 ///
@@ -38,4 +38,4 @@ public:
     static void setMain(std::shared_ptr<MainQueue> queue);
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

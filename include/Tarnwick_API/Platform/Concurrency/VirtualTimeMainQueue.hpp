@@ -1,13 +1,13 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A main queue whose clock moves only when told: retries are checked to the nanosecond and take no time.
 /// For tests of the library and of applications built on it.
@@ -46,4 +46,4 @@ private:
     std::unique_ptr<State> state_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

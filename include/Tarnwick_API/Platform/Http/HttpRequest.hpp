@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
-#include <Tarnwick_API/Platform/Url.hpp>
+#include <Tarnwick_API/Platform/Application/Url.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <cstdint>
 #include <map>
@@ -11,7 +11,7 @@
 #include <variant>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 enum class HttpMethod { options, get, head, post, put, patch, delete_, trace, connect };
 
@@ -90,4 +90,4 @@ private:
     std::optional<std::string> encodingError_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
-#include <Tarnwick_API/Platform/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <chrono>
 #include <cstddef>
@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 class UrlCache;
 
@@ -142,4 +142,4 @@ struct HttpSessionConfiguration {
 /// then, are abandoned: their completions are not called.
 [[nodiscard]] std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configuration);
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// Why a JSON text did not become a record.
 class DecodingError : public std::exception {
@@ -49,4 +49,4 @@ private:
     std::string debugDescription_;
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

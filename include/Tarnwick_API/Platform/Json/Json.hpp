@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
-#include <Tarnwick_API/Platform/DecodingError.hpp>
+#include <Tarnwick_API/Platform/Json/DecodingError.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <array>
 #include <concepts>
@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 enum class JsonType { null, boolean, number, string, array, object };
 
@@ -205,4 +205,4 @@ auto JsonArray::map(Read&& read) const {
     return results;
 }
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,13 +1,14 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
-#include <Tarnwick_API/Platform/Json.hpp>
-#include <Tarnwick_API/Platform/JsonArrayText.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <concepts>
+#include <cstddef>
+#include <functional>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 class JsonDecoder;
 
@@ -36,10 +37,24 @@ public:
     /// The records that the text's array holds; one bad element fails them all. Throws as `decode` does.
     template <Decodable Record>
     [[nodiscard]] std::vector<Record> decodeArray(const Bytes& text) const {
-        return mapArrayText(text, [this](const JsonValue element) {
-            return Record::decode(element.template require<JsonObject>(), *this);
-        });
+        std::vector<Record> records;
+        readArray(
+            text,
+            [&records](const std::size_t expectedCount) {
+                records.clear();
+                records.reserve(expectedCount);
+            },
+            [&records, this](const JsonValue& element) {
+                records.push_back(Record::decode(element.template require<JsonObject>(), *this));
+            });
+        return records;
     }
+
+private:
+    /// Calls `begin` with the number of elements expected, then `read` with each. Starts over, once, to find out what
+    /// is wrong with a text.
+    static void readArray(const Bytes& text, const std::function<void(std::size_t)>& begin,
+                          const std::function<void(const JsonValue&)>& read);
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Bytes.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <chrono>
 #include <cstdint>
@@ -11,7 +11,7 @@
 #include <variant>
 #include <vector>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A result code of the keychain, with the platform's own numbers. Other numbers are possible.
 enum class KeychainStatus : std::int32_t {
@@ -173,4 +173,4 @@ inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono
 /// that is no file name), then "keychain.sqlite". Empty, which no store can open, when the user has no home.
 [[nodiscard]] std::string defaultKeychainFile();
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

@@ -8,7 +8,7 @@ namespace spdlog {
 class logger;
 }
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// The library's debug channel. Silent until the host gives it somewhere to go; until then a log statement costs
 /// one branch and nothing is rendered.
@@ -44,4 +44,4 @@ public:
     [[nodiscard]] static std::shared_ptr<spdlog::logger> logger();
 };
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform

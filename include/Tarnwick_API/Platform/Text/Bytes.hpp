@@ -2,9 +2,9 @@
 
 #include <string>
 
-namespace Platform {
+namespace Tarnwick_API::Platform {
 
 /// A buffer of bytes. Not necessarily text: it may hold NUL and anything that is not UTF-8.
 using Bytes = std::string;
 
-}  // namespace Platform
+}  // namespace Tarnwick_API::Platform
