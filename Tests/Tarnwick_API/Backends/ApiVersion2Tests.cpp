@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Backends/ApiVersion2.hpp>
 
-#include "Doubles/BackendFixture.hpp"
+#include "BackendFixture.hpp"
 
 #include <gtest/gtest.h>
 

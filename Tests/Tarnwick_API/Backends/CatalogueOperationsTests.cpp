@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
 
-#include "Doubles/BackendFixture.hpp"
+#include "BackendFixture.hpp"
 
 #include <string>
 #include <variant>

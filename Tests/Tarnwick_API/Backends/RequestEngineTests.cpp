@@ -1,7 +1,7 @@
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
-#include "Doubles/BackendFixture.hpp"
+#include "BackendFixture.hpp"
 
 #include <chrono>
 #include <string>

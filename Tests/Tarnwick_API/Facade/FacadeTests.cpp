@@ -2,7 +2,7 @@
 #include <Tarnwick_API/Backends/ApiVersion2.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
 
-#include "Doubles/HeldBackend.hpp"
+#include "HeldBackend.hpp"
 
 #include <memory>
 #include <type_traits>

@@ -2,7 +2,7 @@
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
 #include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
 
-#include "Doubles/HeldBackend.hpp"
+#include "HeldBackend.hpp"
 
 #include <memory>
 #include <string>
