@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 
-#include <Platform/Concurrency/ProcessWide.hpp>
+#include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>
@@ -15,12 +15,7 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-using IdentifierLookup = std::function<std::string()>;
-
-ProcessWideFunction<IdentifierLookup>& installedLookup() {
-    static auto& lookup = ProcessWideFunction<IdentifierLookup>::immortal();
-    return lookup;
-}
+constexpr ProcessWide installedLookup{&ProcessValues::localeIdentifierLookup};
 
 std::string_view environmentIdentifier() {
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
@@ -113,14 +108,14 @@ Locale Locale::fromIdentifier(std::string_view identifier) {
 }
 
 Locale Locale::current() {
-    if (const auto lookup = installedLookup().get()) {
+    if (const auto lookup = installedLookup.get()) {
         return fromIdentifier((*lookup)());
     }
     return fromIdentifier(environmentIdentifier());
 }
 
 void Locale::setIdentifierLookup(std::function<std::string()> lookup) {
-    installedLookup().set(std::move(lookup));
+    installedLookup.set(std::move(lookup));
 }
 
 std::string Locale::languageTag() const {
