@@ -26,14 +26,8 @@ using Headers = std::vector<std::pair<std::string, std::string>>;
 class Cache : public Testing::ServiceFixture {
 protected:
     Cache() {
-        std::filesystem::remove_all(folder);
-        Platform::WallClock::setSource([this] { return now.load(); });
+        Platform::WallClock::setSource([clock = now] { return clock->load(); });
         installFreshCache();
-    }
-
-    ~Cache() override {
-        Platform::WallClock::setSource({});
-        std::filesystem::remove_all(folder);
     }
 
     void install(std::shared_ptr<Platform::UrlCache> urlCache) {
@@ -47,7 +41,7 @@ protected:
 
     [[nodiscard]] std::string date(seconds fromNow = seconds{0}) const {
         return TarnwickService::httpDate(
-            std::chrono::system_clock::to_time_t(std::chrono::floor<seconds>(now.load() + fromNow)));
+            std::chrono::system_clock::to_time_t(std::chrono::floor<seconds>(now->load() + fromNow)));
     }
 
     /// Lets the service's next answer have these headers, the present date among them unless they say another, and in
@@ -75,10 +69,10 @@ protected:
         return condition;
     }
 
-    std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("tarnwick-cache-" + std::to_string(getpid()));
-    /// A whole second, as dates in headers have no parts of it.
-    std::atomic<WallTime> now{std::chrono::floor<seconds>(std::chrono::system_clock::now())};
+    /// A whole second, as dates in headers have no parts of it. Shared with the thread that asks caches.
+    std::shared_ptr<std::atomic<WallTime>> now =
+        std::make_shared<std::atomic<WallTime>>(std::chrono::floor<seconds>(std::chrono::system_clock::now()));
+    std::filesystem::path cacheFolder = folder.path() / "cache";
     std::shared_ptr<Platform::UrlCache> cache;
 };
 
@@ -151,27 +145,27 @@ TEST_F(Cache, AnswersByTheRulesForAPrivateCache) {
         order(row.first);
         const auto first = status();
         ASSERT_TRUE(first);
-        const auto beginning = now.load();
-        now = beginning + seconds{row.later};
+        const auto beginning = now->load();
+        *now = beginning + seconds{row.later};
         const auto second = status();
         EXPECT_EQ(second, first);
         EXPECT_EQ(service.counters().requests, row.requests);
         EXPECT_EQ(lastCondition(), row.condition);
-        now = beginning;
+        *now = beginning;
     }
 }
 
 TEST_F(Cache, UsesWhatTheServerConfirms) {
     order({{"ETag", "\"a\""}, {"Cache-Control", "max-age=10"}});
     const auto first = status();
-    now = now.load() + seconds{10};
+    *now = now->load() + seconds{10};
     order({{"ETag", "W/\"a\""}, {"Cache-Control", "max-age=100"}}, 304);
     EXPECT_EQ(status(), first);
-    now = now.load() + seconds{99};
+    *now = now->load() + seconds{99};
     EXPECT_EQ(status(), first);
     EXPECT_EQ(service.counters().requests, 2U) << "the confirmation has made it fresh again";
 
-    now = now.load() + seconds{1};
+    *now = now->load() + seconds{1};
     service.faults().add({.status = 503, .body = "later"});
     EXPECT_FALSE(status()) << "nothing stale is given out";
     order({{"ETag", "\"b\""}}, 304);
@@ -189,7 +183,6 @@ TEST_F(Cache, TellsHeadersApartThatTheAnswerVariesWith) {
     EXPECT_EQ(service.counters().requests, 2U);
     EXPECT_TRUE(status());
     EXPECT_EQ(service.counters().requests, 2U);
-    Platform::Locale::setIdentifierLookup([] { return std::string{"de_DE"}; });
 }
 
 TEST_F(Cache, NeverAnswersWithAnotherAccountsData) {
@@ -212,14 +205,14 @@ TEST_F(Cache, NeverAnswersWithAnotherAccountsData) {
 TEST_F(Cache, HoldsNothingOfTheAccessTokenOnDisk) {
     createAccount("ada", "pw");
     service.faults().add({.count = 100, .path = "users/me", .headers = {{"Cache-Control", "max-age=3600"}}});
-    install(std::make_shared<Platform::UrlCache>(0, 1U << 20U, folder.string()));
+    install(std::make_shared<Platform::UrlCache>(0, 1U << 20U, cacheFolder));
     ASSERT_TRUE(signIn("ada", "pw").result);
     const auto session = service.accounts().findSession(api->username());
     ASSERT_TRUE(session);
     ASSERT_TRUE(await<User>([&](auto done) { api->getCurrentUser(done); }).result);
     install(nullptr);
     std::string files;
-    for (const auto& file : std::filesystem::directory_iterator{folder}) {
+    for (const auto& file : std::filesystem::directory_iterator{cacheFolder}) {
         files.append(std::istreambuf_iterator<char>{std::ifstream{file.path()}.rdbuf()}, {});
     }
     EXPECT_THAT(files, ::testing::HasSubstr("max-age=3600"));
@@ -231,10 +224,10 @@ TEST_F(Cache, KeepsConfirmedAnswersForAnotherRunOfTheProgram) {
         return await<std::vector<Country>>([&](auto done) { api->getCountries(ServerProfile::general, {}, {}, done); })
             .result;
     };
-    install(std::make_shared<Platform::UrlCache>(0, 1U << 22U, folder.string()));
+    install(std::make_shared<Platform::UrlCache>(0, 1U << 22U, cacheFolder));
     const auto first = countries();
     ASSERT_TRUE(first);
-    install(std::make_shared<Platform::UrlCache>(1U << 22U, 1U << 22U, folder.string()));
+    install(std::make_shared<Platform::UrlCache>(1U << 22U, 1U << 22U, cacheFolder));
     EXPECT_EQ(countries().value_or(std::vector<Country>{}).size(), first->size());
     EXPECT_THAT(lastCondition(), ::testing::StartsWith("If-Modified-Since: ")) << "the service itself sends validators";
     EXPECT_EQ(service.counters().requests, 2U);
@@ -245,10 +238,10 @@ TEST_F(Cache, WithALimitOfItsOwnFetchesAgainWhatItRefuses) {
     order({{"Cache-Control", "max-age=3600"}}, std::nullopt, 2);
     ASSERT_TRUE(status());
     ASSERT_TRUE(status()) << "answered when the first has been stored, and its time noted";
-    now = now.load() + seconds{600};
+    *now = now->load() + seconds{600};
     ASSERT_TRUE(status());
     EXPECT_EQ(service.counters().requests, 1U);
-    now = now.load() + seconds{1};
+    *now = now->load() + seconds{1};
     ASSERT_TRUE(status());
     EXPECT_EQ(service.counters().requests, 2U);
 }
@@ -262,7 +255,6 @@ TEST_F(Cache, IsNoneUntilOneIsInstalled) {
     Platform::UrlCache::setShared(cache);
     ASSERT_TRUE(status());
     ASSERT_TRUE(status());
-    Platform::UrlCache::setShared(nullptr);
     EXPECT_EQ(service.counters().requests, 3U);
 }
 

@@ -1,4 +1,5 @@
 #include <Tarnwick_API/Platform/Application/HostName.hpp>
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 
 #include <Platform/Application/MachineInfo.hpp>
 #include <Platform/Application/SystemHostName.hpp>
@@ -78,6 +79,7 @@ TEST(HostName, PrefersTheDisplayNameAndTakesNoMeaninglessOne) {
 }
 
 TEST(HostName, IsWhatTheHostsLookupSays) {
+    const ScopedProcessValues scope;
     HostName::setLookup([] { return "Test Mac"; });
     EXPECT_EQ(HostName::localized(), "Test Mac");
     HostName::setLookup([] { return std::nullopt; });

@@ -1,4 +1,5 @@
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 
 #include <cstdlib>
 #include <map>
@@ -23,7 +24,7 @@ void apply(const Environment& environment) {
     }
 }
 
-/// Leaves the environment and the look-up as found.
+/// Leaves the environment as found.
 class LocaleOfTheProcess : public testing::Test {
 protected:
     LocaleOfTheProcess() {
@@ -33,10 +34,7 @@ protected:
         }
     }
 
-    ~LocaleOfTheProcess() override {
-        apply(before_);
-        Locale::setIdentifierLookup(nullptr);
-    }
+    ~LocaleOfTheProcess() override { apply(before_); }
 
     [[nodiscard]] Environment with(const Environment& set) const {
         auto environment = set;
@@ -47,6 +45,7 @@ protected:
     }
 
 private:
+    ScopedProcessValues scope_;
     Environment before_;
 };
 

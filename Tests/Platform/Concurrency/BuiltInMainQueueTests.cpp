@@ -1,3 +1,4 @@
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 
@@ -119,6 +120,7 @@ TEST_F(BuiltInMainQueueTest, DropsUnrunTasksWithTheQueue) {
 }
 
 TEST(MainQueue, IsTheBuiltInOneUnlessTheHostInstallsAnother) {
+    const ScopedProcessValues scope;
     EXPECT_EQ(MainQueue::main(), BuiltInMainQueue::shared());
     auto queue = std::make_shared<VirtualTimeMainQueue>();
     MainQueue::setMain(queue);

@@ -1,3 +1,4 @@
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include <Platform/Logging/DebugChannel.hpp>
@@ -22,13 +23,14 @@ using testing::HasSubstr;
 
 class LoggingTest : public testing::Test {
 protected:
-    ~LoggingTest() override { Logging::setSink(nullptr); }
-
     void recordMessages() {
         Logging::setSink([this](const Logging::Entry& entry) { messages_.emplace_back(entry.message); });
     }
 
     std::vector<std::string> messages_;
+
+private:
+    ScopedProcessValues scope_;
 };
 
 TEST_F(LoggingTest, IsSilentUnlessTheHostSwitchesItOn) {
