@@ -4,6 +4,7 @@
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Platform/Application/HostName.hpp>
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
+#include <Tarnwick_API/Platform/Application/Preferences.hpp>
 #include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
