@@ -58,6 +58,10 @@ void ServiceFixture::createAccount(const std::string& username, const std::strin
     ASSERT_TRUE(service.accounts().create({.username = username, .password = password, .email = username}));
 }
 
+Received<Status> ServiceFixture::getStatus() {
+    return await<Status>([&](auto completion) { api->getStatus(completion); });
+}
+
 Received<User> ServiceFixture::signIn(const std::string& username, const std::string& password) {
     return await<User>([&](auto completion) { api->login(username, password, false, completion); });
 }

@@ -44,6 +44,7 @@ protected:
     [[nodiscard]] std::shared_ptr<Tarnwick_API::TarnwickApi> makeFacade() const;
     Received<Tarnwick_API::User> signIn(const std::string& username, const std::string& password);
     void createAccount(const std::string& username, const std::string& password);
+    Received<Tarnwick_API::Status> getStatus();
 
     TarnwickService::Service service;
     std::shared_ptr<Tarnwick_API::Platform::VirtualTimeMainQueue> queue =
