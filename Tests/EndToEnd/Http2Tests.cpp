@@ -1,16 +1,16 @@
 #include "Certificates.hpp"
+#include "Program.hpp"
 #include "ServiceFixture.hpp"
 
-#include <csignal>
-#include <fstream>
+#include <optional>
+#include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace Tarnwick_API {
@@ -41,61 +41,38 @@ protected:
     OverHttp2() {
         const auto authority = TarnwickService::CertificateAuthority::create();
         const auto certificate = authority.issue({.dnsNames = {"localhost"}, .ipAddresses = {}});
-        std::ofstream{file(".crt")} << certificate.certificatePem;
-        std::ofstream{file(".key")} << certificate.privateKeyPem;
+        const auto chain = folder.path() / "proxy.crt";
+        const auto key = folder.path() / "proxy.key";
+        std::ofstream{chain} << certificate.certificatePem;
+        std::ofstream{key} << certificate.privateKeyPem;
         std::ofstream{trustedRoots} << authority.certificatePem();
-        proxyPort_ = tryPort(0, ::bind).value();
-        startProxy();
+        const auto port = tryPort(0, ::bind).value();
+        proxy_.emplace(std::vector<std::string>{
+            "nghttpx", "--single-process", "--conf=/dev/null", "--frontend=127.0.0.1," + std::to_string(port),
+            "--backend=127.0.0.1," + std::to_string(service.port()) + ";;tls", "--insecure", "--no-ocsp", "--no-via",
+            "--no-add-x-forwarded-proto", "--errorlog-file=/dev/null", key, chain});
+        while (!accepts(port)) {
+            if (proxy_->hasEnded()) {
+                throw std::runtime_error{"the proxy has ended"};
+            }
+            std::this_thread::yield();
+        }
         auto configuration = sessionConfiguration();
-        configuration.connectTo = {service.apiHost() + ":127.0.0.1:" + std::to_string(proxyPort_)};
+        configuration.connectTo = {service.apiHost() + ":127.0.0.1:" + std::to_string(port)};
         use(configuration);
-    }
-    ~OverHttp2() override {
-        kill(proxy_, SIGKILL);
-        waitpid(proxy_, nullptr, 0);
-        std::filesystem::remove(file(".crt"));
-        std::filesystem::remove(file(".key"));
     }
 
 private:
-    [[nodiscard]] std::string file(const char* suffix) const { return trustedRoots.string() + suffix; }
-
-    void startProxy() {
-        const std::vector<std::string> words{"nghttpx",
-                                             "--single-process",
-                                             "--conf=/dev/null",
-                                             "--frontend=127.0.0.1," + std::to_string(proxyPort_),
-                                             "--backend=127.0.0.1," + std::to_string(service.port()) + ";;tls",
-                                             "--insecure",
-                                             "--no-ocsp",
-                                             "--no-via",
-                                             "--no-add-x-forwarded-proto",
-                                             "--errorlog-file=/dev/null",
-                                             file(".key"),
-                                             file(".crt")};
-        std::vector<char*> arguments;
-        for (const auto& word : words) {
-            arguments.push_back(const_cast<char*>(word.c_str()));
-        }
-        arguments.push_back(nullptr);
-        ASSERT_EQ(posix_spawnp(&proxy_, "nghttpx", nullptr, nullptr, arguments.data(), environ), 0);
-        while (!accepts(proxyPort_)) {
-            ASSERT_EQ(waitpid(proxy_, nullptr, WNOHANG), 0) << "the proxy has ended";
-            std::this_thread::yield();
-        }
-    }
-
-    std::uint16_t proxyPort_ = 0;
-    pid_t proxy_ = -1;
+    std::optional<Program> proxy_;
 };
 
 TEST_F(OverHttp2, ManyRequestsShareOneConnectionAndNameTheHost) {
     constexpr int count = 300;
     int succeeded = 0;
     int completed = 0;
-    ASSERT_TRUE(await<Status>([&](auto done) { api->getStatus(done); }).result) << service.counters().lastRefusal;
+    ASSERT_TRUE(getStatus().result) << service.counters().lastRefusal;
     for (int index = 0; index < count; ++index) {
-        api->getStatus([&](const std::optional<Status>& status, const std::optional<ApiError>& /*error*/) {
+        api->getStatus([&](const auto& status, const auto& /*error*/) {
             succeeded += status ? 1 : 0;
             ++completed;
         });

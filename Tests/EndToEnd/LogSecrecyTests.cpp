@@ -11,6 +11,7 @@ using LogSecrecy = Testing::ServiceFixture;
 
 TEST_F(LogSecrecy, NoPasswordOfAWholeSessionIsInTheLog) {
     std::string log;
+    const Platform::ScopedProcessValues logging;
     Platform::Logging::setSink([&](const Platform::Logging::Entry& entry) { log.append(entry.message).append("\n"); });
     const std::string passwords[] = {"first-hush", "second/hush", "third\"hush\",\"x"};
     EXPECT_FALSE(await<void>([&](auto done) { api->createUser("bob", passwords[0], done); }).error);
@@ -20,7 +21,6 @@ TEST_F(LogSecrecy, NoPasswordOfAWholeSessionIsInTheLog) {
     EXPECT_FALSE(await<void>([&](auto done) { api->updateUser(UserField::password, passwords[2], done); }).error);
     EXPECT_TRUE(signIn("bob", "wrong-hush").error);
     EXPECT_FALSE(await<void>([&](auto done) { api->logout(done); }).error);
-    Platform::Logging::setSink({});
 
     EXPECT_NE(log.find("OBFUSCATED"), std::string::npos);
     EXPECT_NE(log.find("users/me"), std::string::npos);

@@ -3,27 +3,12 @@
 #include <string>
 #include <utility>
 
-#include <unistd.h>
-
 namespace Testing {
 
 using namespace Tarnwick_API;
 
-namespace {
-
-TarnwickService::Configuration recording(TarnwickService::Configuration configuration) {
-    configuration.recordRequests = true;
-    configuration.serverCount = 200;
-    return configuration;
-}
-
-}  // namespace
-
-ServiceFixture::ServiceFixture(TarnwickService::Configuration configuration)
-    : service{recording(std::move(configuration))} {
+ServiceFixture::ServiceFixture() : service{{.serverCount = 200, .recordRequests = true}} {
     service.start();
-    trustedRoots = std::filesystem::temp_directory_path() /
-                   ("tarnwick-e2e-" + std::to_string(getpid()) + "-" + std::to_string(service.port()) + ".pem");
     std::ofstream{trustedRoots} << service.caCertificatePem();
     Platform::MainQueue::setMain(queue);
     Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleVersion", std::string{"7100"}}}});
@@ -31,13 +16,6 @@ ServiceFixture::ServiceFixture(TarnwickService::Configuration configuration)
     Keychain::setStore(Platform::makeMemoryKeychainStore());
     use(sessionConfiguration());
     api = makeFacade();
-}
-
-ServiceFixture::~ServiceFixture() {
-    ApiVersion1::setSessionManager(nullptr);
-    Platform::MainQueue::setMain(nullptr);
-    service.stop();
-    std::filesystem::remove(trustedRoots);
 }
 
 Platform::HttpSessionConfiguration ServiceFixture::sessionConfiguration() const {
@@ -78,6 +56,10 @@ std::shared_ptr<TarnwickApi> ServiceFixture::makeFacade() const {
 
 void ServiceFixture::createAccount(const std::string& username, const std::string& password) {
     ASSERT_TRUE(service.accounts().create({.username = username, .password = password, .email = username}));
+}
+
+Received<Status> ServiceFixture::getStatus() {
+    return await<Status>([&](auto completion) { api->getStatus(completion); });
 }
 
 Received<User> ServiceFixture::signIn(const std::string& username, const std::string& password) {

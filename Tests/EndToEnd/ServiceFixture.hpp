@@ -1,42 +1,27 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
-#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
-#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Tarnwick_API.hpp>
 
+#include "Received.hpp"
 #include "Service.hpp"
+#include "TemporaryFolder.hpp"
 
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 namespace Testing {
 
-/// What a completion received.
-template <typename T>
-struct Received {
-    int times = 0;
-    std::optional<T> result;
-    std::optional<Tarnwick_API::ApiError> error;
-};
-
-template <>
-struct Received<void> {
-    int times = 0;
-    std::optional<Tarnwick_API::ApiError> error;
-};
-
 /// The real client against a running stand-in service over TLS. The pauses between attempts pass on a virtual clock.
 class ServiceFixture : public ::testing::Test {
 protected:
-    explicit ServiceFixture(TarnwickService::Configuration configuration = {});
-    ~ServiceFixture() override;
+    ServiceFixture();
 
     /// As the library's own configuration, but trusting the service's authority, and the fallback address led to it.
     [[nodiscard]] Tarnwick_API::Platform::HttpSessionConfiguration sessionConfiguration() const;
@@ -50,18 +35,7 @@ protected:
     Received<T> await(const std::function<void(Tarnwick_API::Completion<T>)>& operation) {
         // Owned by the completion too: one that is called once too often must not meet a dead object.
         const auto received = std::make_shared<Received<T>>();
-        if constexpr (std::is_void_v<T>) {
-            operation([received](const std::optional<Tarnwick_API::ApiError>& error) {
-                ++received->times;
-                received->error = error;
-            });
-        } else {
-            operation([received](const std::optional<T>& result, const std::optional<Tarnwick_API::ApiError>& error) {
-                ++received->times;
-                received->result = result;
-                received->error = error;
-            });
-        }
+        operation([received, note = received->completion()](auto... outcome) { note(std::move(outcome)...); });
         runUntil([&] { return received->times > 0; });
         EXPECT_EQ(received->times, 1);
         return *received;
@@ -70,11 +44,14 @@ protected:
     [[nodiscard]] std::shared_ptr<Tarnwick_API::TarnwickApi> makeFacade() const;
     Received<Tarnwick_API::User> signIn(const std::string& username, const std::string& password);
     void createAccount(const std::string& username, const std::string& password);
+    Received<Tarnwick_API::Status> getStatus();
 
     TarnwickService::Service service;
     std::shared_ptr<Tarnwick_API::Platform::VirtualTimeMainQueue> queue =
         std::make_shared<Tarnwick_API::Platform::VirtualTimeMainQueue>();
-    std::filesystem::path trustedRoots;
+    TemporaryFolder folder;
+    std::filesystem::path trustedRoots = folder.path() / "roots.pem";
+    Tarnwick_API::Platform::ScopedProcessValues scope;
     std::shared_ptr<Tarnwick_API::TarnwickApi> api;
 };
 

@@ -27,7 +27,7 @@ TEST_F(Session, OfAnAccountFromItsCreationToSigningOut) {
     EXPECT_EQ(Keychain::getLoginData("end-to-end")->username, token);
     ASSERT_TRUE(service.accounts().findSession(token));
 
-    const auto status = await<Status>([&](auto done) { api->getStatus(done); });
+    const auto status = getStatus();
     ASSERT_TRUE(status.result);
     EXPECT_EQ(status.result->ip, service.configuration().callerAddress);
     EXPECT_EQ(api->currentStatus()->statusUpdateInterval, 600);
@@ -145,7 +145,7 @@ TEST_F(Session, TellsRefusalsApart) {
 
 TEST_F(Session, InFallbackModeGoesToTheAddressAndStillNamesTheHost) {
     api->setUseFallbackIp(true);
-    const auto status = await<Status>([&](auto done) { api->getStatus(done); });
+    const auto status = getStatus();
     ASSERT_TRUE(status.result) << service.counters().lastRefusal;
     EXPECT_EQ(service.counters().requests, 1U);
     const auto recorded = service.recordedRequests().at(0);
@@ -157,31 +157,8 @@ TEST_F(Session, InFallbackModeGoesToTheAddressAndStillNamesTheHost) {
     auto configuration = sessionConfiguration();
     configuration.connectTo.push_back(api->fallbackIp() + ":443:127.0.0.1:" + std::to_string(service.port()));
     use(configuration);
-    EXPECT_EQ(await<Status>([&](auto done) { api->getStatus(done); }).error, ApiError{ResponseError::notReachable()});
+    EXPECT_EQ(getStatus().error, ApiError{ResponseError::notReachable()});
     EXPECT_EQ(service.counters().requests, 1U);
-}
-
-TEST_F(Session, KeepsOneConnectionForRequestsInTurn) {
-    for (int count = 0; count < 10; ++count) {
-        EXPECT_TRUE(await<Status>([&](auto done) { api->getStatus(done); }).result);
-    }
-    EXPECT_EQ(service.counters().requests, 10U);
-    EXPECT_EQ(service.counters().connections, 1U);
-}
-
-TEST_F(Session, AnswersAThousandRequestsAskedForAtOnce) {
-    constexpr int count = 1000;
-    int succeeded = 0;
-    int completed = 0;
-    for (int index = 0; index < count; ++index) {
-        api->getStatus([&](const std::optional<Status>& status, const std::optional<ApiError>& /*error*/) {
-            succeeded += status ? 1 : 0;
-            ++completed;
-        });
-    }
-    runUntil([&] { return completed == count; });
-    EXPECT_EQ(succeeded, count);
-    EXPECT_LE(service.counters().connections, 6U);
 }
 
 TEST_F(Session, FacadeMayBeDroppedWithRequestsOnTheirWayAndInsideItsCompletion) {

@@ -5,10 +5,12 @@
 #include <Tarnwick_API/Platform/Application/HostName.hpp>
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 #include <Tarnwick_API/Platform/Application/Preferences.hpp>
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
+#include "Received.hpp"
 #include "ScriptedHttpSession.hpp"
 
 #include <memory>
@@ -24,35 +26,6 @@ inline const Tarnwick_API::Platform::Uuid installation =
 inline const Tarnwick_API::ApiUrl hosts{"live.example.test", "beta.example.test", "dev.example.test",
                                         "staging.example.test"};
 
-/// What a completion received.
-template <typename T>
-struct Received {
-    int times = 0;
-    std::optional<T> result;
-    std::optional<Tarnwick_API::ApiError> error;
-
-    [[nodiscard]] Tarnwick_API::Completion<T> completion() {
-        return [this](std::optional<T> theResult, std::optional<Tarnwick_API::ApiError> theError) {
-            ++times;
-            result = std::move(theResult);
-            error = std::move(theError);
-        };
-    }
-};
-
-template <>
-struct Received<void> {
-    int times = 0;
-    std::optional<Tarnwick_API::ApiError> error;
-
-    [[nodiscard]] Tarnwick_API::Completion<void> completion() {
-        return [this](std::optional<Tarnwick_API::ApiError> theError) {
-            ++times;
-            error = std::move(theError);
-        };
-    }
-};
-
 /// A version-1 backend in a process with known settings, on virtual time and without a network.
 class BackendFixture : public ::testing::Test {
 protected:
@@ -62,15 +35,11 @@ protected:
             Tarnwick_API::Platform::Bundle{{{"CFBundleVersion", std::string{"7100"}}}});
         Tarnwick_API::Platform::Locale::setIdentifierLookup([] { return std::string{"en_GB"}; });
         Tarnwick_API::Platform::HostName::setLookup([] { return std::optional<std::string>{"desk-1"}; });
-        Tarnwick_API::Platform::Preferences::setLookup({});
         Tarnwick_API::Keychain::setStore(keychain);
         Tarnwick_API::ApiVersion1::setSessionManager(session);
     }
-    ~BackendFixture() override {
-        Tarnwick_API::ApiVersion1::setSessionManager(nullptr);
-        Tarnwick_API::Platform::MainQueue::setMain(nullptr);
-    }
 
+    Tarnwick_API::Platform::ScopedProcessValues scope{Tarnwick_API::Platform::ScopedProcessValues::Start::defaults};
     std::shared_ptr<Tarnwick_API::Platform::VirtualTimeMainQueue> queue =
         std::make_shared<Tarnwick_API::Platform::VirtualTimeMainQueue>();
     std::shared_ptr<ScriptedHttpSession> session = std::make_shared<ScriptedHttpSession>();

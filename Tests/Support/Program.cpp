@@ -92,6 +92,12 @@ std::string Program::readAll() const {
     return text;
 }
 
+bool Program::hasEnded() const {
+    siginfo_t end{};
+    ::waitid(P_PID, static_cast<id_t>(id_), &end, WEXITED | WNOHANG | WNOWAIT);
+    return end.si_pid != 0;
+}
+
 int Program::wait() {
     int status = 0;
     while (::waitpid(id_, &status, 0) < 0 && errno == EINTR) {

@@ -18,6 +18,7 @@ public:
     /// One line of its output, waited for; what there is when it closes it.
     [[nodiscard]] std::string readLine() const;
     [[nodiscard]] std::string readAll() const;
+    [[nodiscard]] bool hasEnded() const;
     /// The status that the system gives for its end.
     int wait();
 

@@ -11,7 +11,7 @@
 class TemporaryFolder {
 public:
     explicit TemporaryFolder(const std::filesystem::path& parent = inMemory()) {
-        auto pattern = (parent / "keychain-tests-XXXXXX").string();
+        auto pattern = (parent / "tarnwick-tests-XXXXXX").string();
         if (::mkdtemp(pattern.data()) == nullptr) {
             throw std::system_error{errno, std::generic_category(), pattern};
         }

@@ -1,15 +1,12 @@
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 
-#include <Platform/Concurrency/ProcessWide.hpp>
+#include <Platform/Application/ProcessWide.hpp>
 
 namespace Tarnwick_API::Platform {
 
 namespace {
 
-ProcessWide<const Bundle>& mainBundle() {
-    static auto& bundle = ProcessWide<const Bundle>::immortal();
-    return bundle;
-}
+constexpr ProcessWide mainBundle{&ProcessValues::mainBundle};
 
 }  // namespace
 
@@ -28,14 +25,14 @@ std::string Bundle::localizedText(std::string_view key, std::string_view default
 }
 
 std::shared_ptr<const Bundle> Bundle::main() {
-    if (auto bundle = mainBundle().get()) {
+    if (auto bundle = mainBundle.get()) {
         return bundle;
     }
     return std::make_shared<const Bundle>();
 }
 
 void Bundle::setMain(Bundle bundle) {
-    mainBundle().set(std::make_shared<const Bundle>(std::move(bundle)));
+    mainBundle.set(std::make_shared<const Bundle>(std::move(bundle)));
 }
 
 }  // namespace Tarnwick_API::Platform

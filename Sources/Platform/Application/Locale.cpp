@@ -1,7 +1,8 @@
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 
-#include <Platform/Concurrency/ProcessWide.hpp>
+#include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Text/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <array>
@@ -15,12 +16,7 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-using IdentifierLookup = std::function<std::string()>;
-
-ProcessWideFunction<IdentifierLookup>& installedLookup() {
-    static auto& lookup = ProcessWideFunction<IdentifierLookup>::immortal();
-    return lookup;
-}
+constexpr ProcessWide installedLookup{&ProcessValues::localeIdentifierLookup};
 
 std::string_view environmentIdentifier() {
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
@@ -46,18 +42,6 @@ bool isScript(std::string_view text) {
 
 bool isRegion(std::string_view text) {
     return (text.size() == 2 && isLetters(text)) || (text.size() == 3 && std::ranges::all_of(text, isAsciiDigit));
-}
-
-std::string lowerCased(std::string_view text) {
-    std::string result{text};
-    std::ranges::transform(result, result.begin(), asciiLower);
-    return result;
-}
-
-std::string upperCased(std::string_view text) {
-    std::string result{text};
-    std::ranges::transform(result, result.begin(), asciiUpper);
-    return result;
 }
 
 /// The part of `rest` before the next separator, which is taken off it.
@@ -100,27 +84,27 @@ Locale Locale::fromIdentifier(std::string_view identifier) {
     if (!isLanguage(language)) {
         return locale;
     }
-    locale.language_ = lowerCased(language);
+    locale.language_ = asciiLowerCased(language);
     auto subtag = takeSubtag(rest);
     if (isScript(subtag)) {
-        locale.script_ = upperCased(subtag.substr(0, 1)) + lowerCased(subtag.substr(1));
+        locale.script_ = asciiUpperCased(subtag.substr(0, 1)) + asciiLowerCased(subtag.substr(1));
         subtag = takeSubtag(rest);
     }
     if (isRegion(subtag)) {
-        locale.region_ = upperCased(subtag);
+        locale.region_ = asciiUpperCased(subtag);
     }
     return locale;
 }
 
 Locale Locale::current() {
-    if (const auto lookup = installedLookup().get()) {
+    if (const auto lookup = installedLookup.get()) {
         return fromIdentifier((*lookup)());
     }
     return fromIdentifier(environmentIdentifier());
 }
 
 void Locale::setIdentifierLookup(std::function<std::string()> lookup) {
-    installedLookup().set(std::move(lookup));
+    installedLookup.set(std::move(lookup));
 }
 
 std::string Locale::languageTag() const {
@@ -138,8 +122,7 @@ std::string Locale::languageTag() const {
 
 std::optional<std::string> Locale::localizedRegionName(std::string_view regionCode) const {
     // More than a region code would be read by ICU as further parts of a locale's name.
-    const auto isCodeCharacter = [](char character) { return isAsciiLetter(character) || isAsciiDigit(character); };
-    if (regionCode.size() < 2 || regionCode.size() > 3 || !std::ranges::all_of(regionCode, isCodeCharacter)) {
+    if (regionCode.size() < 2 || regionCode.size() > 3 || !std::ranges::all_of(regionCode, isAsciiAlphanumeric)) {
         return std::nullopt;
     }
     const auto tag = languageTag();

@@ -8,13 +8,9 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-bool isAlphanumeric(char character) {
-    return isAsciiLetter(character) || isAsciiDigit(character);
-}
-
 bool isPathCharacter(char character) {
     constexpr std::string_view others = "-_.!~*'()$&+,/:=@";
-    return isAlphanumeric(character) || others.find(character) != std::string_view::npos;
+    return isAsciiAlphanumeric(character) || others.find(character) != std::string_view::npos;
 }
 
 bool isLegalCharacter(char character) {
@@ -47,7 +43,7 @@ std::string_view schemeOf(std::string_view text) {
     }
     const auto scheme = text.substr(0, end);
     const auto isSchemeCharacter = [](char character) {
-        return isAlphanumeric(character) || character == '+' || character == '-' || character == '.';
+        return isAsciiAlphanumeric(character) || character == '+' || character == '-' || character == '.';
     };
     const bool valid =
         !scheme.empty() && isAsciiLetter(scheme.front()) && std::ranges::all_of(scheme, isSchemeCharacter);

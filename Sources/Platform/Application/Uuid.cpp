@@ -1,5 +1,7 @@
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
 
+#include <Platform/Text/AsciiCharacters.hpp>
+
 #include <algorithm>
 #include <cstddef>
 #include <random>
@@ -15,16 +17,10 @@ bool isHyphenPosition(std::size_t position) noexcept {
 }
 
 std::optional<std::uint8_t> hexDigit(char character) noexcept {
-    if (character >= '0' && character <= '9') {
-        return static_cast<std::uint8_t>(character - '0');
+    if (!isAsciiHexDigit(character)) {
+        return std::nullopt;
     }
-    if (character >= 'a' && character <= 'f') {
-        return static_cast<std::uint8_t>(character - 'a' + 10);
-    }
-    if (character >= 'A' && character <= 'F') {
-        return static_cast<std::uint8_t>(character - 'A' + 10);
-    }
-    return std::nullopt;
+    return static_cast<std::uint8_t>(isAsciiDigit(character) ? character - '0' : asciiUpper(character) - 'A' + 10);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Platform/Application/WallClock.hpp>
 
-#include <Platform/Concurrency/ProcessWide.hpp>
+#include <Platform/Application/ProcessWide.hpp>
 
 #include <utility>
 
@@ -8,22 +8,19 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-ProcessWideFunction<std::function<WallTime()>>& installedSource() {
-    static auto& source = ProcessWideFunction<std::function<WallTime()>>::immortal();
-    return source;
-}
+constexpr ProcessWide installedSource{&ProcessValues::wallClockSource};
 
 }  // namespace
 
 WallTime WallClock::now() {
-    if (const auto source = installedSource().get()) {
+    if (const auto source = installedSource.get()) {
         return (*source)();
     }
     return std::chrono::floor<WallTime::duration>(std::chrono::system_clock::now());
 }
 
 void WallClock::setSource(std::function<WallTime()> source) {
-    installedSource().set(std::move(source));
+    installedSource.set(std::move(source));
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
-#include <Platform/Concurrency/ProcessWide.hpp>
+#include <Platform/Application/ProcessWide.hpp>
 
 #include <utility>
 
@@ -8,15 +8,8 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-ProcessWide<UrlCache>& installedCache() {
-    static auto& cache = ProcessWide<UrlCache>::immortal();
-    return cache;
-}
-
-ProcessWide<UrlCache>& builtInCache() {
-    static auto& cache = ProcessWide<UrlCache>::immortal();
-    return cache;
-}
+constexpr ProcessWide installedCache{&ProcessValues::installedUrlCache};
+constexpr ProcessWide builtInCache{&ProcessValues::builtInUrlCache};
 
 }  // namespace
 
@@ -24,15 +17,15 @@ std::shared_ptr<UrlCache> UrlCache::shared() {
     if (auto cache = installed()) {
         return cache;
     }
-    return builtInCache().getOr([] { return std::make_shared<UrlCache>(); });
+    return builtInCache.getOr([] { return std::make_shared<UrlCache>(); });
 }
 
 void UrlCache::setShared(std::shared_ptr<UrlCache> cache) {
-    installedCache().set(std::move(cache));
+    installedCache.set(std::move(cache));
 }
 
 std::shared_ptr<UrlCache> UrlCache::installed() {
-    return installedCache().get();
+    return installedCache.get();
 }
 
 }  // namespace Tarnwick_API::Platform

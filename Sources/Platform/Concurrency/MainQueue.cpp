@@ -1,28 +1,25 @@
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
-#include <Platform/Concurrency/ProcessWide.hpp>
+#include <Platform/Application/ProcessWide.hpp>
 
 namespace Tarnwick_API::Platform {
 
 namespace {
 
-ProcessWide<MainQueue>& installedQueue() {
-    static auto& queue = ProcessWide<MainQueue>::immortal();
-    return queue;
-}
+constexpr ProcessWide installedQueue{&ProcessValues::mainQueue};
 
 }  // namespace
 
 std::shared_ptr<MainQueue> MainQueue::main() {
-    if (auto queue = installedQueue().get()) {
+    if (auto queue = installedQueue.get()) {
         return queue;
     }
     return BuiltInMainQueue::shared();
 }
 
 void MainQueue::setMain(std::shared_ptr<MainQueue> queue) {
-    installedQueue().set(std::move(queue));
+    installedQueue.set(std::move(queue));
 }
 
 }  // namespace Tarnwick_API::Platform

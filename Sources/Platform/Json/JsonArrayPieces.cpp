@@ -1,4 +1,5 @@
 #include <Platform/Json/JsonArrayPieces.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
 #include <string_view>
@@ -29,8 +30,7 @@ std::optional<std::size_t> followingObject(std::string_view text, std::size_t cl
 }  // namespace
 
 JsonArrayPieces::JsonArrayPieces(const Bytes& text) : text_{text} {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    const auto opening = skipBlanks(text, text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+    const auto opening = skipBlanks(text, text.size() - withoutByteOrderMark(text).size());
     if (opening < text.size() && text[opening] == '[') {
         position_ = opening + 1;
     }

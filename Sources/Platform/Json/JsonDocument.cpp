@@ -1,6 +1,7 @@
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <Platform/Json/LongIntegers.hpp>
+#include <Platform/Text/Utf8.hpp>
 
 #include <bit>
 #include <new>
@@ -58,11 +59,7 @@ JsonDocument::Lease JsonDocument::leaseParser() {
 }
 
 JsonDocument::JsonDocument(const Bytes& text) : parser_{leaseParser()} {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    std::string_view json = text;
-    if (json.starts_with(byteOrderMark)) {
-        json.remove_prefix(byteOrderMark.size());
-    }
+    const auto json = withoutByteOrderMark(text);
     simdjson::dom::element root;
     simdjson::error_code error = parser_->parse(json, text.capacity() - text.size() >= padding, root);
     if (error == simdjson::NUMBER_ERROR) {

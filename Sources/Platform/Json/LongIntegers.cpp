@@ -1,6 +1,7 @@
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <Platform/Json/LongIntegers.hpp>
+#include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -18,10 +19,9 @@ bool overflows(std::string_view digits) {
 }
 
 bool isLongInteger(std::string_view number) {
-    constexpr std::string_view decimalDigits = "0123456789";
     const bool negative = number.starts_with('-');
     const std::string_view digits = number.substr(negative ? 1 : 0);
-    if (digits.find_first_not_of(decimalDigits) != std::string_view::npos) {
+    if (!std::ranges::all_of(digits, isAsciiDigit)) {
         return false;
     }
     return negative ? overflows<std::int64_t>(number) : overflows<std::uint64_t>(number);

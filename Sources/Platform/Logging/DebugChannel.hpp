@@ -1,6 +1,7 @@
 #pragma once
 
-#include <atomic>
+#include <Platform/Application/ProcessWide.hpp>
+
 #include <string_view>
 
 namespace Tarnwick_API::Platform {
@@ -9,9 +10,7 @@ namespace Tarnwick_API::Platform {
 class DebugChannel {
 public:
     /// Ask before building a message. With no logger installed this is one load and one branch.
-    [[nodiscard]] static bool isOpen() noexcept {
-        return hasLogger_.load(std::memory_order_relaxed) && loggerTakesDebug();
-    }
+    [[nodiscard]] static bool isOpen() noexcept { return ProcessValuesInUse::hasLogger() && loggerTakesDebug(); }
 
     /// Writes `message` as it stands. `function` is the operation's name, a literal: inside a lambda the compiler's
     /// own name for the place would say nothing. `file` and `line` are the caller's.
@@ -20,9 +19,7 @@ public:
                       int line = __builtin_LINE());
 
 private:
-    friend class Logging;
     static bool loggerTakesDebug() noexcept;
-    static inline std::atomic<bool> hasLogger_{false};
 };
 
 }  // namespace Tarnwick_API::Platform

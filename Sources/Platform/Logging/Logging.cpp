@@ -1,9 +1,9 @@
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
+#include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 #include <Platform/Logging/HostSink.hpp>
 
-#include <mutex>
 #include <utility>
 
 #include <spdlog/logger.h>
@@ -12,16 +12,7 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-struct Installed {
-    std::mutex mutex;
-    std::shared_ptr<spdlog::logger> logger;
-};
-
-// Never destroyed: other threads may still log while the process exits.
-Installed& installed() {
-    static auto& value = *std::make_unique<Installed>().release();
-    return value;
-}
+constexpr ProcessWide installedLogger{&ProcessValues::logger};
 
 // Whether this thread is inside the host's sinks. What they make the library log must not come back to them: their
 // locks are held, and each entry would bring forth the next.
@@ -38,13 +29,7 @@ public:
 }  // namespace
 
 void Logging::setLogger(std::shared_ptr<spdlog::logger> logger) {
-    auto& current = installed();
-    {
-        const std::lock_guard lock{current.mutex};
-        DebugChannel::hasLogger_.store(logger != nullptr, std::memory_order_relaxed);
-        current.logger.swap(logger);
-    }
-    // The replaced logger, and with it what the host's sink holds, goes outside the lock.
+    installedLogger.set(std::move(logger));
 }
 
 void Logging::setSink(Sink sink) {
@@ -59,9 +44,7 @@ void Logging::setSink(Sink sink) {
 }
 
 std::shared_ptr<spdlog::logger> Logging::logger() {
-    auto& current = installed();
-    const std::lock_guard lock{current.mutex};
-    return current.logger;
+    return installedLogger.get();
 }
 
 bool DebugChannel::loggerTakesDebug() noexcept {

@@ -16,6 +16,10 @@ constexpr bool isAsciiDigit(char character) noexcept {
     return character >= '0' && character <= '9';
 }
 
+constexpr bool isAsciiAlphanumeric(char character) noexcept {
+    return isAsciiLetter(character) || isAsciiDigit(character);
+}
+
 constexpr bool isAsciiHexDigit(char character) noexcept {
     return isAsciiDigit(character) || (character >= 'A' && character <= 'F') || (character >= 'a' && character <= 'f');
 }

@@ -11,6 +11,11 @@ bool isValidUtf8(std::string_view text) noexcept {
     return simdjson::validate_utf8(text.data(), text.size());
 }
 
+std::string_view withoutByteOrderMark(std::string_view text) noexcept {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    return text.substr(text.starts_with(mark) ? mark.size() : 0);
+}
+
 std::string replaceInvalidUtf8(std::string_view text) {
     if (isValidUtf8(text)) {
         return std::string{text};

@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
 
-#include <Platform/Concurrency/ProcessWide.hpp>
+#include <Platform/Application/ProcessWide.hpp>
 
 #include <utility>
 
@@ -8,19 +8,16 @@ namespace Tarnwick_API {
 
 namespace {
 
-Platform::ProcessWide<Platform::HttpSession>& sharedSession() {
-    static auto& session = Platform::ProcessWide<Platform::HttpSession>::immortal();
-    return session;
-}
+constexpr Platform::ProcessWide sharedSession{&Platform::ProcessValues::sharedSession};
 
 }  // namespace
 
 std::shared_ptr<Platform::HttpSession> ApiVersion1::sessionManager() {
-    return sharedSession().getOr([] { return Platform::makeHttpSession(defaultSessionConfiguration()); });
+    return sharedSession.getOr([] { return Platform::makeHttpSession(defaultSessionConfiguration()); });
 }
 
 void ApiVersion1::setSessionManager(std::shared_ptr<Platform::HttpSession> session) {
-    sharedSession().set(std::move(session));
+    sharedSession.set(std::move(session));
 }
 
 Platform::HttpSessionConfiguration ApiVersion1::defaultSessionConfiguration() {

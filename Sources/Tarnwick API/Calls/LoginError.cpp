@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Calls/LoginError.hpp>
 
-#include <Platform/Text/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <array>
@@ -24,12 +24,6 @@ constexpr std::array rows{
     Row{LoginError::consumerKeyMissing, LoginResponseType::consumerKeyMissing, "CONSUMER KEY MISSING OR INVALID"},
 };
 
-bool startsWithIgnoringCase(std::string_view text, std::string_view upperCasePrefix) noexcept {
-    return text.size() >= upperCasePrefix.size() &&
-           std::equal(upperCasePrefix.begin(), upperCasePrefix.end(), text.begin(),
-                      [](char expected, char actual) { return expected == Platform::asciiUpper(actual); });
-}
-
 }  // namespace
 
 std::string_view rawValue(LoginResponseType type) noexcept {
@@ -43,7 +37,7 @@ std::optional<LoginResponseType> loginResponseType(std::string_view text) noexce
 
 std::optional<LoginError> LoginError::from(std::string_view responseText) {
     const auto* const row = std::find_if(rows.begin(), rows.end(), [responseText](const Row& row) {
-        return startsWithIgnoringCase(responseText, row.text);
+        return Platform::equalsIgnoringAsciiCase(responseText.substr(0, row.text.size()), row.text);
     });
     return row == rows.end() ? std::nullopt : std::optional<LoginError>{row->error};
 }

@@ -1,7 +1,7 @@
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
-#include <Platform/Concurrency/ProcessWide.hpp>
+#include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Text/Utf8.hpp>
 
 #include <cstdio>
@@ -25,10 +25,7 @@ constexpr const char* networkPreferences =
     "/System/Library/PreferencePanes/Network.prefPane/Contents/XPCServices/"
     "com.apple.preference.network.remoteservice.xpc";
 
-Platform::ProcessWide<KeychainStore>& installedStore() {
-    static auto& store = Platform::ProcessWide<KeychainStore>::immortal();
-    return store;
-}
+constexpr Platform::ProcessWide installedStore{&Platform::ProcessValues::keychainStore};
 
 std::string label() {
     return Platform::Bundle::main()->text("CFBundleName").value_or("VPN App");
@@ -175,7 +172,7 @@ void Keychain::unlock(std::function<void(KeychainStatus)> onCompletion) {
 }
 
 std::shared_ptr<KeychainStore> Keychain::store() {
-    if (auto store = installedStore().get()) {
+    if (auto store = installedStore.get()) {
         return store;
     }
     // Never destroyed: an operation may still run while the process exits.
@@ -186,7 +183,7 @@ std::shared_ptr<KeychainStore> Keychain::store() {
 }
 
 void Keychain::setStore(std::shared_ptr<KeychainStore> store) {
-    installedStore().set(std::move(store));
+    installedStore.set(std::move(store));
 }
 
 }  // namespace Tarnwick_API

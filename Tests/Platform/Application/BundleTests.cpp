@@ -1,26 +1,18 @@
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Platform/Application/Preferences.hpp>
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 namespace Tarnwick_API::Platform {
 namespace {
 
-class ProcessWideLookups : public testing::Test {
-protected:
-    void TearDown() override {
-        Bundle::setMain({});
-        Preferences::setLookup(nullptr);
-    }
-};
-
-TEST_F(ProcessWideLookups, BundleGivesTextEntriesOnly) {
+TEST(Bundle, GivesTextEntriesOnly) {
+    const ScopedProcessValues scope;
     EXPECT_FALSE(Bundle::main()->text("CFBundleVersion"));
     Bundle::setMain(Bundle{{{"CFBundleName", std::string{"Shop"}},
                             {"Empty", std::string{}},
@@ -37,7 +29,8 @@ TEST_F(ProcessWideLookups, BundleGivesTextEntriesOnly) {
     EXPECT_EQ(Bundle::main()->localizedText("CFBundleName", "Private IP"), "Private IP");
 }
 
-TEST_F(ProcessWideLookups, PreferencesAskTheHostEachTimeAndMayReplaceItsLookupMeanwhile) {
+TEST(Preferences, AskTheHostEachTimeAndMayReplaceItsLookupMeanwhile) {
+    const ScopedProcessValues scope;
     EXPECT_FALSE(Preferences::text("cid"));
     int answers = 0;
     Preferences::setLookup([&answers](std::string_view key) -> std::optional<std::string> {
@@ -54,21 +47,6 @@ TEST_F(ProcessWideLookups, PreferencesAskTheHostEachTimeAndMayReplaceItsLookupMe
     });
     EXPECT_EQ(Preferences::text("cid"), std::string(100, 'x'));
     EXPECT_FALSE(Preferences::text("cid"));
-}
-
-TEST_F(ProcessWideLookups, ReplacingWhileOthersAskIsSafe) {
-    std::vector<std::jthread> threads;
-    for (const auto* text : {"one", "another"}) {
-        threads.emplace_back([text = std::string{text}] {
-            for (int count = 0; count < 500; ++count) {
-                Bundle::setMain(Bundle{{{"name", text}}});
-                Preferences::setLookup([text](std::string_view) { return text; });
-                const auto name = Bundle::main()->text("name");
-                EXPECT_TRUE(name == "one" || name == "another");
-                EXPECT_EQ(Preferences::text("any").value().empty(), false);
-            }
-        });
-    }
 }
 
 }  // namespace

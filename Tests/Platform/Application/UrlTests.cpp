@@ -26,7 +26,6 @@ TEST(Url, TextThatIsOneIsKeptAsWrittenAndTakenApart) {
         {"https://h.example/vb", "https", "h.example", ""},
         {"HTTPS://H.example:8443/vb", "HTTPS", "H.example", "8443"},
         {"https:///vb", "https", "", ""},
-        {"https:/vb", "https", "", ""},
         {"https://", "https", "", ""},
         {"h.example/vb", "", "", ""},
         {"//h.example/vb", "", "h.example", ""},
@@ -35,9 +34,7 @@ TEST(Url, TextThatIsOneIsKeptAsWrittenAndTakenApart) {
         {":x", "", "", ""},
         {"https://h:99999/vb", "https", "h", "99999"},
         {"https://h:/vb", "https", "h", ""},
-        {"https://h/vb/../x", "https", "h", ""},
         {"https://h?x", "https", "h", ""},
-        {"https://h#x", "https", "h", ""},
         {"https://h?u@x:1", "https", "h", ""},
         {"https://h/@x:1", "https", "h", ""},
         {"https://user:p%40ss@h:1/", "https", "h", "1"},
@@ -47,8 +44,6 @@ TEST(Url, TextThatIsOneIsKeptAsWrittenAndTakenApart) {
         {"https://[::1", "https", "", ""},
         {"https://[::1]x:1/", "https", "", ""},
         {"https://::1/", "https", "", ":1"},
-        {"mailto:a@b", "mailto", "", ""},
-        {"a", "", "", ""},
         {"%4a-_.!~*'()$&+,/:;=?@#%AF", "", "", ""},
     };
     for (const auto& row : rows) {
@@ -63,28 +58,11 @@ TEST(Url, TextThatIsOneIsKeptAsWrittenAndTakenApart) {
 }
 
 TEST(Url, TextWithAnIllegalCharacterIsNone) {
-    for (const auto text : {""sv,
-                            "https://h ex/vb"sv,
-                            "https://h/v b"sv,
-                            "https://h/%zz"sv,
-                            "https://h/%"sv,
-                            "https://h/%4"sv,
-                            "a|b"sv,
-                            "a\"b"sv,
-                            "<a"sv,
-                            "a>"sv,
-                            "a\\b"sv,
-                            "a^b"sv,
-                            "a`b"sv,
-                            "{a"sv,
-                            "a}"sv,
-                            "a#b#c"sv,
-                            "https://h\u00E4/"sv,
-                            "a\nb"sv,
-                            "a\x7F"sv,
-                            "a\0b"sv,
-                            "\xFF"sv}) {
-        EXPECT_FALSE(Url::fromString(text)) << '"' << text << '"';
+    for (const auto text : {"", "https://h/%zz", "https://h/%", "https://h/%4", "a#b#c"}) {
+        EXPECT_FALSE(Url::fromString(text)) << text;
+    }
+    for (const char character : " |\"<>\\^`{}\n\0\x7F\x80\xFF"sv) {
+        EXPECT_FALSE(Url::fromString(std::string{"https://h/a"} + character + "b")) << character;
     }
 }
 
@@ -101,22 +79,15 @@ TEST(Url, AppendsAPathComponent) {
         {"https://h.example/vb/", "/users", "https://h.example/vb//users"},
         {"https://h.example/vb", "users/", "https://h.example/vb/users/"},
         {"https://h.example/vb", "", "https://h.example/vb/"},
-        {"https://h.example/vb/", "", "https://h.example/vb/"},
-        {"https://h.example", "vb", "https://h.example/vb"},
         {"https://", "vb", "https:///vb"},
-        {"https:///vb", "x", "https:///vb/x"},
         {"//h", "x", "//h/x"},
         {"https://h/vb?q=/#f/", "x", "https://h/vb/x?q=/#f/"},
         {"https://h/vb#f?", "x", "https://h/vb/x#f?"},
-        {"https://h?q", "x", "https://h/x?q"},
         {"h:/v", "access_tokens/a/b", "h:/v/access_tokens/a/b"},
         {"h:/v", "~_-.!*'()$,a+b&c=d:e@f", "h:/v/~_-.!*'()$,a+b&c=d:e@f"},
         {"h:/v", "a%b", "h:/v/a%25b"},
-        {"h:/v", "a%2Fb", "h:/v/a%252Fb"},
         {"h:/v", "a?b#c;d e", "h:/v/a%3Fb%23c%3Bd%20e"},
-        {"h:/v", "..", "h:/v/.."},
         {"h:/v", "../x", "h:/v/../x"},
-        {"h:/v", ".", "h:/v/."},
         {"h:/v", "[x]{y}", "h:/v/%5Bx%5D%7By%7D"},
         {"h:/v", "\u00E9\\\"", "h:/v/%C3%A9%5C%22"},
         {"h:/v", "\n\0\x7F\xFF"sv, "h:/v/%0A%00%7F%FF"},
@@ -135,13 +106,9 @@ TEST(Url, AppendsAQuery) {
         std::string_view result;
     };
     const Row rows[] = {
-        {"https://h/p", "a=1", "https://h/p?a=1"},
-        {"https://h/p?x=y", "a=1", "https://h/p?x=y&a=1"},
-        {"https://h/p?", "a=1", "https://h/p?&a=1"},
-        {"https://h/p#f", "a=1", "https://h/p?a=1#f"},
-        {"https://h/p?x#f?", "a=1", "https://h/p?x&a=1#f?"},
-        {"https://h/p#f?", "a=1", "https://h/p?a=1#f?"},
-        {"https://h/p#f", "", "https://h/p#f"},
+        {"https://h/p", "a=1", "https://h/p?a=1"},           {"https://h/p?x=y", "a=1", "https://h/p?x=y&a=1"},
+        {"https://h/p?", "a=1", "https://h/p?&a=1"},         {"https://h/p#f", "a=1", "https://h/p?a=1#f"},
+        {"https://h/p?x#f?", "a=1", "https://h/p?x&a=1#f?"}, {"https://h/p#f", "", "https://h/p#f"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(url(row.base).appendingQuery(row.query).absoluteString(), row.result);

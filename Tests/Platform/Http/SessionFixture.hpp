@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
@@ -16,7 +17,6 @@
 class SessionFixture : public testing::Test {
 protected:
     SessionFixture() { Tarnwick_API::Platform::MainQueue::setMain(queue); }
-    ~SessionFixture() override { Tarnwick_API::Platform::MainQueue::setMain(nullptr); }
 
     static Tarnwick_API::Platform::HttpSessionConfiguration plainConfiguration() {
         Tarnwick_API::Platform::HttpSessionConfiguration configuration;
@@ -55,6 +55,7 @@ protected:
         return answers.empty() ? Tarnwick_API::Platform::HttpAnswer{} : std::move(answers.front());
     }
 
+    Tarnwick_API::Platform::ScopedProcessValues scope;
     std::shared_ptr<Tarnwick_API::Platform::VirtualTimeMainQueue> queue =
         std::make_shared<Tarnwick_API::Platform::VirtualTimeMainQueue>();
     std::vector<Tarnwick_API::Platform::HttpAnswer> answers;

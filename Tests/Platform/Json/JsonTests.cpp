@@ -10,17 +10,13 @@
 #include <utility>
 #include <vector>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace Tarnwick_API::Platform;
 using Kind = DecodingError::Kind;
-using testing::ElementsAre;
 using namespace std::string_literals;
-
-constexpr auto notJson = "The given data was not valid JSON.";
 
 template <typename Call>
 std::optional<DecodingError> errorOf(Call&& call) {
@@ -34,7 +30,8 @@ std::optional<DecodingError> errorOf(Call&& call) {
 
 bool isJson(const Bytes& text) {
     const auto error = errorOf([&] { JsonDocument{text}; });
-    EXPECT_TRUE(!error || *error == (DecodingError{Kind::dataCorrupted, {}, notJson})) << text;
+    EXPECT_TRUE(!error || *error == (DecodingError{Kind::dataCorrupted, {}, "The given data was not valid JSON."}))
+        << text;
     return !error;
 }
 
@@ -46,102 +43,22 @@ Bytes repeated(std::string_view part, std::size_t count) {
     return text;
 }
 
-TEST(JsonText, IsAccepted) {
-    const Bytes rows[] = {
-        "{}",
-        " [1,\t2\r\n] \n",
-        "\xEF\xBB\xBF{}",
-        "42",
-        "null",
-        R"("x")",
-        "[1e-400]",
-        "[-0]",
-        "[1e308]",
-        R"({"a":1,"a":2})",
-        R"(["\u0000"])",
-        R"(["\ud83d\ude00"])",
-        "[\"\x7F\xC2\x85\"]",
-        "[18446744073709551615,-9223372036854775808]",
-        // Beyond 64 bits, beside texts that only look so.
-        "[18446744073709551616]",
-        "[-9223372036854775809]",
-        "[123456789012345678901234567890,\"\\\\\",1]",
-        R"({"18446744073709551616":"\"18446744073709551616","b":[18446744073709551616]})",
-        "18446744073709551616",
-        "[" + repeated("9", 308) + "]",
-    };
-    for (const Bytes& text : rows) {
+TEST(JsonText, MayHoldIntegersBeyond64BitsAndAByteOrderMark) {
+    const Bytes whole = R"({"a":[1,-2.5e3,"\u00e9\n",true,false,null,{"b":{}}],"c":12345678901234567890123})";
+    for (const Bytes& text :
+         {"\xEF\xBB\xBF{}"s, "[18446744073709551616]"s, "[-9223372036854775809]"s, "18446744073709551616"s,
+          R"({"18446744073709551616":"\"18446744073709551616","b":[18446744073709551616]})"s,
+          "[123456789012345678901234567890,\"\\\\\",1]"s, "[" + Bytes(308, '9') + "]", whole}) {
         EXPECT_TRUE(isJson(text)) << text;
     }
-}
-
-TEST(JsonText, IsRefused) {
-    const Bytes rows[] = {
-        "",
-        " \n",
-        "\xEF\xBB\xBF",
-        "\xEF\xBB\xBF\xEF\xBB\xBF{}",
-        "{}{}",
-        "[1] x",
-        "[1,]",
-        R"({"a":1,})",
-        "[,]",
-        "[1,,2]",
-        "[1 2]",
-        "{\"a\" 1}",
-        "{a:1}",
-        "{1:1}",
-        "['a']",
-        "[1] // x",
-        "[/**/1]",
-        "[NaN]",
-        "[Infinity]",
-        "[+1]",
-        "[.5]",
-        "[5.]",
-        "[01]",
-        "[-]",
-        "[1e]",
-        "[0x10]",
-        "[1e400]",
-        "[-1e400]",
-        "[tru]",
-        "[nul]",
-        "[True]",
-        "[\"\n\"]",
-        "[\"\x01\"]",
-        "[\"\\x\"]",
-        "[\"\\u12\"]",
-        "[\"a",
-        R"(["\ud800"])",
-        R"(["\udc00"])",
-        R"(["\udc00\ud800"])",
-        "[\"\xFF\"]",
-        "[\"\xC0\xAF\"]",
-        "[\"\xED\xA0\x80\"]",
-        "[\"\xF5\x80\x80\x80\"]",
-        "[\"\xE2\x82\"]",
-        "{}\0"s,
-        "[1]\0x"s,
-        "\xFF\xFE{\0}\0"s,
-        "{\0}\0"s,
-        // No integer beyond 64 bits is a number that begins with a zero, or one that no real can hold.
-        "[018446744073709551616]",
-        "[-018446744073709551616]",
-        "[18446744073709551616,]",
-        "[18446744073709551616",
-        "[18446744073709551616 18446744073709551616]",
-        "[18446744073709551616x]",
-        "[\"a\",18446744073709551616,\"\\",
-        "[1844674407370955161-6]",
-        "[" + repeated("9", 400) + "]",
-        "[18446744073709551616,1e400]",
-    };
-    for (const Bytes& text : rows) {
+    // No integer beyond 64 bits is a number that begins with a zero, or one that no real can hold.
+    for (const Bytes& text :
+         {""s, "\xEF\xBB\xBF"s, "\xEF\xBB\xBF\xEF\xBB\xBF{}"s, "{}\0"s, "[1,]"s, "[1e400]"s, "[01]"s, "[\"\xFF\"]"s,
+          "[018446744073709551616]"s, "[-018446744073709551616]"s, "[18446744073709551616,]"s,
+          "[18446744073709551616 18446744073709551616]"s, "[18446744073709551616x]"s, "[1844674407370955161-6]"s,
+          "[\"a\",18446744073709551616,\"\\"s, "[" + Bytes(400, '9') + "]", "[18446744073709551616,1e400]"s}) {
         EXPECT_FALSE(isJson(text)) << text;
     }
-    const Bytes whole = R"({"a":[1,-2.5e3,"\u00e9\n",true,false,null,{"b":{}}],"c":12345678901234567890123})";
-    ASSERT_TRUE(isJson(whole));
     for (std::size_t length = 0; length < whole.size(); ++length) {
         EXPECT_FALSE(isJson(whole.substr(0, length))) << length;
     }
@@ -162,31 +79,27 @@ TEST(JsonText, Nests512ContainersDeep) {
     }
 }
 
-/// What a strict read of `{"k":value}` gives: the value as text, or the error's kind and path.
+/// What a strict read of `{"k":value}` gives: the value as text, or the error's kind.
 template <typename T>
 std::string outcome(const JsonObject& object) {
-    const auto show = [](const T& value) {
+    const auto outcomeOf = [](auto read) -> std::string {
         std::ostringstream text;
         text.precision(17);
-        text << std::boolalpha << value;
-        return text.str();
-    };
-    const auto call = [&](auto read) -> std::string {
         try {
-            return read();
+            text << std::boolalpha << read();
         } catch (const DecodingError& error) {
             constexpr const char* kinds[] = {"no key", "no value", "mismatch", "corrupted"};
-            EXPECT_EQ(error.pathText(), error.kind() == Kind::keyNotFound ? "" : "k");
             return kinds[static_cast<std::size_t>(error.kind())];
         }
+        return text.str();
     };
-    std::string strict = call([&] { return show(object.require<T>("k")); });
-    const std::string ifPresent = call([&] {
-        const auto value = object.ifPresent<T>("k");
-        return value ? show(*value) : "none";
-    });
+    const auto strict = outcomeOf([&] { return object.require<T>("k"); });
     // Reading if present differs in nothing but that nothing is no error.
-    EXPECT_EQ(ifPresent, strict == "no key" || strict == "no value" ? "none" : strict);
+    if (strict.starts_with("no ")) {
+        EXPECT_FALSE(object.ifPresent<T>("k"));
+    } else {
+        EXPECT_EQ(outcomeOf([&] { return object.ifPresent<T>("k").value(); }), strict);
+    }
     return strict;
 }
 
@@ -201,28 +114,17 @@ TEST(JsonObject, ReadsMembersStrictly) {
     const Row rows[] = {
         {R"({"k":42})", "42", "42"},
         {R"({"k":42.0})", "42", "42"},
-        {R"({"k":4.2e1})", "42", "42"},
         {R"({"k":42.5})", "corrupted", "42.5"},
         {R"({"k":9223372036854775807})", "9223372036854775807", "9.2233720368547758e+18"},
         {R"({"k":9223372036854775808})", "corrupted", "9.2233720368547758e+18"},
         {R"({"k":9223372036854775808.0})", "corrupted", "9.2233720368547758e+18"},
-        {R"({"k":-9223372036854775808})", "-9223372036854775808", "-9.2233720368547758e+18"},
         {R"({"k":-9223372036854774784.0})", "-9223372036854774784", "-9.2233720368547748e+18"},
         {R"({"k":-9223372036854775809})", "corrupted", "-9.2233720368547758e+18"},
-        {R"({"k":18446744073709551616})", "corrupted", "1.8446744073709552e+19"},
         {R"({"k":1e30})", "corrupted", "1e+30"},
-        {R"({"k":-0})", "0", "0"},
-        {R"({"k":-0.0})", "0", "-0"},
-        {R"({"k":1e-400})", "0", "0"},
         {R"({"k":true})", "mismatch", "mismatch", "true"},
-        {R"({"k":false})", "mismatch", "mismatch", "false"},
         {R"({"k":"42"})", "mismatch", "mismatch", "mismatch", "42"},
-        {R"({"k":""})", "mismatch", "mismatch", "mismatch", ""},
-        {R"({"k":null})", "no value", "no value", "no value", "no value"},
-        {R"({"K":1,"":2,"kk":3})", "no key", "no key", "no key", "no key"},
         {R"({"k":[]})", "mismatch", "mismatch"},
-        {R"({"k":{}})", "mismatch", "mismatch"},
-        {R"({"k":1,"k":2})", "1", "1"},
+        {R"({"K":1,"":2,"kk":3})", "no key", "no key", "no key", "no key"},
         {R"({"k":null,"k":2})", "no value", "no value", "no value", "no value"},
         {R"({"\u006b":1})", "1", "1"},
     };
@@ -255,66 +157,58 @@ TEST(JsonObject, KeepsTextsAsTheyAre) {
     EXPECT_FALSE(object.find("a"));
 }
 
+template <typename T>
+std::function<void()> reading(const JsonObject& object, const char* key) {
+    return [=] { (void)object.require<T>(key); };
+}
+
 TEST(JsonErrors, TellWhatAndWhere) {
     const JsonDocument document{R"({"list":[{"id":1},{"id":"x"}],"null":null,"real":42.5,"big":9223372036854775808,
         "flag":true,"text":"t","object":{"list":[[0],[0,null]]}})"};
     const auto root = document.root().require<JsonObject>();
-    const auto id = [](const JsonValue& value) { return value.require<JsonObject>().require<std::int64_t>("id"); };
+    const auto idOf = [](const JsonValue& value) { return value.require<JsonObject>().require<std::int64_t>("id"); };
+    const auto realsOf = [](const JsonValue& value) {
+        return value.require<JsonArray>().map([](const JsonValue& element) { return element.require<double>(); });
+    };
+    const auto realsIn = [&](const JsonObject& object) { return object.nestedArray("list", realsOf); };
     struct Row {
         std::function<void()> read;
-        DecodingError error;
-        const char* pathText;
+        Kind kind;
+        const char* path;
+        const char* description;
     };
     const Row rows[] = {
-        {[&] { (void)root.nestedArray("list", id); },
-         {Kind::typeMismatch, {"list", 1U, "id"}, "Expected to decode Int but found a string/data instead."},
-         "list.Index 1.id"},
-        {[&] {
-             (void)root.nested("object", [](const JsonObject& object) {
-                 return object.nestedArray("list", [](const JsonValue& value) {
-                     return value.require<JsonArray>().map([](const JsonValue& v) { return v.require<double>(); });
-                 });
-             });
-         },
-         {Kind::valueNotFound, {"object", "list", 1U, 1U}, "Expected Double value but found null instead."},
-         "object.list.Index 1.Index 1"},
+        {[&] { (void)root.nestedArray("list", idOf); }, Kind::typeMismatch, "list.Index 1.id",
+         "Expected to decode Int but found a string/data instead."},
+        {[&] { (void)root.nested("object", realsIn); }, Kind::valueNotFound, "object.list.Index 1.Index 1",
+         "Expected Double value but found null instead."},
         {[&] { (void)root.nestedIfPresent("object", [](const JsonObject& o) { return o.require<bool>("id"); }); },
-         {Kind::keyNotFound,
-          {"object"},
-          R"(No value associated with key CodingKeys(stringValue: "id", intValue: nil) ("id").)"},
-         "object"},
-        {[&] { (void)root.require<JsonObject>("null"); },
-         {Kind::valueNotFound, {"null"}, "Cannot get keyed decoding container -- found null value instead."},
-         "null"},
-        {[&] { (void)root.require<JsonArray>("null"); },
-         {Kind::valueNotFound, {"null"}, "Cannot get unkeyed decoding container -- found null value instead."},
-         "null"},
-        {[&] { (void)root.require<std::int64_t>("real"); },
-         {Kind::dataCorrupted, {"real"}, "Parsed JSON number <42.5> does not fit in Int."},
-         "real"},
-        {[&] { (void)root.require<std::int64_t>("big"); },
-         {Kind::dataCorrupted, {"big"}, "Parsed JSON number <9223372036854775808> does not fit in Int."},
-         "big"},
-        {[&] { (void)root.require<std::string>("flag"); },
-         {Kind::typeMismatch, {"flag"}, "Expected to decode String but found a number instead."},
-         "flag"},
-        {[&] { (void)root.require<bool>("object"); },
-         {Kind::typeMismatch, {"object"}, "Expected to decode Bool but found a dictionary instead."},
-         "object"},
-        {[&] { (void)root.ifPresent<JsonObject>("list"); },
-         {Kind::typeMismatch, {"list"}, "Expected to decode Dictionary<String, Any> but found an array instead."},
-         "list"},
-        {[&] { (void)document.root().require<JsonArray>(); },
-         {Kind::typeMismatch, {}, "Expected to decode Array<Any> but found a dictionary instead."},
-         ""},
+         Kind::keyNotFound, "object",
+         R"(No value associated with key CodingKeys(stringValue: "id", intValue: nil) ("id").)"},
+        {reading<JsonObject>(root, "null"), Kind::valueNotFound, "null",
+         "Cannot get keyed decoding container -- found null value instead."},
+        {reading<JsonArray>(root, "null"), Kind::valueNotFound, "null",
+         "Cannot get unkeyed decoding container -- found null value instead."},
+        {reading<std::int64_t>(root, "real"), Kind::dataCorrupted, "real",
+         "Parsed JSON number <42.5> does not fit in Int."},
+        {reading<std::int64_t>(root, "big"), Kind::dataCorrupted, "big",
+         "Parsed JSON number <9223372036854775808> does not fit in Int."},
+        {reading<std::string>(root, "flag"), Kind::typeMismatch, "flag",
+         "Expected to decode String but found a number instead."},
+        {reading<bool>(root, "object"), Kind::typeMismatch, "object",
+         "Expected to decode Bool but found a dictionary instead."},
+        {[&] { (void)root.ifPresent<JsonObject>("list"); }, Kind::typeMismatch, "list",
+         "Expected to decode Dictionary<String, Any> but found an array instead."},
+        {[&] { (void)document.root().require<JsonArray>(); }, Kind::typeMismatch, "",
+         "Expected to decode Array<Any> but found a dictionary instead."},
     };
     for (const Row& row : rows) {
         const auto error = errorOf(row.read);
         ASSERT_TRUE(error);
-        EXPECT_EQ(error->debugDescription(), row.error.debugDescription());
-        EXPECT_EQ(error->pathText(), row.pathText);
-        EXPECT_EQ(*error, row.error);
-        const bool isMissing = error->kind() == Kind::keyNotFound || error->kind() == Kind::valueNotFound;
+        EXPECT_EQ(error->debugDescription(), row.description);
+        EXPECT_EQ(error->pathText(), row.path);
+        EXPECT_EQ(error->kind(), row.kind);
+        const bool isMissing = row.kind == Kind::keyNotFound || row.kind == Kind::valueNotFound;
         EXPECT_EQ(error->localizedDescription(),
                   isMissing ? "The data couldn’t be read because it is missing."
                             : "The data couldn’t be read because it isn’t in the correct format.");
@@ -341,8 +235,7 @@ TEST(JsonDocument, LivesBesideOthersAndOutlivesItsText) {
         EXPECT_EQ(firstOf(inner), "inner");
         EXPECT_EQ(firstOf(outer), "outer");
     }
-    std::vector<std::thread> threads;
-    threads.reserve(4);
+    std::vector<std::jthread> threads;
     for (int number = 0; number < 4; ++number) {
         threads.emplace_back([&, number] {
             for (int round = 0; round < 100; ++round) {
@@ -352,20 +245,6 @@ TEST(JsonDocument, LivesBesideOthersAndOutlivesItsText) {
             }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-}
-
-TEST(JsonArray, CountsAndMapsItsElementsInOrder) {
-    const JsonDocument document{"[[3,1,2],[]]"};
-    const auto sizes = document.root().require<JsonArray>().map([](const JsonValue& element) {
-        const auto array = element.require<JsonArray>();
-        EXPECT_EQ(array.map([](const JsonValue& value) { return value.integer().value(); }),
-                  array.size() == 0 ? std::vector<std::int64_t>{} : (std::vector<std::int64_t>{3, 1, 2}));
-        return array.size();
-    });
-    EXPECT_THAT(sizes, ElementsAre(3, 0));
 }
 
 }  // namespace

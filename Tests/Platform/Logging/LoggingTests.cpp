@@ -1,11 +1,14 @@
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include <Platform/Logging/DebugChannel.hpp>
 
+#include <algorithm>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -22,27 +25,32 @@ using testing::HasSubstr;
 
 class LoggingTest : public testing::Test {
 protected:
-    ~LoggingTest() override { Logging::setSink(nullptr); }
-
     void recordMessages() {
         Logging::setSink([this](const Logging::Entry& entry) { messages_.emplace_back(entry.message); });
     }
 
     std::vector<std::string> messages_;
+
+private:
+    ScopedProcessValues scope_;
 };
+
+void write(std::string_view message) {
+    DebugChannel::write(message, "function");
+}
 
 TEST_F(LoggingTest, IsSilentUnlessTheHostSwitchesItOn) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     EXPECT_FALSE(DebugChannel::isOpen());
     EXPECT_EQ(Logging::logger(), nullptr);
-    DebugChannel::write("lost", "function");
+    write("lost");
     recordMessages();
     EXPECT_TRUE(DebugChannel::isOpen());
-    DebugChannel::write("kept", "function");
+    write("kept");
     Logging::setSink(nullptr);
     EXPECT_FALSE(DebugChannel::isOpen());
-    DebugChannel::write("lost again", "function");
+    write("lost again");
     Logging::setLogger(nullptr);
     EXPECT_THAT(messages_, ElementsAre("kept"));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -50,14 +58,12 @@ TEST_F(LoggingTest, IsSilentUnlessTheHostSwitchesItOn) {
 }
 
 TEST_F(LoggingTest, TellsWhereAnEntryComesFrom) {
-    std::vector<std::string> places;
+    std::string place;
     Logging::setSink([&](const Logging::Entry& entry) {
-        places.push_back(std::string{entry.function} + ' ' + entry.file + ' ' + std::to_string(entry.line));
-        EXPECT_EQ(entry.severity, Logging::Severity::debug);
+        place = std::string{entry.function} + ' ' + entry.file + ' ' + std::to_string(entry.line);
     });
-    const int line = __LINE__ + 1;
     [] { DebugChannel::write("text", "sendRequest(url:)"); }();
-    EXPECT_THAT(places, ElementsAre("sendRequest(url:) " __FILE__ " " + std::to_string(line)));
+    EXPECT_EQ(place, "sendRequest(url:) " __FILE__ " " + std::to_string(__LINE__ - 1));
 }
 
 TEST_F(LoggingTest, PassesTextAsItStands) {
@@ -65,9 +71,7 @@ TEST_F(LoggingTest, PassesTextAsItStands) {
     const std::vector<std::string> texts{
         R"({"a":{},"b":"{0}{:d}%s%n"})", "curl -v \\\n\t-X GET\n", "", std::string("a\0b", 3), "\xFF\u00E9",
         std::string(100'000, 'x')};
-    for (const auto& text : texts) {
-        DebugChannel::write(text, "function");
-    }
+    std::ranges::for_each(texts, write);
     EXPECT_EQ(messages_, texts);
 }
 
@@ -96,12 +100,12 @@ TEST_F(LoggingTest, UsesTheHostsLoggerAtItsOwnLevel) {
     Logging::setLogger(logger);
     EXPECT_EQ(Logging::logger(), logger);
     EXPECT_FALSE(DebugChannel::isOpen());
-    DebugChannel::write("below {}", "function");
+    write("below {}");
     EXPECT_EQ(text.str(), "");
 
     logger->set_level(spdlog::level::debug);
     EXPECT_TRUE(DebugChannel::isOpen());
-    DebugChannel::write("above {}", "function");
+    write("above {}");
     EXPECT_EQ(text.str(), "host debug function above {}\n");
 
     logger->set_level(spdlog::level::info);
@@ -118,9 +122,9 @@ TEST_F(LoggingTest, FailuresOfASinkAreReportedAndStayThere) {
         throw calls;
     });
     testing::internal::CaptureStderr();
-    EXPECT_NO_THROW(DebugChannel::write("text", "function"));
+    write("text");
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("disk full"));
-    EXPECT_NO_THROW(DebugChannel::write("text", "function"));
+    write("text");
     EXPECT_EQ(calls, 2);
 
     std::string reported;
@@ -128,49 +132,44 @@ TEST_F(LoggingTest, FailuresOfASinkAreReportedAndStayThere) {
         reported = text;
         throw std::runtime_error{"from the error handler"};
     });
-    EXPECT_NO_THROW(DebugChannel::write("text", "function"));
+    write("text");
     EXPECT_THAT(reported, HasSubstr("no standard exception"));
 }
 
 TEST_F(LoggingTest, ASinkThatMakesTheLibraryLogIsNotCalledForThat) {
     Logging::setSink([this, owned = std::string(100, 'x')](const Logging::Entry& entry) {
         EXPECT_FALSE(DebugChannel::isOpen());
-        DebugChannel::write("from inside", "function");
+        write("from inside");
         Logging::setSink(nullptr);
         messages_.push_back(std::string{entry.message} + owned.back());
     });
-    DebugChannel::write("text", "function");
+    write("text");
     EXPECT_THAT(messages_, ElementsAre("textx"));
     recordMessages();
-    DebugChannel::write("next", "function");
+    write("next");
     EXPECT_THAT(messages_, ElementsAre("textx", "next"));
 }
 
 TEST_F(LoggingTest, CallsASinkOnceAtATimeWhileItMayBeReplaced) {
     int callsWithoutLock = 0;
-    const auto sink = [&callsWithoutLock](const Logging::Entry&) { ++callsWithoutLock; };
-    Logging::setSink(sink);
+    Logging::setSink([&callsWithoutLock](const Logging::Entry&) { ++callsWithoutLock; });
     const auto first = Logging::logger();
     std::vector<std::jthread> threads;
-    threads.reserve(4);
-    for (int thread = 0; thread < 3; ++thread) {
-        threads.emplace_back([] {
-            for (int count = 0; count < 300; ++count) {
-                DebugChannel::write("text", "function");
-            }
-        });
-    }
+    const auto startThree = [&] {
+        for (int thread = 0; thread < 3; ++thread) {
+            threads.emplace_back([] {
+                for (int count = 0; count < 300; ++count) {
+                    if (DebugChannel::isOpen()) {
+                        write("text");
+                    }
+                }
+            });
+        }
+    };
+    startThree();
     threads.clear();
     EXPECT_EQ(callsWithoutLock, 900);
-    for (int thread = 0; thread < 2; ++thread) {
-        threads.emplace_back([] {
-            for (int count = 0; count < 300; ++count) {
-                if (DebugChannel::isOpen()) {
-                    DebugChannel::write("text", "function");
-                }
-            }
-        });
-    }
+    startThree();
     for (int count = 0; count < 300; ++count) {
         Logging::setLogger(count % 2 == 0 ? nullptr : first);
     }

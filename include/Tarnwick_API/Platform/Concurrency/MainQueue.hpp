@@ -8,8 +8,9 @@ namespace Tarnwick_API::Platform {
 
 /// The one executor on which answers, retries and completion callbacks are delivered.
 ///
-/// A host with an event loop of its own (Qt, GLib, Cocoa) implements the two operations and installs its queue with
-/// `setMain` before the first request. A program without one runs a `BuiltInMainQueue`.
+/// A host with an event loop of its own (Qt, GLib, Cocoa) implements the two operations, whose names say when a task
+/// runs and leave it to the queue how, and installs its queue with `setMain` before the first request. A program
+/// without one runs a `BuiltInMainQueue`.
 /// Thread: both operations may be called from any thread; tasks run on the queue's own thread, one at a time.
 class MainQueue {
 public:
