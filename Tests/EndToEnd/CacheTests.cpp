@@ -1,7 +1,7 @@
 #include <Tarnwick_API/Platform/Application/WallClock.hpp>
 #include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
-#include "HttpDate.hpp"
+#include "Http/HttpDate.hpp"
 #include "ServiceFixture.hpp"
 
 #include <atomic>

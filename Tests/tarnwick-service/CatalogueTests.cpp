@@ -1,4 +1,4 @@
-#include "Catalogue.hpp"
+#include "Model/Catalogue.hpp"
 
 #include <algorithm>
 #include <set>

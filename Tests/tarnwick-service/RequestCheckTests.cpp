@@ -1,4 +1,4 @@
-#include "RequestCheck.hpp"
+#include "Api/RequestCheck.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,13 +1,13 @@
 #include "Service.hpp"
 
-#include "AccountApi.hpp"
-#include "Caller.hpp"
-#include "CatalogueApi.hpp"
-#include "ControlApi.hpp"
-#include "HttpServer.hpp"
-#include "RequestCheck.hpp"
-#include "Router.hpp"
-#include "StatusApi.hpp"
+#include "Api/AccountApi.hpp"
+#include "Api/CatalogueApi.hpp"
+#include "Api/RequestCheck.hpp"
+#include "Api/Router.hpp"
+#include "Api/StatusApi.hpp"
+#include "Control/ControlApi.hpp"
+#include "Http/HttpServer.hpp"
+#include "Model/Caller.hpp"
 
 #include <stdexcept>
 
