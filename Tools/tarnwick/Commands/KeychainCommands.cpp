@@ -1,12 +1,12 @@
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
-#include "Command.hpp"
-#include "Failure.hpp"
-#include "KeptItem.hpp"
-#include "Settings.hpp"
-#include "Table.hpp"
-#include "WaitingLine.hpp"
+#include "Commands/Command.hpp"
+#include "Configuration/Settings.hpp"
+#include "Failures/Failure.hpp"
+#include "Keychain/KeptItem.hpp"
+#include "Output/Table.hpp"
+#include "Terminal/WaitingLine.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
-#include "Terminal.hpp"
+#include "Terminal/Terminal.hpp"
 
-#include "Failure.hpp"
+#include "Failures/Failure.hpp"
 
 #include <array>
 #include <cerrno>

@@ -6,9 +6,9 @@
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Records/OAuthToken.hpp>
 
-#include "Failure.hpp"
-#include "Settings.hpp"
-#include "WatchedSession.hpp"
+#include "Client/WatchedSession.hpp"
+#include "Configuration/Settings.hpp"
+#include "Failures/Failure.hpp"
 
 #include <functional>
 #include <memory>

@@ -1,10 +1,10 @@
-#include "Settings.hpp"
+#include "Configuration/Settings.hpp"
 
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
 
-#include "ConfigurationFile.hpp"
-#include "Failure.hpp"
-#include "UserFolders.hpp"
+#include "Configuration/ConfigurationFile.hpp"
+#include "Configuration/UserFolders.hpp"
+#include "Failures/Failure.hpp"
 
 #include <algorithm>
 #include <cctype>

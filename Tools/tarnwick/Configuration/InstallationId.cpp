@@ -1,6 +1,6 @@
-#include "InstallationId.hpp"
+#include "Configuration/InstallationId.hpp"
 
-#include "Failure.hpp"
+#include "Failures/Failure.hpp"
 
 #include <fstream>
 #include <optional>

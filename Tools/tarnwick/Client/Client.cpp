@@ -1,11 +1,11 @@
-#include "Client.hpp"
+#include "Client/Client.hpp"
 
 #include <Tarnwick_API/Tarnwick_API.hpp>
 
-#include "InstallationId.hpp"
-#include "KeptItem.hpp"
-#include "UserFolders.hpp"
-#include "WaitingLine.hpp"
+#include "Configuration/InstallationId.hpp"
+#include "Configuration/UserFolders.hpp"
+#include "Keychain/KeptItem.hpp"
+#include "Terminal/WaitingLine.hpp"
 
 #include <chrono>
 #include <string_view>

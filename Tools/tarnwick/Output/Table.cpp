@@ -1,6 +1,6 @@
-#include "Table.hpp"
+#include "Output/Table.hpp"
 
-#include "DisplayText.hpp"
+#include "Output/DisplayText.hpp"
 
 #include <algorithm>
 #include <numeric>

@@ -1,7 +1,7 @@
-#include "LocationTables.hpp"
+#include "Output/LocationTables.hpp"
 
-#include "RecordJson.hpp"
-#include "Table.hpp"
+#include "Output/RecordJson.hpp"
+#include "Output/Table.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "Failure.hpp"
+#include "Failures/Failure.hpp"
 
 #include <Tarnwick_API/Storage/Keychain.hpp>
 

@@ -3,7 +3,7 @@
 #include <Tarnwick_API/Calls/ApiError.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
-#include "ExitStatus.hpp"
+#include "Failures/ExitStatus.hpp"
 
 #include <stdexcept>
 #include <string>

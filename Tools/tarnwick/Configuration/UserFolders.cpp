@@ -1,4 +1,4 @@
-#include "UserFolders.hpp"
+#include "Configuration/UserFolders.hpp"
 
 #include <cstdlib>
 

@@ -1,4 +1,4 @@
-#include "KeptItem.hpp"
+#include "Keychain/KeptItem.hpp"
 
 #include <Tarnwick_API/Storage/Keychain.hpp>
 

@@ -1,9 +1,9 @@
-#include "KeychainChoice.hpp"
+#include "Keychain/KeychainChoice.hpp"
 
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
-#include "Failure.hpp"
+#include "Failures/Failure.hpp"
 
 #include <memory>
 

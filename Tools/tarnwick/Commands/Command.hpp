@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExitStatus.hpp"
+#include "Failures/ExitStatus.hpp"
 
 #include <cstddef>
 #include <functional>

@@ -1,7 +1,7 @@
-#include "Credentials.hpp"
+#include "Terminal/Credentials.hpp"
 
-#include "Failure.hpp"
-#include "Terminal.hpp"
+#include "Failures/Failure.hpp"
+#include "Terminal/Terminal.hpp"
 
 #include <cstdlib>
 #include <iostream>

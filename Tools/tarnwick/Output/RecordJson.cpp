@@ -1,4 +1,4 @@
-#include "RecordJson.hpp"
+#include "Output/RecordJson.hpp"
 
 #include <array>
 #include <chrono>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Settings.hpp"
+#include "Configuration/Settings.hpp"
 
 namespace TarnwickClient {
 

@@ -1,8 +1,8 @@
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 
-#include "Client.hpp"
-#include "Command.hpp"
-#include "LocationTables.hpp"
+#include "Client/Client.hpp"
+#include "Commands/Command.hpp"
+#include "Output/LocationTables.hpp"
 
 #include <algorithm>
 #include <cctype>

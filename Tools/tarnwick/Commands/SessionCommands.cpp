@@ -1,9 +1,9 @@
-#include "Client.hpp"
-#include "Command.hpp"
-#include "Credentials.hpp"
-#include "DisplayText.hpp"
-#include "RecordJson.hpp"
-#include "Table.hpp"
+#include "Client/Client.hpp"
+#include "Commands/Command.hpp"
+#include "Output/DisplayText.hpp"
+#include "Output/RecordJson.hpp"
+#include "Output/Table.hpp"
+#include "Terminal/Credentials.hpp"
 
 #include <CLI/CLI.hpp>
 

@@ -1,7 +1,7 @@
-#include "WaitingLine.hpp"
+#include "Terminal/WaitingLine.hpp"
 
-#include "DisplayText.hpp"
-#include "Terminal.hpp"
+#include "Output/DisplayText.hpp"
+#include "Terminal/Terminal.hpp"
 
 #include <array>
 #include <iostream>

@@ -1,4 +1,4 @@
-#include "DisplayText.hpp"
+#include "Output/DisplayText.hpp"
 
 #include <cwchar>
 #include <optional>

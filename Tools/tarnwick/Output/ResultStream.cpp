@@ -1,6 +1,6 @@
-#include "ResultStream.hpp"
+#include "Output/ResultStream.hpp"
 
-#include "Failure.hpp"
+#include "Failures/Failure.hpp"
 
 #include <cerrno>
 #include <string>

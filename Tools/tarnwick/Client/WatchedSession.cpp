@@ -1,4 +1,4 @@
-#include "WatchedSession.hpp"
+#include "Client/WatchedSession.hpp"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "ConfigurationFile.hpp"
+#include "Configuration/ConfigurationFile.hpp"
 
 #include <cstdlib>
 #include <set>

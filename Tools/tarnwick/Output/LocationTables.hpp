@@ -4,7 +4,7 @@
 #include <Tarnwick_API/Records/FavoriteEntry.hpp>
 #include <Tarnwick_API/Records/Server.hpp>
 
-#include "Command.hpp"
+#include "Commands/Command.hpp"
 
 #include <vector>
 

@@ -7,7 +7,7 @@
 #include <Tarnwick_API/Records/Status.hpp>
 #include <Tarnwick_API/Records/User.hpp>
 
-#include "Command.hpp"
+#include "Commands/Command.hpp"
 
 #include <optional>
 #include <string>
