@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -70,6 +71,9 @@ public:
 private:
     unsigned status_;
 };
+
+/// Called on the connections' threads, so by many at once. A `Refusal` becomes its answer.
+using RequestHandler = std::function<Answer(const Request&)>;
 
 /// The request is not what the service's clients send.
 constexpr unsigned malformedRequestStatus = 422;

@@ -16,9 +16,6 @@ namespace TarnwickService {
 /// requests as the client likes.
 class HttpServer {
 public:
-    /// Called on the connections' threads, so by many at once. A `Refusal` becomes its answer.
-    using Handler = std::function<Answer(const Request&)>;
-
     struct Settings {
         std::string address = "127.0.0.1";
         std::uint16_t port = 0;
@@ -35,8 +32,8 @@ public:
 
     std::uint16_t port() const;
 
-    /// Begins to answer; to be called once.
-    void start(Handler handler);
+    /// Begins to answer, on the connections' threads; to be called once.
+    void start(RequestHandler handler);
 
     /// Cuts every connection and waits for the threads. A handler that waits must have been told to give up before.
     void stop();
