@@ -1,5 +1,7 @@
 #include "Api/AccountApi.hpp"
 
+#include "Api/Refusals.hpp"
+
 #include <algorithm>
 #include <array>
 #include <ctime>
@@ -34,14 +36,14 @@ void requireMachineId(const std::string& id) {
         return expected == '-' ? c == '-' : (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F');
     });
     if (!fits) {
-        throw Refusal(malformedRequestStatus, "machine id: \"" + id + "\" is not an upper-case UUID");
+        refuseMalformed("machine id: \"" + id + "\" is not an upper-case UUID");
     }
 }
 
 std::string requireText(Parameters& parameters, std::string_view key) {
     std::string value = parameters.require(key);
     if (value.empty()) {
-        throw Refusal(malformedRequestStatus, "parameter " + std::string(key) + " is empty");
+        refuseMalformed("parameter " + std::string(key) + " is empty");
     }
     return value;
 }
@@ -98,7 +100,7 @@ Answer AccountApi::signIn(const Request& request) {
     parameters.requireValue("x_auth_mode", "client_auth");
     const std::optional<std::string> import = parameters.take("import");
     if (import && *import != "1") {
-        throw Refusal(malformedRequestStatus, "parameter import: \"" + *import + "\" instead of \"1\"");
+        refuseMalformed("parameter import: \"" + *import + "\" instead of \"1\"");
     }
     parameters.requireNoMore();
     const std::optional<Account> account = accounts_.findByName(username);
@@ -173,15 +175,15 @@ Answer AccountApi::updateAccount(const Request& request) {
             continue;
         }
         if (value->empty()) {
-            throw Refusal(malformedRequestStatus, "parameter " + std::string(key) + " is empty");
+            refuseMalformed("parameter " + std::string(key) + " is empty");
         }
         if (change) {
-            throw Refusal(malformedRequestStatus, "only one member can be changed at a time");
+            refuseMalformed("only one member can be changed at a time");
         }
         change.emplace(field, std::move(*value));
     }
     if (!change) {
-        throw Refusal(malformedRequestStatus, "none of new_username, new_password and new_email is there");
+        refuseMalformed("none of new_username, new_password and new_email is there");
     }
     const std::optional<std::string> oldPassword =
         change->first == AccountField::password ? parameters.take("old_password") : std::nullopt;
@@ -212,7 +214,7 @@ Session AccountApi::session(const Request& request) const {
 Account AccountApi::accountOf(const Session& session) const {
     std::optional<Account> account = accounts_.find(session.accountId);
     if (!account) {
-        throw Refusal(sessionRefusalStatus, std::string(notLoggedIn));
+        refuseSession(notLoggedIn);
     }
     return std::move(*account);
 }

@@ -1,6 +1,7 @@
 #include "Api/CatalogueApi.hpp"
 
 #include "Api/CatalogueRecords.hpp"
+#include "Api/Refusals.hpp"
 #include "Http/HttpDate.hpp"
 
 #include <charconv>
@@ -14,14 +15,10 @@ namespace {
 constexpr std::size_t mostCachedAnswers = 16;
 constexpr std::size_t candidateCount = 20;
 
-[[noreturn]] void refuse(const std::string& text) {
-    throw Refusal(malformedRequestStatus, text);
-}
-
 void requireAngle(const char* name, double angle, double largest) {
     if (!std::isfinite(angle) || std::abs(angle) > largest) {
-        refuse(std::string("parameter ") + name + " is not an angle between -" + std::to_string(largest) + " and " +
-               std::to_string(largest));
+        refuseMalformed(std::string("parameter ") + name + " is not an angle between -" + std::to_string(largest) +
+                        " and " + std::to_string(largest));
     }
 }
 
@@ -64,7 +61,7 @@ Answer CatalogueApi::server(const Request& request, std::string_view id) {
 std::string CatalogueApi::makeList(Parameters parameters) const {
     const std::optional<std::int64_t> filter = parameters.takeInteger("filter");
     if (!filter) {
-        refuse("parameter filter is missing");
+        refuseMalformed("parameter filter is missing");
     }
     const Coordinates origin = takeOrigin(parameters);
     std::optional<Usage> countries;
@@ -95,7 +92,7 @@ std::string CatalogueApi::makeServerList(std::int64_t filter, Parameters& parame
     parameters.requireNoMore();
     if (filter == filters_.smartServersCandidates) {
         if (!query.countryCode.empty()) {
-            refuse("filter " + std::to_string(filter) + " chooses the country itself");
+            refuseMalformed("filter " + std::to_string(filter) + " chooses the country itself");
         }
         query.candidatesOnly = true;
     } else if (filter == filters_.generalServersCandidatesPerCountry) {
@@ -107,7 +104,7 @@ std::string CatalogueApi::makeServerList(std::int64_t filter, Parameters& parame
         query.candidatesOnly = true;
         query.streamingOnly = true;
     } else if (filter != filters_.generalServersPerCountry) {
-        refuse("parameter filter: there is no filter " + std::to_string(filter));
+        refuseMalformed("parameter filter: there is no filter " + std::to_string(filter));
     }
     if (query.candidatesOnly) {
         query.limit = candidateCount;
@@ -119,7 +116,7 @@ Coordinates CatalogueApi::takeOrigin(Parameters& parameters) const {
     const std::optional<double> latitude = parameters.takeReal("filter_user_latitude");
     const std::optional<double> longitude = parameters.takeReal("filter_user_longitude");
     if (latitude.has_value() != longitude.has_value()) {
-        refuse("coordinates come in pairs");
+        refuseMalformed("coordinates come in pairs");
     }
     if (!latitude) {
         return caller_.place.coordinates;

@@ -1,5 +1,7 @@
 #include "Api/RequestCheck.hpp"
 
+#include "Api/Refusals.hpp"
+
 #include <algorithm>
 
 namespace TarnwickService {
@@ -13,16 +15,8 @@ constexpr std::string_view signatureWithoutToken = R"(, oauth_signature=")";
 static_assert(prefix.size() == 83 && tokenOpener.size() == 14 && signatureAfterToken.size() == 20 &&
               signatureWithoutToken.size() == 19);
 
-[[noreturn]] void refuse(const std::string& text) {
-    throw Refusal(malformedRequestStatus, text);
-}
-
-[[noreturn]] void refuseSession(std::string_view text) {
-    throw Refusal(sessionRefusalStatus, std::string(text));
-}
-
 [[noreturn]] void refuseForm(std::string_view header) {
-    refuse("Authorization: not in the form that clients write: " + std::string(header));
+    refuseMalformed("Authorization: not in the form that clients write: " + std::string(header));
 }
 
 bool takePrefix(std::string_view& text, std::string_view start) {
@@ -47,14 +41,15 @@ void requireSignature(std::string_view rest, std::string_view consumerSecret, st
 
 std::string_view oneHeader(const Request& request, std::string_view name) {
     if (request.headerCount(name) != 1) {
-        refuse(std::string(name) + ": expected once, found " + std::to_string(request.headerCount(name)));
+        refuseMalformed(std::string(name) + ": expected once, found " + std::to_string(request.headerCount(name)));
     }
     return *request.header(name);
 }
 
 void requireHeader(const Request& request, std::string_view name, std::string_view expected) {
     if (const std::string_view value = oneHeader(request, name); value != expected) {
-        refuse(std::string(name) + ": \"" + std::string(value) + "\" instead of \"" + std::string(expected) + '"');
+        refuseMalformed(std::string(name) + ": \"" + std::string(value) + "\" instead of \"" + std::string(expected) +
+                        '"');
     }
 }
 
@@ -157,10 +152,10 @@ void RequestCheck::nothingButAuthorization(const Request& request) const {
     }
     noStandardHeaders(request);
     if (request.query()) {
-        refuse("no query belongs to this operation");
+        refuseMalformed("no query belongs to this operation");
     }
     if (!request.body.empty()) {
-        refuse("no body belongs to this operation");
+        refuseMalformed("no body belongs to this operation");
     }
 }
 
@@ -171,23 +166,23 @@ void RequestCheck::standardHeaders(const Request& request) const {
 
 void RequestCheck::noStandardHeaders(const Request& request) const {
     if (request.headerCount("Content-Type") != 0) {
-        refuse("Content-Type: does not belong to this operation");
+        refuseMalformed("Content-Type: does not belong to this operation");
     }
     // HTTP libraries add this one by themselves.
     if (request.header("Accept").value_or("*/*") != "*/*") {
-        refuse("Accept: does not belong to this operation");
+        refuseMalformed("Accept: does not belong to this operation");
     }
 }
 
 Parameters RequestCheck::read(const Request& request, Encoding encoding) const {
     if (encoding == Encoding::query) {
         if (strict_ && !request.body.empty()) {
-            refuse("no body belongs to this operation");
+            refuseMalformed("no body belongs to this operation");
         }
         return readUrlEncoded(request.query().value_or(""), strict_);
     }
     if (strict_ && request.query()) {
-        refuse("no query belongs to this operation");
+        refuseMalformed("no query belongs to this operation");
     }
     return encoding == Encoding::json ? readJsonObject(request.body, strict_) : readUrlEncoded(request.body, strict_);
 }
@@ -200,13 +195,13 @@ Parameters RequestCheck::withoutDefaults(Parameters parameters) const {
         return parameters;
     }
     if (const std::string language = parameters.require("language"); !isLanguage(language)) {
-        refuse("parameter language: \"" + language + "\" is not a language code");
+        refuseMalformed("parameter language: \"" + language + "\" is not a language code");
     }
     if (const std::string region = parameters.require("region"); !isRegion(region)) {
-        refuse("parameter region: \"" + region + "\" is not a region code");
+        refuseMalformed("parameter region: \"" + region + "\" is not a region code");
     }
     if (parameters.require("version").empty()) {
-        refuse("parameter version is empty");
+        refuseMalformed("parameter version is empty");
     }
     parameters.requireValue("os", "mac");
     parameters.requireValue("partnersId", partnersId_);

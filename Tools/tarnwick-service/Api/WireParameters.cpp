@@ -1,6 +1,6 @@
 #include "Api/WireParameters.hpp"
 
-#include "Http/Exchange.hpp"
+#include "Api/Refusals.hpp"
 
 #include <algorithm>
 #include <array>
@@ -10,10 +10,6 @@
 
 namespace TarnwickService {
 namespace {
-
-[[noreturn]] void refuse(const std::string& text) {
-    throw Refusal(malformedRequestStatus, text);
-}
 
 constexpr std::string_view upperHexDigits = "0123456789ABCDEF";
 constexpr std::string_view lowerHexDigits = "0123456789abcdef";
@@ -49,13 +45,13 @@ std::string escaped(std::string_view text) {
 std::string decodedPart(std::string_view part, bool strict) {
     std::optional<std::string> decoded = percentDecoded(part);
     if (!decoded) {
-        refuse("parameters: broken escape in \"" + std::string(part) + '"');
+        refuseMalformed("parameters: broken escape in \"" + std::string(part) + '"');
     }
     if (strict && part.find('%') == std::string_view::npos && std::ranges::all_of(part, staysUnescaped)) {
         return std::move(*decoded);
     }
     if (strict && escaped(*decoded) != part) {
-        refuse("parameters: \"" + std::string(part) + "\" should be escaped as \"" + escaped(*decoded) + '"');
+        refuseMalformed("parameters: \"" + std::string(part) + "\" should be escaped as \"" + escaped(*decoded) + '"');
     }
     return std::move(*decoded);
 }
@@ -120,7 +116,7 @@ Number parseNumber(std::string_view key, const std::string& text) {
     Number number{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size()) {
-        refuse("parameter " + std::string(key) + ": \"" + text + "\" is not a number");
+        refuseMalformed("parameter " + std::string(key) + ": \"" + text + "\" is not a number");
     }
     return number;
 }
@@ -140,7 +136,7 @@ std::optional<std::string> Parameters::take(std::string_view key) {
 std::string Parameters::require(std::string_view key) {
     std::optional<std::string> value = take(key);
     if (!value) {
-        refuse("parameter " + std::string(key) + " is missing");
+        refuseMalformed("parameter " + std::string(key) + " is missing");
     }
     return std::move(*value);
 }
@@ -148,7 +144,8 @@ std::string Parameters::require(std::string_view key) {
 void Parameters::requireValue(std::string_view key, std::string_view value) {
     const std::string given = require(key);
     if (given != value) {
-        refuse("parameter " + std::string(key) + ": \"" + given + "\" instead of \"" + std::string(value) + '"');
+        refuseMalformed("parameter " + std::string(key) + ": \"" + given + "\" instead of \"" + std::string(value) +
+                        '"');
     }
 }
 
@@ -164,7 +161,7 @@ std::optional<double> Parameters::takeReal(std::string_view key) {
 
 void Parameters::requireNoMore() const {
     if (!entries_.empty()) {
-        refuse("parameter " + entries_.front().first + " is not one of this operation");
+        refuseMalformed("parameter " + entries_.front().first + " is not one of this operation");
     }
 }
 
@@ -192,19 +189,19 @@ Parameters readUrlEncoded(std::string_view text, bool strict) {
         const auto ampersand = std::min(text.find('&'), text.size());
         const std::string_view pair = text.substr(0, ampersand);
         if (strict && ampersand + 1 == text.size()) {
-            refuse("parameters: nothing follows the last '&'");
+            refuseMalformed("parameters: nothing follows the last '&'");
         }
         text.remove_prefix(std::min(ampersand + 1, text.size()));
         const auto equals = pair.find('=');
         if (equals == std::string_view::npos) {
             if (strict) {
-                refuse("parameters: no '=' in \"" + std::string(pair) + '"');
+                refuseMalformed("parameters: no '=' in \"" + std::string(pair) + '"');
             }
             continue;
         }
         std::string key = decodedPart(pair.substr(0, equals), strict);
         if (strict && !entries.empty() && key <= entries.back().first) {
-            refuse("parameters: key " + key + " does not sort after " + entries.back().first);
+            refuseMalformed("parameters: key " + key + " does not sort after " + entries.back().first);
         }
         entries.emplace_back(std::move(key), decodedPart(pair.substr(equals + 1), strict));
     }
@@ -216,21 +213,21 @@ Parameters readJsonObject(std::string_view text, bool strict) {
     try {
         object = nlohmann::json::parse(text);
     } catch (const nlohmann::json::exception& error) {
-        refuse(std::string("JSON body: ") + error.what());
+        refuseMalformed(std::string("JSON body: ") + error.what());
     }
     if (!object.is_object()) {
-        refuse("JSON body: not an object");
+        refuseMalformed("JSON body: not an object");
     }
     std::vector<std::pair<std::string, std::string>> entries;
     for (auto& [key, value] : object.items()) {
         if (!value.is_string()) {
-            refuse("JSON body: the value of " + key + " is not a text");
+            refuseMalformed("JSON body: the value of " + key + " is not a text");
         }
         entries.emplace_back(key, value.get<std::string>());
     }
     if (strict) {
         if (const std::string canonical = canonicalJson(entries); canonical != text) {
-            refuse("JSON body: should be written " + canonical);
+            refuseMalformed("JSON body: should be written " + canonical);
         }
     }
     return Parameters(std::move(entries));

@@ -75,16 +75,4 @@ private:
 /// Called on the connections' threads, so by many at once. A `Refusal` becomes its answer.
 using RequestHandler = std::function<Answer(const Request&)>;
 
-/// The request is not what the service's clients send.
-constexpr unsigned malformedRequestStatus = 422;
-
-/// Consumer and session refusals. Clients tell them apart by the text, which they read only where the status has no
-/// meaning of its own for them: 400, 401, 403 and 404 are taken for what they are and their text is dropped.
-constexpr unsigned sessionRefusalStatus = 420;
-
-constexpr std::string_view notLoggedIn = "Not logged in";
-constexpr std::string_view invalidConsumerRights = "Invalid consumer access rights";
-constexpr std::string_view invalidConsumerKey = "Invalid consumer key";
-constexpr std::string_view consumerKeyMissing = "Consumer key missing or invalid";
-
 }  // namespace TarnwickService
