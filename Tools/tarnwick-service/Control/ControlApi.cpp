@@ -1,21 +1,13 @@
 #include "Control/ControlApi.hpp"
 
+#include "Control/ControlJson.hpp"
+#include "Control/FaultJson.hpp"
 #include "Service.hpp"
 
-#include <charconv>
-
-#include <nlohmann/json.hpp>
+#include <utility>
 
 namespace TarnwickService {
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-constexpr unsigned badRequest = 400;
-
-[[noreturn]] void refuse(const std::string& text) {
-    throw Refusal(badRequest, text);
-}
 
 Answer json(unsigned status, const Json& value) {
     Answer answer;
@@ -29,159 +21,6 @@ Answer noContent() {
     Answer answer;
     answer.status = 204;
     return answer;
-}
-
-Json parse(std::string_view body) {
-    try {
-        return Json::parse(body);
-    } catch (const Json::exception& error) {
-        refuse(error.what());
-    }
-}
-
-/// Takes the known members out of an object, so that a misspelt one does not go unnoticed.
-class Members {
-public:
-    explicit Members(Json object) : object_(std::move(object)) {
-        if (!object_.is_object()) {
-            refuse("an object is expected");
-        }
-    }
-
-    std::optional<Json> take(const char* name) {
-        const auto found = object_.find(name);
-        if (found == object_.end()) {
-            return std::nullopt;
-        }
-        Json value = std::move(*found);
-        object_.erase(found);
-        return value;
-    }
-
-    std::optional<std::string> text(const char* name) {
-        const auto value = take(name);
-        if (value && !value->is_string()) {
-            refuse(std::string(name) + ": a text is expected");
-        }
-        return value ? std::optional(value->get<std::string>()) : std::nullopt;
-    }
-
-    std::optional<std::uint64_t> number(const char* name, std::uint64_t largest) {
-        const auto value = take(name);
-        if (value && (!value->is_number_unsigned() || value->get<std::uint64_t>() > largest)) {
-            refuse(std::string(name) + ": a number from 0 to " + std::to_string(largest) + " is expected");
-        }
-        return value ? std::optional(value->get<std::uint64_t>()) : std::nullopt;
-    }
-
-    bool flag(const char* name, bool standard) {
-        const auto value = take(name);
-        if (value && !value->is_boolean()) {
-            refuse(std::string(name) + ": true or false is expected");
-        }
-        return value ? value->get<bool>() : standard;
-    }
-
-    void requireNoMore() const {
-        if (!object_.empty()) {
-            refuse("unknown member " + object_.begin().key());
-        }
-    }
-
-private:
-    Json object_;
-};
-
-std::string fromHexadecimal(const std::string& text) {
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size(); i += 2) {
-        unsigned char byte = 0;
-        const char* const end = text.data() + i + 2;
-        if (i + 2 > text.size() || std::from_chars(text.data() + i, end, byte, 16).ptr != end) {
-            refuse("body_hex: pairs of hexadecimal digits are expected");
-        }
-        bytes += static_cast<char>(byte);
-    }
-    return bytes;
-}
-
-std::string repeated(const std::string& text, std::size_t times) {
-    constexpr std::size_t largestBody = std::size_t{256} << 20U;
-    if (!text.empty() && times > largestBody / text.size()) {
-        refuse("repeat: the body would be larger than " + std::to_string(largestBody) + " bytes");
-    }
-    std::string result;
-    result.reserve(text.size() * times);
-    for (std::size_t i = 0; i < times; ++i) {
-        result += text;
-    }
-    return result;
-}
-
-Cut cutFrom(const std::string& text) {
-    if (text == "before_answer") {
-        return Cut::beforeAnswer;
-    }
-    if (text == "inside_header") {
-        return Cut::insideHeader;
-    }
-    if (text == "after_body_bytes") {
-        return Cut::afterBodyBytes;
-    }
-    refuse("cut: before_answer, inside_header or after_body_bytes is expected");
-}
-
-std::vector<std::pair<std::string, std::string>> headersFrom(const Json& object) {
-    std::vector<std::pair<std::string, std::string>> headers;
-    if (!object.is_object()) {
-        refuse("headers: an object of texts is expected");
-    }
-    for (const auto& [name, value] : object.items()) {
-        if (!value.is_string()) {
-            refuse("headers: an object of texts is expected");
-        }
-        headers.emplace_back(name, value.get<std::string>());
-    }
-    return headers;
-}
-
-Fault faultFrom(const Json& object) {
-    constexpr std::uint64_t mostRequests = 1'000'000'000;
-    constexpr std::uint64_t longestDelay = 3'600'000;
-    constexpr std::uint64_t largestStatus = 999;
-    constexpr std::uint64_t largestLength = std::uint64_t{1} << 62U;
-    Members members(object);
-    Fault fault;
-    fault.count = members.number("count", mostRequests).value_or(fault.count);
-    fault.path = members.text("path").value_or("");
-    fault.method = members.text("method").value_or("");
-    fault.delay = std::chrono::milliseconds(members.number("delay_ms", longestDelay).value_or(0));
-    if (const auto status = members.number("status", largestStatus)) {
-        constexpr std::uint64_t firstFinalStatus = 200;
-        if (*status < firstFinalStatus) {
-            refuse("status: a final one, from 200 on, is expected");
-        }
-        fault.status = static_cast<unsigned>(*status);
-    }
-    fault.body = members.text("body");
-    if (const auto hexadecimal = members.text("body_hex")) {
-        fault.body = fromHexadecimal(*hexadecimal);
-    }
-    if (const auto times = members.number("repeat", mostRequests); times && fault.body) {
-        fault.body = repeated(*fault.body, *times);
-    }
-    fault.contentType = members.text("content_type").value_or(fault.contentType);
-    if (const auto headers = members.take("headers")) {
-        fault.headers = headersFrom(*headers);
-    }
-    if (const auto cut = members.text("cut")) {
-        fault.cut = cutFrom(*cut);
-    }
-    fault.cutAfterBytes = members.number("cut_after_bytes", largestLength).value_or(0);
-    fault.contentLength = members.number("content_length", largestLength);
-    fault.takesEffect = members.flag("takes_effect", false);
-    members.requireNoMore();
-    return fault;
 }
 
 }  // namespace
@@ -261,7 +100,7 @@ Answer ControlApi::requests() const {
 }
 
 Answer ControlApi::createAccount(std::string_view body) const {
-    Members members(parse(body));
+    Members members(parseOrder(body));
     Account account;
     account.username = members.text("username").value_or("");
     account.password = members.text("password").value_or("");
@@ -271,10 +110,10 @@ Answer ControlApi::createAccount(std::string_view body) const {
     const Json devices = members.take("devices").value_or(Json::array());
     members.requireNoMore();
     if (account.username.empty() || account.password.empty()) {
-        refuse("an account needs a username and a password");
+        refuseOrder("an account needs a username and a password");
     }
     if (!devices.is_array()) {
-        refuse("devices: a list is expected");
+        refuseOrder("devices: a list is expected");
     }
     std::vector<Machine> machines;
     for (const Json& device : devices) {
@@ -297,16 +136,7 @@ Answer ControlApi::createAccount(std::string_view body) const {
 }
 
 Answer ControlApi::addFaults(std::string_view body) const {
-    const Json value = parse(body);
-    std::vector<Fault> faults;
-    if (value.is_array()) {
-        for (const Json& each : value) {
-            faults.push_back(faultFrom(each));
-        }
-    } else {
-        faults.push_back(faultFrom(value));
-    }
-    for (Fault& fault : faults) {
+    for (Fault& fault : readFaults(body)) {
         service_.faults().add(std::move(fault));
     }
     return noContent();
