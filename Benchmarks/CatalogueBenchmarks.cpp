@@ -4,10 +4,10 @@
 #include <Tarnwick_API/Tarnwick_API.hpp>
 
 #include "AllocationCount.hpp"
-#include "Catalogue.hpp"
-#include "CatalogueRecords.hpp"
+#include "Api/CatalogueRecords.hpp"
 #include "Configuration.hpp"
 #include "Measurements.hpp"
+#include "Model/Catalogue.hpp"
 #include "ServerListPeers.hpp"
 
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "ServiceProcess.hpp"
 
-#include "Certificates.hpp"
+#include "Certificates/Certificates.hpp"
 
 #include <array>
 #include <cerrno>

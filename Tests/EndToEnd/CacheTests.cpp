@@ -1,4 +1,11 @@
+<<<<<<< HEAD
 #include "HttpDate.hpp"
+=======
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
+
+#include "Http/HttpDate.hpp"
+>>>>>>> service
 #include "ServiceFixture.hpp"
 
 #include <atomic>

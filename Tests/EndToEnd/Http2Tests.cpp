@@ -1,4 +1,4 @@
-#include "Certificates.hpp"
+#include "Certificates/Certificates.hpp"
 #include "Program.hpp"
 #include "ServiceFixture.hpp"
 

@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include <Certificates.hpp>
+#include <Certificates/Certificates.hpp>
 #include <openssl/ssl.h>
 
 /// What a `ScriptedServer` does with one request.

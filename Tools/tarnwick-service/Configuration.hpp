@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Certificates.hpp"
+#include "Certificates/Certificates.hpp"
 
 #include <chrono>
 #include <cstddef>

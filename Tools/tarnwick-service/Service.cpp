@@ -1,63 +1,19 @@
 #include "Service.hpp"
 
-#include "AccountApi.hpp"
-#include "Caller.hpp"
-#include "CatalogueApi.hpp"
-#include "ControlApi.hpp"
-#include "HttpServer.hpp"
-#include "RequestCheck.hpp"
-#include "Router.hpp"
-#include "StatusApi.hpp"
+#include "Api/AccountApi.hpp"
+#include "Api/CatalogueApi.hpp"
+#include "Api/RequestCheck.hpp"
+#include "Api/Router.hpp"
+#include "Api/StatusApi.hpp"
+#include "Certificates/ServerCertificate.hpp"
+#include "Control/ControlApi.hpp"
+#include "Control/FaultInjection.hpp"
+#include "Http/HttpServer.hpp"
+#include "Model/Caller.hpp"
 
 #include <stdexcept>
 
-#include <arpa/inet.h>
-
 namespace TarnwickService {
-namespace {
-
-constexpr const char* loopback = "127.0.0.1";
-
-bool isAddress(const std::string& text) {
-    in6_addr buffer{};
-    return inet_pton(AF_INET, text.c_str(), &buffer) == 1 || inet_pton(AF_INET6, text.c_str(), &buffer) == 1;
-}
-
-std::string withoutPort(const std::string& host) {
-    if (host.starts_with('[')) {
-        return host.substr(1, host.find(']') - 1);
-    }
-    return host.substr(0, host.find(':'));
-}
-
-Certificate makeCertificate(const CertificateAuthority& authority, const Configuration& configuration) {
-    if (configuration.certificate) {
-        return *configuration.certificate;
-    }
-    CertificateRequest request;
-    request.dnsNames = {"localhost"};
-    request.ipAddresses = {loopback, "::1"};
-    std::vector<std::string> names = configuration.certificateNames;
-    if (!configuration.apiHost.empty()) {
-        names.push_back(withoutPort(configuration.apiHost));
-    }
-    for (std::string& name : names) {
-        (isAddress(name) ? request.ipAddresses : request.dnsNames).push_back(std::move(name));
-    }
-    constexpr std::chrono::hours thirtyDays{24 * 30};
-    request.validUntil = thirtyDays;
-    return authority.issue(request);
-}
-
-Answer replacement(const Fault& fault) {
-    Answer answer;
-    answer.status = fault.status.value_or(answer.status);
-    answer.body = fault.body.value_or("");
-    answer.contentType = fault.contentType;
-    return answer;
-}
-
-}  // namespace
 
 class Service::Implementation {
 public:
@@ -68,7 +24,7 @@ public:
           caller_(makeCaller(configuration_.callerAddress, configuration_.callerZone, catalogue_.places())),
           traffic_(configuration_.recordRequests),
           authority_(CertificateAuthority::create()),
-          certificate_(makeCertificate(authority_, configuration_)) {}
+          certificate_(makeServerCertificate(authority_, configuration_)) {}
 
     ~Implementation() { stop(); }
     Implementation(const Implementation&) = delete;
@@ -114,8 +70,9 @@ private:
             if (owner.configuration_.controlPort) {
                 // Bodies of faults come this way.
                 constexpr std::size_t largestControlBody = std::size_t{64} << 20U;
-                control = std::make_unique<HttpServer>(HttpServer::Settings{
-                    .address = loopback, .port = *owner.configuration_.controlPort, .largestBody = largestControlBody});
+                control = std::make_unique<HttpServer>(HttpServer::Settings{.address = "127.0.0.1",
+                                                                            .port = *owner.configuration_.controlPort,
+                                                                            .largestBody = largestControlBody});
             }
         }
 
@@ -150,33 +107,12 @@ private:
         Answer answer;
         try {
             const std::optional<Fault> fault = faults_.take(request.method, pathBelowBase(request.path()));
-            answer = fault ? spoiltAnswer(request, router, *fault) : router.answer(request);
+            answer =
+                fault ? injectFault(*fault, faults_, [&] { return router.answer(request); }) : router.answer(request);
         } catch (const Refusal& refusal) {
             answer = plainText(refusal.status(), refusal.what());
         }
         traffic_.countAnswer(answer);
-        return answer;
-    }
-
-    Answer spoiltAnswer(const Request& request, const Router& router, const Fault& fault) {
-        if (fault.delay.count() > 0 && !faults_.pause(fault.delay)) {
-            Answer none;
-            none.damage.cut = Cut::beforeAnswer;
-            return none;
-        }
-        const bool replaced = fault.status || fault.body;
-        const bool withheld = fault.cut == Cut::beforeAnswer;
-        Answer answer;
-        if (fault.takesEffect || (!replaced && !withheld)) {
-            answer = router.answer(request);
-        }
-        if (replaced) {
-            answer = replacement(fault);
-        }
-        for (const auto& [name, value] : fault.headers) {
-            answer.setHeader(name, value);
-        }
-        answer.damage = {fault.cut, fault.cutAfterBytes, fault.contentLength};
         return answer;
     }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Accounts.hpp"
-#include "Catalogue.hpp"
 #include "Configuration.hpp"
-#include "Faults.hpp"
-#include "Traffic.hpp"
+#include "Control/Faults.hpp"
+#include "Control/Traffic.hpp"
+#include "Model/Accounts.hpp"
+#include "Model/Catalogue.hpp"
 
 #include <cstdint>
 #include <memory>

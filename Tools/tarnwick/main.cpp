@@ -1,15 +1,15 @@
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
-#include "Client.hpp"
-#include "Command.hpp"
-#include "DisplayText.hpp"
-#include "ExitStatus.hpp"
-#include "Failure.hpp"
-#include "KeychainChoice.hpp"
-#include "ResultStream.hpp"
-#include "Settings.hpp"
-#include "Terminal.hpp"
+#include "Client/Client.hpp"
+#include "Commands/Command.hpp"
+#include "Configuration/Settings.hpp"
+#include "Failures/ExitStatus.hpp"
+#include "Failures/Failure.hpp"
+#include "Keychain/KeychainChoice.hpp"
+#include "Output/DisplayText.hpp"
+#include "Output/ResultStream.hpp"
+#include "Terminal/Terminal.hpp"
 
 #include <algorithm>
 #include <clocale>

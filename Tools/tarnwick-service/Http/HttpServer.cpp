@@ -1,0 +1,105 @@
+#include "Http/HttpServer.hpp"
+
+#include "Http/ConnectionThreads.hpp"
+#include "Http/Conversation.hpp"
+#include "Http/TlsContext.hpp"
+
+#include <chrono>
+#include <thread>
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+
+namespace TarnwickService {
+namespace {
+
+namespace asio = boost::asio;
+using Tcp = asio::ip::tcp;
+using ErrorCode = boost::system::error_code;
+
+}  // namespace
+
+class HttpServer::Listener {
+public:
+    explicit Listener(Settings settings)
+        : settings_(std::move(settings)),
+          tls_(settings_.certificate ? makeTlsContext(*settings_.certificate) : nullptr),
+          acceptor_(context_, Tcp::endpoint(asio::ip::make_address(settings_.address), settings_.port)),
+          port_(acceptor_.local_endpoint().port()),
+          connections_([this](Tcp::socket& socket) { converse(socket, tls_.get(), handler_, settings_.largestBody); }) {
+    }
+
+    ~Listener() { stop(); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    std::uint16_t port() const { return port_; }
+
+    void start(RequestHandler handler) {
+        handler_ = std::move(handler);
+        accept();
+        thread_ = std::thread([this] { context_.run(); });
+    }
+
+    void stop() {
+        if (!thread_.joinable()) {
+            return;
+        }
+        context_.stop();
+        thread_.join();
+        ErrorCode ignored;
+        static_cast<void>(acceptor_.close(ignored));
+        connections_.stop();
+    }
+
+private:
+    void accept() {
+        acceptor_.async_accept([this](ErrorCode error, Tcp::socket socket) {
+            if (error == asio::error::operation_aborted) {
+                return;
+            }
+            if (!error) {
+                begin(std::move(socket));
+            } else {
+                // Out of descriptors: the next try would fail at once again and keep a core busy.
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            }
+            accept();
+        });
+    }
+
+    void begin(Tcp::socket socket) {
+        ErrorCode ignored;
+        static_cast<void>(socket.set_option(Tcp::no_delay(true), ignored));
+        settings_.onConnection();
+        connections_.begin(std::move(socket));
+    }
+
+    Settings settings_;
+    RequestHandler handler_;
+    std::unique_ptr<asio::ssl::context> tls_;
+    asio::io_context context_{1};
+    Tcp::acceptor acceptor_;
+    std::uint16_t port_;
+    ConnectionThreads connections_;
+    std::thread thread_;
+};
+
+HttpServer::HttpServer(Settings settings) : listener_(std::make_unique<Listener>(std::move(settings))) {
+}
+
+HttpServer::~HttpServer() = default;
+
+std::uint16_t HttpServer::port() const {
+    return listener_->port();
+}
+
+void HttpServer::start(RequestHandler handler) {
+    listener_->start(std::move(handler));
+}
+
+void HttpServer::stop() {
+    listener_->stop();
+}
+
+}  // namespace TarnwickService

@@ -1,0 +1,39 @@
+#include "Output/ResultStream.hpp"
+
+#include "Failures/Failure.hpp"
+
+#include <cerrno>
+#include <string>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace TarnwickClient {
+
+ResultStream::ResultStream() : descriptor_{::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)} {
+    if (descriptor_ < 0) {
+        throw Failure::local("There is no standard output.");
+    }
+    ::dup2(STDERR_FILENO, STDOUT_FILENO);
+}
+
+ResultStream::~ResultStream() {
+    ::close(descriptor_);
+}
+
+void ResultStream::write(std::string_view text) const {
+    while (!text.empty()) {
+        const auto count = ::write(descriptor_, text.data(), text.size());
+        if (count < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            throw Failure{ExitStatus::local, "output",
+                          "The result can't be written: " + std::generic_category().message(errno)};
+        }
+        text.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+}  // namespace TarnwickClient
