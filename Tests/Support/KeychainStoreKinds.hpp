@@ -44,7 +44,7 @@ std::shared_ptr<KeychainStore> withKeyring(Make make) {
 }
 
 /// Longer than any machine takes that is merely busy.
-inline constexpr std::chrono::milliseconds longPatience = std::chrono::seconds{60};
+inline constexpr std::chrono::milliseconds longTimeout = std::chrono::seconds{60};
 
 inline std::vector<KeychainStoreKind> everyKeychainStoreKind() {
     return {
@@ -52,11 +52,11 @@ inline std::vector<KeychainStoreKind> everyKeychainStoreKind() {
         {"File", [](const std::filesystem::path& folder) { return makeFileKeychainStore(folder / "keychain.sqlite"); }},
         {"SecretService",
          [](const std::filesystem::path&) {
-             return withKeyring([] { return makeSecretServiceKeychainStore(longPatience); });
+             return withKeyring([] { return makeSecretServiceKeychainStore(longTimeout); });
          }},
         {"UserWithKeyring",
          [](const std::filesystem::path& folder) {
-             return withKeyring([&] { return makeUserKeychainStore(folder / "keychain.sqlite", longPatience); });
+             return withKeyring([&] { return makeUserKeychainStore(folder / "keychain.sqlite", longTimeout); });
          }},
 #ifndef __APPLE__
         {"SecurityFramework", [](const std::filesystem::path&) { return SecurityFrameworkDouble::makeKeychainStore(); },

@@ -9,7 +9,7 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-constexpr int patienceMilliseconds = 2000;
+constexpr int timeoutMilliseconds = 2000;
 
 // The two numbers in the header of a file that tell whose it is, and in which layout.
 constexpr std::uint32_t applicationId = 0x54774361;
@@ -71,7 +71,7 @@ CacheDatabase::CacheDatabase(const std::string& path) {
     if (code != SQLITE_OK) {
         throw CacheDatabaseError{code};
     }
-    sqlite3_busy_timeout(connection, patienceMilliseconds);
+    sqlite3_busy_timeout(connection, timeoutMilliseconds);
     checkHeader();
     try {
         run("PRAGMA synchronous = NORMAL; PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON;"

@@ -18,10 +18,10 @@ void say(const std::string& what) {
 /// The keyring or the private file, whichever the first call finds.
 class UserKeychainStore final : public KeychainStore {
 public:
-    UserKeychainStore(std::string file, std::chrono::milliseconds patience)
+    UserKeychainStore(std::string file, std::chrono::milliseconds timeout)
         : file_{std::make_shared<FileKeychainStore>(file)},
           fileName_{std::move(file)},
-          keyring_{std::make_shared<SecretServiceKeychainStore>(patience)} {}
+          keyring_{std::make_shared<SecretServiceKeychainStore>(timeout)} {}
 
     KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override {
         const auto [status, store] = ready();
@@ -132,8 +132,8 @@ private:
 
 }  // namespace
 
-std::shared_ptr<KeychainStore> makeUserKeychainStore(std::string file, std::chrono::milliseconds patience) {
-    return std::make_shared<UserKeychainStore>(std::move(file), patience);
+std::shared_ptr<KeychainStore> makeUserKeychainStore(std::string file, std::chrono::milliseconds timeout) {
+    return std::make_shared<UserKeychainStore>(std::move(file), timeout);
 }
 
 }  // namespace Tarnwick_API::Platform

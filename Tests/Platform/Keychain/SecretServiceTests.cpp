@@ -28,7 +28,7 @@ constexpr auto success = KeychainStatus::success;
 constexpr auto locked = KeychainStatus::interactionNotAllowed;
 constexpr auto notAvailable = KeychainStatus::notAvailable;
 constexpr auto itemNotFound = KeychainStatus::itemNotFound;
-constexpr std::chrono::milliseconds patience{60'000};
+constexpr std::chrono::milliseconds timeout{60'000};
 const KeychainQuery query{"s", {}};
 const KeychainReturn all{true, true, true, true};
 
@@ -73,7 +73,7 @@ protected:
     }
 
     PrivateKeyring keyring;
-    const std::shared_ptr<KeychainStore> store = makeSecretServiceKeychainStore(patience);
+    const std::shared_ptr<KeychainStore> store = makeSecretServiceKeychainStore(timeout);
 };
 
 TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenKeyring) {
@@ -97,7 +97,7 @@ TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenKeyring) {
         SCOPED_TRACE(row.name);
         row.prepare();
         // The last row: a store that is connected stays so.
-        const auto fresh = makeSecretServiceKeychainStore(patience);
+        const auto fresh = makeSecretServiceKeychainStore(timeout);
         for (const auto& each : {row.name == "no address" ? fresh : store, fresh}) {
             if (row.status == success) {
                 static_cast<void>(each->remove(query));
@@ -128,29 +128,29 @@ TEST_F(SecretService, TellsADismissedPromptFromOneThatCannotBeShown) {
 TEST_F(SecretService, GivesUpAKeyringThatDoesNotAnswerOnce) {
     keyring.startKeyring();
     constexpr std::chrono::milliseconds little{100};
-    const auto impatient = makeSecretServiceKeychainStore(little);
+    const auto hurried = makeSecretServiceKeychainStore(little);
     ASSERT_EQ(store->add(itemOf("s", 1)), success);
-    while (impatient->copyMatching(query, all).status == notAvailable) {
+    while (hurried->copyMatching(query, all).status == notAvailable) {
         // On a busy machine the connection takes longer than that.
     }
     std::ostringstream log;
     Logging::setSink([&](const auto& entry) { log << entry.message << '\n'; });
 
     keyring.freezeKeyring();
-    const auto calls = everyCall(*impatient);
+    const auto calls = everyCall(*hurried);
     EXPECT_THAT(calls, Each(notAvailable));
     EXPECT_EQ(occurrences(log.str(), "no answer within 100 ms"), 1U) << "one wait for a whole chain of calls";
     EXPECT_EQ(occurrences(log.str(), "has not answered an earlier call yet"), calls.size() - 1);
     keyring.thawKeyring();
     EXPECT_EQ(number(), 1U) << "nothing was sent after the look-up";
-    while (impatient->update(query, changesOf(2)) == notAvailable) {
+    while (hurried->update(query, changesOf(2)) == notAvailable) {
     }
     EXPECT_EQ(number(), 2U);
 
     keyring.freezeKeyring();
-    EXPECT_EQ(impatient->update(query, changesOf(3)), notAvailable);
+    EXPECT_EQ(hurried->update(query, changesOf(3)), notAvailable);
     keyring.thawKeyring();
-    while (impatient->update(query, {.comment = "4"}) == notAvailable) {
+    while (hurried->update(query, {.comment = "4"}) == notAvailable) {
     }
     const auto found = std::get<KeychainDictionary>(store->copyMatching(query, all).value);
     EXPECT_EQ(found.data, secretOf(2)) << "an update that was given up in its search goes no further";

@@ -23,7 +23,7 @@ using ::testing::HasSubstr;
 using ::testing::Optional;
 
 constexpr auto success = KeychainStatus::success;
-constexpr std::chrono::milliseconds patience{60'000};
+constexpr std::chrono::milliseconds timeout{60'000};
 const KeychainQuery query{"s", {}};
 const KeychainReturn all{true, true, true, true};
 
@@ -34,7 +34,7 @@ protected:
     }
     ~UserKeychainStore() override { Logging::setSink({}); }
 
-    [[nodiscard]] std::shared_ptr<KeychainStore> fresh(std::chrono::milliseconds wait = patience) const {
+    [[nodiscard]] std::shared_ptr<KeychainStore> fresh(std::chrono::milliseconds wait = timeout) const {
         return makeUserKeychainStore(file, wait);
     }
 
@@ -47,7 +47,7 @@ protected:
     PrivateKeyring keyring;
     const std::string file = keyring.folder() / "keychain.sqlite";
     FileKeychainStore inFile{file};
-    const std::shared_ptr<KeychainStore> inKeyring = makeSecretServiceKeychainStore(patience);
+    const std::shared_ptr<KeychainStore> inKeyring = makeSecretServiceKeychainStore(timeout);
     std::ostringstream log;
 };
 

@@ -89,7 +89,7 @@ void KeychainDatabase::Close::operator()(sqlite3* connection) const noexcept {
     sqlite3_close(connection);
 }
 
-KeychainDatabase::KeychainDatabase(const std::string& path, std::chrono::milliseconds patience) {
+KeychainDatabase::KeychainDatabase(const std::string& path, std::chrono::milliseconds timeout) {
     sqlite3* connection = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &connection,
                                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX |
@@ -100,7 +100,7 @@ KeychainDatabase::KeychainDatabase(const std::string& path, std::chrono::millise
         opened_ = statusOf(code);
         return;
     }
-    sqlite3_busy_timeout(connection, static_cast<int>(patience.count()));
+    sqlite3_busy_timeout(connection, static_cast<int>(timeout.count()));
     opened_ = run(settings);
 }
 

@@ -18,9 +18,9 @@ namespace Tarnwick_API::Platform {
 /// that hold secrets, where a journal is gone after each write. It costs a few disk flushes for a write.
 class KeychainDatabase {
 public:
-    /// Opens the existing file; `patience` is how long each lock of other processes is waited for. Failure is told by
+    /// Opens the existing file; `timeout` is how long each lock of other processes is waited for. Failure is told by
     /// the operations.
-    KeychainDatabase(const std::string& path, std::chrono::milliseconds patience);
+    KeychainDatabase(const std::string& path, std::chrono::milliseconds timeout);
 
     struct Found {
         KeychainStatus status = KeychainStatus::success;

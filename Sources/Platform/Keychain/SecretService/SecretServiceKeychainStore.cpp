@@ -47,8 +47,8 @@ KeychainStatus askToUnlock() {
 
 }  // namespace
 
-SecretServiceKeychainStore::SecretServiceKeychainStore(std::chrono::milliseconds patience)
-    : patience_{patience}, thread_{patience} {
+SecretServiceKeychainStore::SecretServiceKeychainStore(std::chrono::milliseconds timeout)
+    : timeout_{timeout}, thread_{timeout} {
 }
 
 template <class Result, class Work>
@@ -77,7 +77,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
             }
             return std::move(*outcome);
         case SecretServiceWorker::End::givenUp:
-            say("no answer within " + std::to_string(patience_.count()) + " ms, given up", operation);
+            say("no answer within " + std::to_string(timeout_.count()) + " ms, given up", operation);
             break;
         case SecretServiceWorker::End::refused:
             say("has not answered an earlier call yet", operation);
@@ -174,8 +174,8 @@ void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCo
     }
 }
 
-std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(std::chrono::milliseconds patience) {
-    return std::make_shared<SecretServiceKeychainStore>(patience);
+std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(std::chrono::milliseconds timeout) {
+    return std::make_shared<SecretServiceKeychainStore>(timeout);
 }
 
 }  // namespace Tarnwick_API::Platform

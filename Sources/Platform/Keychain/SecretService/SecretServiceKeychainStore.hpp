@@ -11,7 +11,7 @@ namespace Tarnwick_API::Platform {
 /// See `makeSecretServiceKeychainStore`.
 class SecretServiceKeychainStore final : public KeychainStore {
 public:
-    explicit SecretServiceKeychainStore(std::chrono::milliseconds patience);
+    explicit SecretServiceKeychainStore(std::chrono::milliseconds timeout);
 
     [[nodiscard]] KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override;
     [[nodiscard]] KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) override;
@@ -45,7 +45,7 @@ private:
     template <class Result, class Work>
     Outcome<Result> onKeyring(const char* operation, Work work);
 
-    std::chrono::milliseconds patience_;
+    std::chrono::milliseconds timeout_;
     SecretServiceWorker thread_;
 };
 

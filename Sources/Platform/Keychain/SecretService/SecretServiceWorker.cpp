@@ -23,8 +23,8 @@ struct Job {
 
 class SecretServiceWorker::State {
 public:
-    End run(const std::shared_ptr<State>& self, Work work, std::chrono::milliseconds patience) {
-        const auto deadline = std::chrono::steady_clock::now() + patience;
+    End run(const std::shared_ptr<State>& self, Work work, std::chrono::milliseconds timeout) {
+        const auto deadline = std::chrono::steady_clock::now() + timeout;
         const auto job = std::make_shared<Job>();
         job->work = std::move(work);
         std::unique_lock lock{mutex_};
@@ -101,8 +101,8 @@ private:
     bool isClosing_ = false;
 };
 
-SecretServiceWorker::SecretServiceWorker(std::chrono::milliseconds patience)
-    : patience_{patience}, state_{std::make_shared<State>()} {
+SecretServiceWorker::SecretServiceWorker(std::chrono::milliseconds timeout)
+    : timeout_{timeout}, state_{std::make_shared<State>()} {
 }
 
 SecretServiceWorker::~SecretServiceWorker() {
@@ -110,7 +110,7 @@ SecretServiceWorker::~SecretServiceWorker() {
 }
 
 SecretServiceWorker::End SecretServiceWorker::run(Work work) {
-    return state_->run(state_, std::move(work), patience_);
+    return state_->run(state_, std::move(work), timeout_);
 }
 
 }  // namespace Tarnwick_API::Platform

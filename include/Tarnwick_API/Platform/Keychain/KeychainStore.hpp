@@ -130,7 +130,7 @@ public:
 };
 
 /// How long an operation on a keyring that doesn't answer may take.
-inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono::seconds{1};
+inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono::seconds{1};
 
 /// A store that forgets with the process.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeMemoryKeychainStore();
@@ -144,12 +144,12 @@ inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono
 
 /// The default collection of the desktop's keyring, by the Secret Service interface on the session bus. Linux only.
 ///
-/// No call waits longer than `patience`; a keyring that hasn't answered by then is given up with `notAvailable`, and
+/// No call waits longer than `timeout`; a keyring that hasn't answered by then is given up with `notAvailable`, and
 /// so are further calls, at once, until it does answer. Statuses: `interactionNotAllowed` when the keyring is locked,
 /// `notAvailable` without a session bus, a service or a default collection. An item has the attributes "service",
 /// "account", "comment" and "ref", the persistent reference, so that other programs find it.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(
-    std::chrono::milliseconds patience = defaultKeychainPatience);
+    std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
 /// The user's keychain through the Security framework. macOS only.
 ///
@@ -167,7 +167,7 @@ inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono
 /// of the keyring's item. A keyring that doesn't answer is no reason to take the file: calls then fail with
 /// `notAvailable`, and the next one chooses.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeUserKeychainStore(
-    std::string file, std::chrono::milliseconds patience = defaultKeychainPatience);
+    std::string file, std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
 /// `$XDG_DATA_HOME` (when absolute) or `~/.local/share`, then the main bundle's identifier (or the program's name when
 /// that is no file name), then "keychain.sqlite". Empty, which no store can open, when the user has no home.
