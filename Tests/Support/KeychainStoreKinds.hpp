@@ -54,7 +54,7 @@ inline std::vector<KeychainStoreKind> everyKeychainStoreKind() {
          [](const std::filesystem::path&) {
              return withKeyring([] { return makeSecretServiceKeychainStore(longTimeout); });
          }},
-        {"UserWithKeyring",
+        {"UserWithSecretService",
          [](const std::filesystem::path& folder) {
              return withKeyring([&] { return makeUserKeychainStore(folder / "keychain.sqlite", longTimeout); });
          }},

@@ -15,13 +15,13 @@ void say(const std::string& what) {
     }
 }
 
-/// The keyring or the private file, whichever the first call finds.
+/// The Secret Service or the private file, whichever the first call finds.
 class UserKeychainStore final : public KeychainStore {
 public:
     UserKeychainStore(std::string file, std::chrono::milliseconds timeout)
         : file_{std::make_shared<FileKeychainStore>(file)},
           fileName_{std::move(file)},
-          keyring_{std::make_shared<SecretServiceKeychainStore>(timeout)} {}
+          secretService_{std::make_shared<SecretServiceKeychainStore>(timeout)} {}
 
     KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override {
         const auto [status, store] = ready();
@@ -45,13 +45,13 @@ public:
 
     KeychainStoreState state() override {
         const auto store = chosen();
-        // A keyring that doesn't answer is asked once: it has just not answered.
+        // A Secret Service that doesn't answer is asked once: it has just not answered.
         return store ? store->state() : KeychainStoreState{"Secret Service", {}, KeychainStatus::notAvailable};
     }
 
     void unlock(std::function<void(KeychainStatus)> onCompletion) override {
         const auto store = chosen();
-        (store ? store : keyring_)->unlock(std::move(onCompletion));
+        (store ? store : secretService_)->unlock(std::move(onCompletion));
     }
 
 private:
@@ -66,23 +66,23 @@ private:
         if (!store) {
             return {KeychainStatus::notAvailable};
         }
-        if (store == keyring_) {
-            if (const auto status = move(); status != KeychainStatus::success) {
+        if (store == secretService_) {
+            if (const auto status = migrate(); status != KeychainStatus::success) {
                 return {status};
             }
         }
         return {KeychainStatus::success, std::move(store)};
     }
 
-    /// None while a keyring is there that doesn't answer: the file then may not have what the keyring has.
+    /// None while a Secret Service is there that doesn't answer: the file then may not have what it has.
     std::shared_ptr<KeychainStore> chosen() {
         const std::lock_guard lock{mutex_};
         if (!chosen_) {
-            const auto inquiry = keyring_->inquire();
+            const auto inquiry = secretService_->inquire();
             switch (inquiry.offer) {
                 case SecretServiceKeychainStore::Offer::offered:
                     say("the Secret Service, as " + inquiry.reason);
-                    chosen_ = keyring_;
+                    chosen_ = secretService_;
                     break;
                 case SecretServiceKeychainStore::Offer::notOffered:
                     say("the file " + fileName_ + ", as there is " + inquiry.reason);
@@ -95,10 +95,11 @@ private:
         return chosen_;
     }
 
-    /// Moves what the file has to the keyring. A failure keeps the caller from taking for absent what is in the file.
-    KeychainStatus move() {
+    /// Migrates what the file has to the Secret Service. A failure keeps the caller from taking for absent what is in
+    /// the file.
+    KeychainStatus migrate() {
         const std::lock_guard lock{mutex_};
-        if (isMoved_) {
+        if (isMigrated_) {
             return KeychainStatus::success;
         }
         auto content = file_->everything();
@@ -108,7 +109,7 @@ private:
         if (content.status != KeychainStatus::success) {
             say("the file " + fileName_ + " can't be moved to the Secret Service, as it can't be read");
         } else if (!content.items.empty()) {
-            if (const auto status = keyring_->migrate(content.items, content.writtenAt);
+            if (const auto status = secretService_->migrate(content.items, content.writtenAt);
                 status != KeychainStatus::success) {
                 return status;
             }
@@ -118,16 +119,16 @@ private:
                 say("the items in " + fileName_ + " can't be deleted, though the Secret Service has them now");
             }
         }
-        isMoved_ = true;
+        isMigrated_ = true;
         return KeychainStatus::success;
     }
 
     const std::shared_ptr<FileKeychainStore> file_;
     const std::string fileName_;
-    const std::shared_ptr<SecretServiceKeychainStore> keyring_;
+    const std::shared_ptr<SecretServiceKeychainStore> secretService_;
     std::mutex mutex_;
     std::shared_ptr<KeychainStore> chosen_;
-    bool isMoved_ = false;
+    bool isMigrated_ = false;
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The keyring locked, hung, killed, missing, and written by several at once.
+// The Secret Service locked, hung, killed, missing, and written by several at once.
 
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
@@ -63,7 +63,7 @@ protected:
 
     std::optional<unsigned long> number() const { return numberOf(store->copyMatching(query, all)); }
 
-    /// Once the keyring is there again.
+    /// Once the Secret Service is there again.
     std::optional<unsigned long> numberAtLast() const {
         auto answer = store->copyMatching(query, all);
         while (answer.status == notAvailable) {
@@ -76,7 +76,7 @@ protected:
     const std::shared_ptr<KeychainStore> store = makeSecretServiceKeychainStore(timeout);
 };
 
-TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenKeyring) {
+TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenCollection) {
     const struct {
         std::string name;
         std::function<void()> prepare;
@@ -125,7 +125,7 @@ TEST_F(SecretService, TellsADismissedPromptFromOneThatCannotBeShown) {
     EXPECT_EQ(unlock(*store), success);
 }
 
-TEST_F(SecretService, GivesUpAKeyringThatDoesNotAnswerOnce) {
+TEST_F(SecretService, GivesUpOnceWhenThereIsNoAnswer) {
     keyring.startKeyring();
     constexpr std::chrono::milliseconds little{100};
     const auto hurried = makeSecretServiceKeychainStore(little);
@@ -204,7 +204,7 @@ TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheClientIsKilled) {
     EXPECT_EQ(keyring.count("s"), 1) << "the next write has tidied up";
 }
 
-TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheKeyringIsKilled) {
+TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheServiceIsKilled) {
     keyring.startKeyring();
     ASSERT_EQ(store->add(itemOf("s", 0)), success);
     std::mt19937 random{static_cast<unsigned>(::getpid())};

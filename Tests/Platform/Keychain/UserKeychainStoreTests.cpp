@@ -1,4 +1,4 @@
-// Which store the user's choice falls on, and how what the file holds gets to the keyring.
+// Which store the user's choice falls on, and how what the file holds gets to the Secret Service.
 
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
@@ -47,11 +47,11 @@ protected:
     PrivateKeyring keyring;
     const std::string file = keyring.folder() / "keychain.sqlite";
     FileKeychainStore inFile{file};
-    const std::shared_ptr<KeychainStore> inKeyring = makeSecretServiceKeychainStore(timeout);
+    const std::shared_ptr<KeychainStore> inSecretService = makeSecretServiceKeychainStore(timeout);
     std::ostringstream log;
 };
 
-TEST_F(UserKeychainStore, IsTheKeyringWhereThereIsOneAndTheFileElsewhere) {
+TEST_F(UserKeychainStore, IsTheSecretServiceWhereThereIsOneAndTheFileElsewhere) {
     const struct {
         std::string name;
         std::function<void()> prepare;
@@ -91,7 +91,7 @@ TEST_F(UserKeychainStore, IsTheKeyringWhereThereIsOneAndTheFileElsewhere) {
     }
 }
 
-TEST_F(UserKeychainStore, NeverTakesTheFileWhileTheKeyringDoesNotAnswer) {
+TEST_F(UserKeychainStore, NeverTakesTheFileWhileTheSecretServiceDoesNotAnswer) {
     keyring.startKeyring();
     keyring.freezeKeyring();
     const auto store = fresh(std::chrono::milliseconds{50});
@@ -102,10 +102,10 @@ TEST_F(UserKeychainStore, NeverTakesTheFileWhileTheKeyringDoesNotAnswer) {
     while (store->add(itemOf("s", 1)) == KeychainStatus::notAvailable) {
     }
     EXPECT_EQ(store->state().name, "Secret Service");
-    EXPECT_EQ(numberOf(inKeyring->copyMatching(query, all)), 1U);
+    EXPECT_EQ(numberOf(inSecretService->copyMatching(query, all)), 1U);
 }
 
-TEST_F(UserKeychainStore, MovesWhatTheFileHoldsOnceTheKeyringIsOpen) {
+TEST_F(UserKeychainStore, MigratesWhatTheFileHoldsOnceTheSecretServiceIsUnlocked) {
     ASSERT_EQ(inFile.add(itemOf("s", 1)), success);
     ASSERT_EQ(inFile.add({"t", "none", {}, "", {}, ""}), success);
     const auto before = only(inFile);
@@ -116,9 +116,9 @@ TEST_F(UserKeychainStore, MovesWhatTheFileHoldsOnceTheKeyringIsOpen) {
     EXPECT_EQ(numberOf(inFile.copyMatching(query, all)), 1U);
     keyring.startKeyring();
     EXPECT_EQ(numberOf(store->copyMatching(query, all)), 1U);
-    EXPECT_EQ(only(*inKeyring).persistentReference, before.persistentReference);
-    EXPECT_EQ(only(*inKeyring).label, before.label);
-    EXPECT_EQ(only(*inKeyring, {"t", {}}).data, std::nullopt);
+    EXPECT_EQ(only(*inSecretService).persistentReference, before.persistentReference);
+    EXPECT_EQ(only(*inSecretService).label, before.label);
+    EXPECT_EQ(only(*inSecretService, {"t", {}}).data, std::nullopt);
     EXPECT_EQ(inFile.copyMatching({}, {}).status, KeychainStatus::itemNotFound);
     EXPECT_THAT(log.str(), HasSubstr("moved"));
 }
@@ -134,23 +134,23 @@ TEST_F(UserKeychainStore, KeepsTheItemThatWasWrittenLast) {
     } rows[] = {
         {"the file's, of the same account",
          [&] {
-             return void(inKeyring->add({"s", "file", "old", "", {}, ""}));
+             return void(inSecretService->add({"s", "file", "old", "", {}, ""}));
          },
          std::chrono::hours{-1}, "file"},
         {"the file's, of another account",
          [&] {
-             return void(inKeyring->add({"s", "other", "old", "", {}, ""}));
+             return void(inSecretService->add({"s", "other", "old", "", {}, ""}));
          },
          std::chrono::hours{-1}, "file"},
-        {"the keyring's",
+        {"the Secret Service's",
          [&] {
-             return void(inKeyring->add({"s", "other", "new", "", {}, ""}));
+             return void(inSecretService->add({"s", "other", "new", "", {}, ""}));
          },
          std::chrono::hours{1}, "other"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        static_cast<void>(inKeyring->remove(query));
+        static_cast<void>(inSecretService->remove(query));
         ASSERT_EQ(inFile.add({"s", "file", "data", "", {}, ""}), success);
         row.prepare();
         fs::last_write_time(file, now - row.fileAge);
@@ -160,20 +160,20 @@ TEST_F(UserKeychainStore, KeepsTheItemThatWasWrittenLast) {
     }
 }
 
-TEST_F(UserKeychainStore, LosesAndDoublesNothingWhenKilledInTheMove) {
+TEST_F(UserKeychainStore, LosesAndDoublesNothingWhenKilledInTheMigration) {
     keyring.startKeyring();
     bool survived = false;
     int inBoth = 0;
     for (int lifetime = 1'000; !survived; lifetime += lifetime / 10) {
         SCOPED_TRACE(lifetime);
-        static_cast<void>(inKeyring->remove(query));
-        static_cast<void>(inKeyring->remove({"t", {}}));
+        static_cast<void>(inSecretService->remove(query));
+        static_cast<void>(inSecretService->remove({"t", {}}));
         ASSERT_EQ(inFile.remove({}) == success || lifetime == 1'000, true);
         ASSERT_EQ(inFile.add(itemOf("s", 1)), success);
         ASSERT_EQ(inFile.add(itemOf("t", 2)), success);
         const auto reference = only(inFile).persistentReference;
-        Program mover{{KEYRING_WRITER, "move", file, std::to_string(lifetime)}};
-        survived = mover.wait() == 0;
+        Program migrator{{KEYRING_WRITER, "migrate", file, std::to_string(lifetime)}};
+        survived = migrator.wait() == 0;
         inBoth += inFile.copyMatching(query, {}).status == success && keyring.count("s") == 1 ? 1 : 0;
         const auto store = fresh();
         EXPECT_EQ(numberOf(store->copyMatching(query, all)), 1U);

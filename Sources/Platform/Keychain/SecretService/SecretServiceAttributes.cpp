@@ -31,7 +31,7 @@ std::optional<std::string> textAt(GHashTable* table, const char* key) {
 }
 
 std::string bytesAt(GHashTable* table, const char* key) {
-    return bytesOfKeyringText(textAt(table, key).value_or(std::string{}));
+    return bytesOfSecretServiceText(textAt(table, key).value_or(std::string{}));
 }
 
 std::int64_t numberAt(GHashTable* table, const char* key) {
@@ -43,7 +43,7 @@ std::int64_t numberAt(GHashTable* table, const char* key) {
 
 }  // namespace
 
-std::string keyringText(const std::string& bytes) {
+std::string secretServiceText(const std::string& bytes) {
     if (!bytes.starts_with(escape) && bytes.find('\0') == std::string::npos && isValidUtf8(bytes)) {
         return bytes;
     }
@@ -51,7 +51,7 @@ std::string keyringText(const std::string& bytes) {
     return std::string{escape}.append(encoded.get());
 }
 
-std::string bytesOfKeyringText(const std::string& text) {
+std::string bytesOfSecretServiceText(const std::string& text) {
     if (!text.starts_with(escape)) {
         return text;
     }
@@ -86,10 +86,10 @@ const SecretSchema* secretServiceSchema() {
 
 GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes) {
     auto table = emptyTable();
-    set(table.get(), serviceKey, keyringText(attributes.service));
-    set(table.get(), accountKey, keyringText(attributes.account));
-    set(table.get(), commentKey, keyringText(attributes.comment));
-    set(table.get(), referenceKey, keyringText(attributes.reference));
+    set(table.get(), serviceKey, secretServiceText(attributes.service));
+    set(table.get(), accountKey, secretServiceText(attributes.account));
+    set(table.get(), commentKey, secretServiceText(attributes.comment));
+    set(table.get(), referenceKey, secretServiceText(attributes.reference));
     set(table.get(), createdKey, std::to_string(attributes.created));
     set(table.get(), revisionKey, std::to_string(attributes.revision));
     if (attributes.hasData) {
@@ -101,7 +101,7 @@ GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes) {
 GLibOwner<GHashTable> tableToFind(const std::optional<std::string>& service) {
     auto table = emptyTable();
     if (service) {
-        set(table.get(), serviceKey, keyringText(*service));
+        set(table.get(), serviceKey, secretServiceText(*service));
     }
     return table;
 }
@@ -112,7 +112,7 @@ std::optional<SecretServiceAttributes> attributesOf(GHashTable* table) {
         return std::nullopt;
     }
     return SecretServiceAttributes{bytesAt(table, serviceKey),           bytesAt(table, accountKey),
-                                   bytesAt(table, commentKey),           bytesOfKeyringText(*reference),
+                                   bytesAt(table, commentKey),           bytesOfSecretServiceText(*reference),
                                    numberAt(table, createdKey),          numberAt(table, revisionKey),
                                    textAt(table, hasDataKey).has_value()};
 }

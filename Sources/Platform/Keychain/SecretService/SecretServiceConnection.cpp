@@ -23,7 +23,7 @@ bool meansNoBus(const GError* error) {
            is(error, G_IO_ERROR, G_IO_ERROR_INVALID_ARGUMENT) || is(error, G_IO_ERROR, G_IO_ERROR_PERMISSION_DENIED);
 }
 
-/// Whether an attempt to start the keyring failed for good.
+/// Whether an attempt to start the Secret Service failed for good.
 bool meansNoService(const GError* error) {
     if (is(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN)) {
         return true;
@@ -123,7 +123,7 @@ SecretService* SecretServiceConnection::service() {
     }
     beforeStep();
     GLibOwner<GError> error;
-    // The unique name: a keyring that is started anew in the middle of a call shall not get the rest of it.
+    // The unique name: a Secret Service that is started anew in the middle of a call shall not get the rest of it.
     service_.reset(static_cast<SecretService*>(g_initable_new(
         prompts_ == Prompts::shown ? promptingSecretServiceType() : silentSecretServiceType(), cancellable_.get(),
         GLibOutput{error}, "g-connection", bus_.get(), "g-name", name.c_str(), "g-object-path", servicePath,
@@ -136,11 +136,11 @@ SecretService* SecretServiceConnection::service() {
 }
 
 GLibOwner<SecretCollection> SecretServiceConnection::defaultCollection() {
-    auto* const keyring = service();
+    auto* const secretService = service();
     beforeStep();
     GLibOwner<GError> error;
     GLibOwner<SecretCollection> collection{secret_collection_for_alias_sync(
-        keyring, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable_.get(), GLibOutput{error})};
+        secretService, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable_.get(), GLibOutput{error})};
     if (!collection && error) {
         throw SecretServiceError::from(error.get(), "looking for the default collection");
     }

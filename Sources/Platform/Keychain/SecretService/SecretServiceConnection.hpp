@@ -11,8 +11,8 @@
 
 namespace Tarnwick_API::Platform {
 
-/// The way to the desktop's keyring: a connection to the session bus of our own, as the one that a process shares ends
-/// the process when the bus goes. It is made when it is needed, and anew when the bus or the keyring was.
+/// The way to the Secret Service: a connection to the session bus of our own, as the one that a process shares ends
+/// the process when the bus goes. It is made when it is needed, and anew when the bus or the Secret Service was.
 /// Thread: the one that made it, whose thread-default main context nobody else runs.
 class SecretServiceConnection {
 public:
@@ -38,7 +38,7 @@ public:
 
 private:
     void connect();
-    /// The unique name of the keyring on the bus; it is started if need be.
+    /// The unique name of the Secret Service on the bus; it is started if need be.
     [[nodiscard]] std::string owner();
     [[nodiscard]] SecretService* service();
     /// Null with `error` set when it fails.

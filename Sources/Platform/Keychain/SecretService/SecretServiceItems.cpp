@@ -119,9 +119,10 @@ void SecretServiceItems::create(const SecretServiceAttributes& attributes, const
     draft.revision = SecretServiceAttributes::draft;
     connection_.beforeStep();
     GLibOwner<GError> error;
-    // Never in place of another: the keyring would take any item for the same that has these attributes among its own.
+    // Never in place of another: the Secret Service would take any item for the same that has these attributes among
+    // its own.
     const GLibOwner<SecretItem> created{secret_item_create_sync(
-        collection_.get(), secretServiceSchema(), tableOf(draft).get(), keyringText(label).c_str(),
+        collection_.get(), secretServiceSchema(), tableOf(draft).get(), secretServiceText(label).c_str(),
         secretOf(data).get(), SECRET_ITEM_CREATE_NONE, connection_.cancellable(), GLibOutput{error})};
     if (!created) {
         throw SecretServiceError::ofItem(error.get(), "creating an item");
@@ -168,7 +169,7 @@ Bytes SecretServiceItems::dataOf(const Item& item) {
     }
     const SecretValueOwner value{secret_item_get_secret(item.handle.get())};
     if (!value) {
-        throw SecretServiceError{KeychainStatus::io, "the keyring gives no secret"};
+        throw SecretServiceError{KeychainStatus::io, "no secret is given"};
     }
     gsize size = 0;
     const auto* const bytes = secret_value_get(value.get(), &size);
@@ -179,7 +180,7 @@ StoredKeychainItem SecretServiceItems::stored(const Item& item, bool withData) {
     const GLibOwner<char> label{secret_item_get_label(item.handle.get())};
     return {item.attributes.service,
             item.attributes.account,
-            bytesOfKeyringText(label ? label.get() : ""),
+            bytesOfSecretServiceText(label ? label.get() : ""),
             item.attributes.comment,
             withData && item.attributes.hasData ? std::optional{dataOf(item)} : std::nullopt,
             item.attributes.reference};
@@ -289,7 +290,7 @@ KeychainStatus SecretServiceItems::remove(const KeychainQuery& target) {
 
 void SecretServiceItems::migrate(const std::vector<StoredKeychainItem>& items,
                                  std::chrono::system_clock::time_point writtenAt) {
-    repeated([&] { takeOverOnce(items, writtenAt); });
+    repeated([&] { migrateOnce(items, writtenAt); });
 }
 
 }  // namespace Tarnwick_API::Platform

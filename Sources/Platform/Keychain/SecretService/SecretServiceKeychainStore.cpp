@@ -19,7 +19,7 @@ void say(const std::string& what, const char* operation) {
     }
 }
 
-bool isAnswerOfTheKeyring(KeychainStatus status) {
+bool isAnswer(KeychainStatus status) {
     return status == KeychainStatus::success || status == KeychainStatus::itemNotFound ||
            status == KeychainStatus::duplicateItem || status == KeychainStatus::interactionNotAllowed;
 }
@@ -41,20 +41,20 @@ KeychainStatus askToUnlock() {
     if (secret_collection_get_locked(collection.get()) == FALSE || connection.unlock(collection.get())) {
         return KeychainStatus::success;
     }
-    // The keyring tells a prompt that the user has dismissed no differently from one that it could not show.
+    // The Secret Service tells a prompt that the user has dismissed no differently from one that it could not show.
     return hasDisplay() ? KeychainStatus::userCanceled : KeychainStatus::interactionNotAllowed;
 }
 
 }  // namespace
 
 SecretServiceKeychainStore::SecretServiceKeychainStore(std::chrono::milliseconds timeout)
-    : timeout_{timeout}, thread_{timeout} {
+    : timeout_{timeout}, worker_{timeout} {
 }
 
 template <class Result, class Work>
-SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyring(const char* operation, Work work) {
+SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker(const char* operation, Work work) {
     const auto outcome = std::make_shared<Outcome<Result>>();
-    const auto end = thread_.run([outcome, work = std::move(work)](SecretServiceConnection& connection) {
+    const auto end = worker_.run([outcome, work = std::move(work)](SecretServiceConnection& connection) {
         try {
             outcome->result = work(connection);
             outcome->status = KeychainStatus::success;
@@ -66,7 +66,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
             outcome->status = KeychainStatus::io;
             outcome->reason = "out of memory";
         }
-        if (!isAnswerOfTheKeyring(outcome->status)) {
+        if (!isAnswer(outcome->status)) {
             connection.drop();
         }
     });
@@ -87,50 +87,49 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
 }
 
 KeychainAnswer SecretServiceKeychainStore::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
-    auto outcome = onKeyring<KeychainAnswer>("copyMatching", [=](SecretServiceConnection& connection) {
+    auto outcome = onWorker<KeychainAnswer>("copyMatching", [=](SecretServiceConnection& connection) {
         return SecretServiceItems{connection}.copyMatching(query, wanted);
     });
     return outcome.status == KeychainStatus::success ? std::move(outcome.result) : KeychainAnswer{outcome.status, {}};
 }
 
 KeychainStatus SecretServiceKeychainStore::update(const KeychainQuery& target, const KeychainChanges& changes) {
-    const auto outcome = onKeyring<KeychainStatus>("update", [=](SecretServiceConnection& connection) {
+    const auto outcome = onWorker<KeychainStatus>("update", [=](SecretServiceConnection& connection) {
         return SecretServiceItems{connection}.update(target, changes);
     });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::add(const KeychainItem& item) {
-    const auto outcome = onKeyring<KeychainStatus>(
+    const auto outcome = onWorker<KeychainStatus>(
         "add", [=](SecretServiceConnection& connection) { return SecretServiceItems{connection}.add(item); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::remove(const KeychainQuery& target) {
-    const auto outcome = onKeyring<KeychainStatus>(
+    const auto outcome = onWorker<KeychainStatus>(
         "remove", [=](SecretServiceConnection& connection) { return SecretServiceItems{connection}.remove(target); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::migrate(std::vector<StoredKeychainItem> items,
                                                    std::chrono::system_clock::time_point writtenAt) {
-    return onKeyring<bool>("migrate",
-                           [items = std::move(items), writtenAt](SecretServiceConnection& connection) {
-                               SecretServiceItems{connection}.migrate(items, writtenAt);
-                               return true;
-                           })
+    return onWorker<bool>("migrate",
+                          [items = std::move(items), writtenAt](SecretServiceConnection& connection) {
+                              SecretServiceItems{connection}.migrate(items, writtenAt);
+                              return true;
+                          })
         .status;
 }
 
 KeychainStoreState SecretServiceKeychainStore::state() {
-    auto outcome =
-        onKeyring<KeychainStoreState>("state", [](SecretServiceConnection& connection) -> KeychainStoreState {
-            const auto collection = connection.defaultCollection();
-            return {{},
-                    g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get())),
-                    secret_collection_get_locked(collection.get()) != FALSE ? KeychainStatus::interactionNotAllowed
-                                                                            : KeychainStatus::success};
-        });
+    auto outcome = onWorker<KeychainStoreState>("state", [](SecretServiceConnection& connection) -> KeychainStoreState {
+        const auto collection = connection.defaultCollection();
+        return {{},
+                g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get())),
+                secret_collection_get_locked(collection.get()) != FALSE ? KeychainStatus::interactionNotAllowed
+                                                                        : KeychainStatus::success};
+    });
     auto& state = outcome.result;
     state.name = "Secret Service";
     if (outcome.status != KeychainStatus::success) {
@@ -140,7 +139,7 @@ KeychainStoreState SecretServiceKeychainStore::state() {
 }
 
 SecretServiceKeychainStore::Inquiry SecretServiceKeychainStore::inquire() {
-    auto outcome = onKeyring<std::string>("inquire", [](SecretServiceConnection& connection) {
+    auto outcome = onWorker<std::string>("inquire", [](SecretServiceConnection& connection) {
         const auto collection = connection.defaultCollection();
         return std::string{g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get()))};
     });

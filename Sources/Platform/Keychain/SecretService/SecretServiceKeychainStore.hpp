@@ -26,7 +26,7 @@ public:
         /// For the debug channel.
         std::string reason = {};
     };
-    /// Whether there is a keyring with a default collection, locked or not.
+    /// Whether there is a Secret Service with a default collection, locked or not.
     [[nodiscard]] Inquiry inquire();
 
     /// See `SecretServiceItems::migrate`.
@@ -41,12 +41,12 @@ private:
         bool isOffered = true;
         Result result = {};
     };
-    /// What `work` gives on the keyring's thread. `work` owns what it uses: it may outlive the call.
+    /// What `work` gives on the worker's thread. `work` owns what it uses: it may outlive the call.
     template <class Result, class Work>
-    Outcome<Result> onKeyring(const char* operation, Work work);
+    Outcome<Result> onWorker(const char* operation, Work work);
 
     std::chrono::milliseconds timeout_;
-    SecretServiceWorker thread_;
+    SecretServiceWorker worker_;
 };
 
 }  // namespace Tarnwick_API::Platform

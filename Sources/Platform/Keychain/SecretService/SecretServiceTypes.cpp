@@ -7,7 +7,8 @@ namespace Tarnwick_API::Platform {
 namespace {
 
 void refuse(SecretPrompt* prompt, GError** error) {
-    // The keyring would keep the prompt for as long as we are connected. Nothing is to be learnt from its answer.
+    // The Secret Service would keep the prompt for as long as we are connected. Nothing is to be learnt from its
+    // answer.
     g_dbus_proxy_call(G_DBUS_PROXY(prompt), "Dismiss", nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
     g_set_error_literal(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED, "no prompt is raised");
 }

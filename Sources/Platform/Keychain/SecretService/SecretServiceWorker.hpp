@@ -8,8 +8,8 @@
 
 namespace Tarnwick_API::Platform {
 
-/// One thread that does everything with the keyring, so that nobody else waits longer than the timeout. It starts with
-/// the first call; it owns what it works with, so nobody waits for its end either.
+/// One thread that does everything with the Secret Service, so that nobody else waits longer than the timeout. It
+/// starts with the first call; it owns what it works with, so nobody waits for its end either.
 class SecretServiceWorker {
 public:
     using Work = std::function<void(SecretServiceConnection&)>;

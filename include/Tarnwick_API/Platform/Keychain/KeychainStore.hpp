@@ -129,7 +129,7 @@ public:
     virtual void unlock(std::function<void(KeychainStatus)> onCompletion);
 };
 
-/// How long an operation on a keyring that doesn't answer may take.
+/// How long an operation on a Secret Service that doesn't answer may take.
 inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono::seconds{1};
 
 /// A store that forgets with the process.
@@ -142,12 +142,12 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 /// file locked for a second, or otherwise.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path);
 
-/// The default collection of the desktop's keyring, by the Secret Service interface on the session bus. Linux only.
+/// The desktop's keyring: the default collection of the Secret Service on the session bus. Linux only.
 ///
-/// No call waits longer than `timeout`; a keyring that hasn't answered by then is given up with `notAvailable`, and
-/// so are further calls, at once, until it does answer. Statuses: `interactionNotAllowed` when the keyring is locked,
-/// `notAvailable` without a session bus, a service or a default collection. An item has the attributes "service",
-/// "account", "comment" and "ref", the persistent reference, so that other programs find it.
+/// No call waits longer than `timeout`; a Secret Service that hasn't answered by then is given up with `notAvailable`,
+/// and so are further calls, at once, until it does answer. Statuses: `interactionNotAllowed` when the collection is
+/// locked, `notAvailable` without a session bus, a Secret Service or a default collection. An item has the attributes
+/// "service", "account", "comment" and "ref", the persistent reference, so that other programs find it.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(
     std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
@@ -161,11 +161,11 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 
 /// The store for a desktop application, chosen at the first call. macOS: the user's keychain. Linux: the Secret Service
 /// when the session bus offers one with a default collection, and the private file `file` otherwise; what was chosen,
-/// and why, is on the debug channel. What the file holds from a time without a keyring is moved to the keyring, once,
-/// as soon as that is unlocked: an item leaves the file only after the keyring has it, and keeps its reference. Where
-/// the keyring has another item of the same service, the one written last replaces it, by the time of the file and that
-/// of the keyring's item. A keyring that doesn't answer is no reason to take the file: calls then fail with
-/// `notAvailable`, and the next one chooses.
+/// and why, is on the debug channel. What the file holds from a time without a Secret Service migrates to it, once,
+/// as soon as that is unlocked: an item leaves the file only after the Secret Service has it, and keeps its reference.
+/// Where the Secret Service has another item of the same service, the one written last replaces it, by the time of the
+/// file and that of the other item. A Secret Service that doesn't answer is no reason to take the file: calls then fail
+/// with `notAvailable`, and the next one chooses.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeUserKeychainStore(
     std::string file, std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
