@@ -26,8 +26,12 @@ KeychainStatus onFile(const std::filesystem::path& path, std::chrono::millisecon
     if (file.status != KeychainStatus::success) {
         return file.status;
     }
-    KeychainDatabase database{file.path, timeout};
-    return work(database);
+    try {
+        KeychainDatabase database{file.path, timeout};
+        return work(database);
+    } catch (const SqliteError& error) {
+        return KeychainDatabase::statusOf(error);
+    }
 }
 
 }  // namespace
