@@ -56,8 +56,7 @@ std::string bytesOfSecretServiceText(const std::string& text) {
         return text;
     }
     gsize size = 0;
-    const std::unique_ptr<guchar, decltype(&g_free)> decoded{g_base64_decode(text.c_str() + escape.size(), &size),
-                                                             &g_free};
+    const GLibOwner<guchar> decoded{g_base64_decode(text.c_str() + escape.size(), &size)};
     return {reinterpret_cast<const char*>(decoded.get()), size};
 }
 

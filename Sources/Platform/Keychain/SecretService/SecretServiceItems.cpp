@@ -58,20 +58,20 @@ SecretServiceItems::SecretServiceItems(SecretServiceConnection& connection)
 }
 
 std::vector<SecretServiceItems::Item> SecretServiceItems::search(const std::optional<std::string>& service) {
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     const auto attributes = tableToFind(service);
     GLibOwner<GError> error;
-    GList* const list = secret_collection_search_sync(collection_.get(), secretServiceSchema(), attributes.get(),
-                                                      SECRET_SEARCH_ALL, connection_.cancellable(), GLibOutput{error});
+    const GLibOwner<GList> list{secret_collection_search_sync(collection_.get(), secretServiceSchema(),
+                                                              attributes.get(), SECRET_SEARCH_ALL,
+                                                              connection_.token().cancellable(), GLibOutput{error})};
     std::vector<Item> items;
-    for (const auto* place = list; place != nullptr; place = place->next) {
-        GLibOwner<SecretItem> handle{static_cast<SecretItem*>(place->data)};
+    for (const auto* place = list.get(); place != nullptr; place = place->next) {
+        GLibOwner<SecretItem> handle{static_cast<SecretItem*>(g_object_ref(place->data))};
         const GLibOwner<GHashTable> table{secret_item_get_attributes(handle.get())};
         if (auto own = table ? attributesOf(table.get()) : std::nullopt) {
             items.push_back({std::move(*own), std::move(handle)});
         }
     }
-    g_list_free(list);
     if (error) {
         throw SecretServiceError::ofItem(error.get(), "searching");
     }
@@ -117,13 +117,13 @@ void SecretServiceItems::create(const SecretServiceAttributes& attributes, const
                                 const std::optional<Bytes>& data) {
     auto draft = attributes;
     draft.revision = SecretServiceAttributes::draft;
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
     // Never in place of another: the Secret Service would take any item for the same that has these attributes among
     // its own.
     const GLibOwner<SecretItem> created{secret_item_create_sync(
         collection_.get(), secretServiceSchema(), tableOf(draft).get(), secretServiceText(label).c_str(),
-        secretOf(data).get(), SECRET_ITEM_CREATE_NONE, connection_.cancellable(), GLibOutput{error})};
+        secretOf(data).get(), SECRET_ITEM_CREATE_NONE, connection_.token().cancellable(), GLibOutput{error})};
     if (!created) {
         throw SecretServiceError::ofItem(error.get(), "creating an item");
     }
@@ -131,18 +131,18 @@ void SecretServiceItems::create(const SecretServiceAttributes& attributes, const
 }
 
 void SecretServiceItems::setAttributes(SecretItem* item, const SecretServiceAttributes& attributes) {
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
     if (secret_item_set_attributes_sync(item, secretServiceSchema(), tableOf(attributes).get(),
-                                        connection_.cancellable(), GLibOutput{error}) == FALSE) {
+                                        connection_.token().cancellable(), GLibOutput{error}) == FALSE) {
         throw SecretServiceError::ofItem(error.get(), "changing an item");
     }
 }
 
 void SecretServiceItems::erase(const Item& item) {
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
-    if (secret_item_delete_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
+    if (secret_item_delete_sync(item.handle.get(), connection_.token().cancellable(), GLibOutput{error}) == FALSE) {
         auto failure = SecretServiceError::ofItem(error.get(), "deleting an item");
         if (failure.status() != KeychainStatus::itemNotFound) {
             throw failure;
@@ -162,9 +162,10 @@ void SecretServiceItems::tidyUp(std::span<const Item> leftovers) {
 }
 
 Bytes SecretServiceItems::dataOf(const Item& item) {
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
-    if (secret_item_load_secret_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
+    if (secret_item_load_secret_sync(item.handle.get(), connection_.token().cancellable(), GLibOutput{error}) ==
+        FALSE) {
         throw SecretServiceError::ofItem(error.get(), "reading a secret");
     }
     const SecretValueOwner value{secret_item_get_secret(item.handle.get())};
@@ -214,9 +215,9 @@ void SecretServiceItems::change(const Item& item, const SecretServiceAttributes&
         }
         return;
     }
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
-    if (secret_item_set_secret_sync(item.handle.get(), secretOf(data).get(), connection_.cancellable(),
+    if (secret_item_set_secret_sync(item.handle.get(), secretOf(data).get(), connection_.token().cancellable(),
                                     GLibOutput{error}) == FALSE) {
         throw SecretServiceError::ofItem(error.get(), "changing a secret");
     }

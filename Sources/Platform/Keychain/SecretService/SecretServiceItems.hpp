@@ -15,8 +15,8 @@ namespace Tarnwick_API::Platform {
 /// changes both is written as a new item of the same reference and a higher revision, before the old one is deleted:
 /// whoever is killed in between leaves two, of which the higher counts, and the next write deletes the other. Of two
 /// items with the same service and account, which two processes have added at once, the older counts. A new item is a
-/// draft, which never counts, until a change of its attributes makes it good: the Secret Service brings a new item to the
-/// disk first without its secret.
+/// draft, which never counts, until a change of its attributes makes it good: the Secret Service brings a new item to
+/// the disk first without its secret.
 class SecretServiceItems {
 public:
     /// Throws when the collection is locked: to a search it may look empty then.

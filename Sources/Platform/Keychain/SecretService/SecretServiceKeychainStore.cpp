@@ -35,8 +35,7 @@ bool hasDisplay() {
 KeychainStatus askToUnlock() {
     const GLibOwner<GMainContext> context{g_main_context_new()};
     const ThreadMainContext ownContext{context.get()};
-    SecretServiceConnection connection{GLibOwner<GCancellable>{g_cancellable_new()},
-                                       SecretServiceConnection::Prompts::shown};
+    SecretServiceConnection connection{SecretServiceConnection::Prompts::shown};
     const auto collection = connection.defaultCollection();
     if (secret_collection_get_locked(collection.get()) == FALSE || connection.unlock(collection.get())) {
         return KeychainStatus::success;

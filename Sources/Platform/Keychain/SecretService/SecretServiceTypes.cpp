@@ -1,3 +1,4 @@
+#include <Platform/Keychain/SecretService/GLibOwners.hpp>
 #include <Platform/Keychain/SecretService/SecretServiceTypes.hpp>
 
 #include <libsecret/secret.h>
@@ -21,11 +22,10 @@ GVariant* promptSync(SecretService* /*self*/, SecretPrompt* prompt, GCancellable
 
 void promptAsync(SecretService* self, SecretPrompt* prompt, const GVariantType* /*type*/, GCancellable* cancellable,
                  GAsyncReadyCallback callback, gpointer data) {
-    GTask* const task = g_task_new(self, cancellable, callback, data);
-    GError* error = nullptr;
-    refuse(prompt, &error);
-    g_task_return_error(task, error);
-    g_object_unref(task);
+    const GLibOwner<GTask> task{g_task_new(self, cancellable, callback, data)};
+    GLibOwner<GError> error;
+    refuse(prompt, GLibOutput{error});
+    g_task_return_error(task.get(), error.release());
 }
 
 GVariant* promptFinish(SecretService* /*self*/, GAsyncResult* result, GError** error) {

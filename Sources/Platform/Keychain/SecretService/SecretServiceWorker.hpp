@@ -22,8 +22,8 @@ public:
 
     enum class End {
         done,
-        /// Not done within the timeout. The work is told so (`SecretServiceConnection::beforeStep`), and goes on as
-        /// far as it must; until it ends, others are refused.
+        /// Not done within the timeout. The work is told so by its token, and goes on as far as it must; until it ends,
+        /// others are refused.
         givenUp,
         /// Not begun, and never will be: an earlier one that was given up is still under way.
         refused,
