@@ -121,6 +121,11 @@ SecretService* SecretServiceConnection::service() {
     if (!service_) {
         throw SecretServiceError::from(error.get(), "reaching the Secret Service");
     }
+    // Without the property, libsecret 0.20 reads a null pointer when a collection is announced.
+    if (!GLibOwner<GVariant>{g_dbus_proxy_get_cached_property(G_DBUS_PROXY(service_.get()), "Collections")}) {
+        service_.reset();
+        throw SecretServiceError{KeychainStatus::notAvailable, "the Secret Service tells no collections"};
+    }
     serviceOwner_ = std::move(name);
     return service_.get();
 }
