@@ -2,7 +2,11 @@
 #include <Platform/Keychain/SecretService/SecretServiceKeychainStore.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
+#include <chrono>
+#include <condition_variable>
+#include <memory>
 #include <mutex>
+#include <string>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
@@ -21,7 +25,8 @@ public:
     UserKeychainStore(std::string file, std::chrono::milliseconds timeout)
         : file_{std::make_shared<FileKeychainStore>(file)},
           fileName_{std::move(file)},
-          secretService_{std::make_shared<SecretServiceKeychainStore>(timeout)} {}
+          secretService_{std::make_shared<SecretServiceKeychainStore>(timeout)},
+          timeout_{timeout} {}
 
     KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override {
         const auto [status, store] = ready();
@@ -55,6 +60,10 @@ public:
     }
 
 private:
+    // The lock guards this alone and is never held while the Secret Service or the disk is asked: a call that hangs
+    // there delays no other beyond that one's own timeout.
+    enum class State { undecided, file, unmigrated, migrating, secretService };
+
     struct Ready {
         KeychainStatus status = KeychainStatus::success;
         /// None when the status says why.
@@ -67,7 +76,7 @@ private:
             return {KeychainStatus::notAvailable};
         }
         if (store == secretService_) {
-            if (const auto status = migrate(); status != KeychainStatus::success) {
+            if (const auto status = migrateOnce(); status != KeychainStatus::success) {
                 return {status};
             }
         }
@@ -76,59 +85,113 @@ private:
 
     /// None while a Secret Service is there that doesn't answer: the file then may not have what it has.
     std::shared_ptr<KeychainStore> chosen() {
-        const std::lock_guard lock{mutex_};
-        if (!chosen_) {
-            const auto inquiry = secretService_->inquire();
-            switch (inquiry.offer) {
-                case SecretServiceKeychainStore::Offer::offered:
-                    say("the Secret Service, as " + inquiry.reason);
-                    chosen_ = secretService_;
-                    break;
-                case SecretServiceKeychainStore::Offer::notOffered:
-                    say("the file " + fileName_ + ", as there is " + inquiry.reason);
-                    chosen_ = file_;
-                    break;
-                case SecretServiceKeychainStore::Offer::noAnswer:
-                    break;
-            }
+        if (auto store = storeOf(currentState())) {
+            return store;
         }
-        return chosen_;
+        const auto inquiry = secretService_->inquire();
+        switch (inquiry.offer) {
+            case SecretServiceKeychainStore::Offer::offered:
+                if (decide(State::unmigrated)) {
+                    say("the Secret Service, as " + inquiry.reason);
+                }
+                break;
+            case SecretServiceKeychainStore::Offer::notOffered:
+                if (decide(State::file)) {
+                    say("the file " + fileName_ + ", as there is " + inquiry.reason);
+                }
+                break;
+            case SecretServiceKeychainStore::Offer::noAnswer:
+                break;
+        }
+        return storeOf(currentState());
+    }
+
+    /// False when another call has decided meanwhile.
+    bool decide(State state) {
+        const std::lock_guard lock{mutex_};
+        if (state_ != State::undecided) {
+            return false;
+        }
+        state_ = state;
+        return true;
+    }
+
+    State currentState() {
+        const std::lock_guard lock{mutex_};
+        return state_;
+    }
+
+    [[nodiscard]] std::shared_ptr<KeychainStore> storeOf(State state) const {
+        switch (state) {
+            case State::undecided:
+                return nullptr;
+            case State::file:
+                return file_;
+            default:
+                return secretService_;
+        }
+    }
+
+    /// Migrates, or waits for the call that does: what it gets is every waiting call's answer.
+    KeychainStatus migrateOnce() {
+        {
+            std::unique_lock lock{mutex_};
+            if (state_ == State::migrating) {
+                const bool hasEnded = changed_.wait_for(lock, timeout_, [&] { return state_ != State::migrating; });
+                return hasEnded ? lastMigration_ : KeychainStatus::notAvailable;
+            }
+            if (state_ == State::secretService) {
+                return KeychainStatus::success;
+            }
+            state_ = State::migrating;
+        }
+        struct End {
+            ~End() {
+                const std::lock_guard lock{store.mutex_};
+                store.lastMigration_ = status;
+                store.state_ = status == KeychainStatus::success ? State::secretService : State::unmigrated;
+                store.changed_.notify_all();
+            }
+            UserKeychainStore& store;
+            KeychainStatus status = KeychainStatus::notAvailable;
+        } end{*this};
+        return end.status = migrate();
     }
 
     /// Migrates what the file has to the Secret Service. A failure keeps the caller from taking for absent what is in
     /// the file.
     KeychainStatus migrate() {
-        const std::lock_guard lock{mutex_};
-        if (isMigrated_) {
-            return KeychainStatus::success;
-        }
         auto content = file_->everything();
         if (content.status == KeychainStatus::notAvailable) {
             return content.status;  // another process is busy with it
         }
         if (content.status != KeychainStatus::success) {
             say("the file " + fileName_ + " can't be moved to the Secret Service, as it can't be read");
-        } else if (!content.items.empty()) {
-            if (const auto status = secretService_->migrate(content.items, content.writtenAt);
-                status != KeychainStatus::success) {
-                return status;
-            }
-            if (file_->removeUnchanged(content.items) == KeychainStatus::success) {
-                say("moved from the file to the Secret Service: " + std::to_string(content.items.size()) + " items");
-            } else {
-                say("the items in " + fileName_ + " can't be deleted, though the Secret Service has them now");
-            }
+            return KeychainStatus::success;
         }
-        isMigrated_ = true;
+        if (content.items.empty()) {
+            return KeychainStatus::success;
+        }
+        if (const auto status = secretService_->migrate(content.items, content.writtenAt);
+            status != KeychainStatus::success) {
+            return status;
+        }
+        if (file_->removeUnchanged(content.items) == KeychainStatus::success) {
+            say("moved from the file to the Secret Service: " + std::to_string(content.items.size()) + " items");
+        } else {
+            say("the items in " + fileName_ + " can't be deleted, though the Secret Service has them now");
+        }
         return KeychainStatus::success;
     }
 
     const std::shared_ptr<FileKeychainStore> file_;
     const std::string fileName_;
     const std::shared_ptr<SecretServiceKeychainStore> secretService_;
+    const std::chrono::milliseconds timeout_;
     std::mutex mutex_;
-    std::shared_ptr<KeychainStore> chosen_;
-    bool isMigrated_ = false;
+    std::condition_variable changed_;
+    State state_ = State::undecided;
+    KeychainStatus lastMigration_ = KeychainStatus::success;
 };
 
 }  // namespace

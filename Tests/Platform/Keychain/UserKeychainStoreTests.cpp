@@ -8,11 +8,15 @@
 #include "PrivateKeyring.hpp"
 #include <Platform/Keychain/File/FileKeychainStore.hpp>
 
+#include <atomic>
 #include <functional>
 #include <sstream>
+#include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 namespace Tarnwick_API::Platform {
 namespace {
@@ -121,6 +125,39 @@ TEST_F(UserKeychainStore, MigratesWhatTheFileHoldsOnceTheSecretServiceIsUnlocked
     EXPECT_EQ(only(*inSecretService, {"t", {}}).data, std::nullopt);
     EXPECT_EQ(inFile.copyMatching({}, {}).status, KeychainStatus::itemNotFound);
     EXPECT_THAT(log.str(), HasSubstr("moved"));
+}
+
+TEST_F(UserKeychainStore, AnswersOthersWhileOneCallMigrates) {
+    keyring.startKeyring();
+    ASSERT_EQ(inFile.add(itemOf("s", 1)), success);
+    const auto store = fresh();
+    sqlite3* opened = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &opened), SQLITE_OK);
+    const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> other{opened, &sqlite3_close};
+    ASSERT_EQ(sqlite3_exec(opened, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    std::atomic<int> failures = 0;
+    std::atomic<bool> isEnough = false;
+    std::thread migrating{[&] {
+        while (!isEnough) {  // for a second each: as long as the file's lock is waited for
+            EXPECT_EQ(store->copyMatching(query, all).status, KeychainStatus::notAvailable);
+            ++failures;
+        }
+    }};
+    for (int count = 0; count < 20; ++count) {
+        EXPECT_EQ(store->state().status, success);
+    }
+    EXPECT_LT(failures, 3) << "waited for the other call";
+    isEnough = true;
+    migrating.join();
+
+    ASSERT_EQ(sqlite3_exec(opened, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+    std::vector<std::thread> threads(4);
+    for (auto& thread : threads) {
+        thread = std::thread{[&] { EXPECT_EQ(numberOf(store->copyMatching(query, all)), 1U); }};
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
 }
 
 TEST_F(UserKeychainStore, KeepsTheItemThatWasWrittenLast) {

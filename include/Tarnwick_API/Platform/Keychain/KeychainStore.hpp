@@ -165,7 +165,8 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 /// as soon as that is unlocked: an item leaves the file only after the Secret Service has it, and keeps its reference.
 /// Where the Secret Service has another item of the same service, the one written last replaces it, by the time of the
 /// file and that of the other item. A Secret Service that doesn't answer is no reason to take the file: calls then fail
-/// with `notAvailable`, and the next one chooses.
+/// with `notAvailable`, and the next one chooses. `timeout` is that of the Secret Service, for each of what a call may
+/// have to do: choose, migrate or wait for the call that does, and its own work.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeUserKeychainStore(
     std::string file, std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
