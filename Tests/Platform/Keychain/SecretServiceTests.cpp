@@ -10,6 +10,7 @@
 #include "PrintKeychainStatus.hpp"
 #include "PrivateKeyring.hpp"
 
+#include <csignal>
 #include <cstdlib>
 #include <mutex>
 #include <random>
@@ -17,6 +18,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace Tarnwick_API::Platform {
 namespace {
@@ -175,6 +177,45 @@ TEST_F(SecretService, ShowsPlainAttributesAndLeavesItemsOfOthersAlone) {
     EXPECT_THAT(everyCall(*store),
                 ::testing::ElementsAre(itemNotFound, itemNotFound, itemNotFound, success, success, success));
     EXPECT_EQ(outputOf(lookUp), "foreign");
+}
+
+TEST_F(SecretService, RenamesItemsOfTheFormerSchemaAsSoonAsItCan) {
+    const auto former = [&] { return keyring.count("Platform.GenericPassword", "xdg:schema"); };
+    const auto keep = [](const std::string& account, const std::string& created, const std::string& revision) {
+        outputOf({"secret-tool", "store", "--label=label", "xdg:schema", "Platform.GenericPassword", "service", "s",
+                  "account", account, "comment", account, "ref", "ref" + account, "created", created, "revision",
+                  revision, "hasData", "yes"},
+                 secretOf(std::stoul(account)));
+    };
+    keyring.startKeyring();
+    keep("2", "20", "1");
+    keep("1", "10", "3");
+    keep("3", "5", "0");  // a draft
+    ASSERT_EQ(former(), 3);
+    keyring.lock();
+    EXPECT_THAT(everyCall(*store), Each(locked));
+
+    std::signal(SIGXFSZ, SIG_IGN);  // inherited
+    keyring.startKeyring();
+    const auto process = keyring.keyringProcess();
+    rlimit usual{};
+    ASSERT_EQ(::prlimit(process, RLIMIT_FSIZE, nullptr, &usual), 0);
+    const rlimit nothing{0, usual.rlim_max};
+    ASSERT_EQ(::prlimit(process, RLIMIT_FSIZE, &nothing, nullptr), 0);
+    EXPECT_EQ(number(), 1U) << "found, though nothing can be written";
+    EXPECT_EQ(former(), 3);
+    ASSERT_EQ(::prlimit(process, RLIMIT_FSIZE, &usual, nullptr), 0);
+
+    EXPECT_EQ(number(), 1U);
+    EXPECT_EQ(former(), 0);
+    const auto found = std::get<KeychainDictionary>(store->copyMatching(query, all).value);
+    EXPECT_EQ(found.label, "label");
+    EXPECT_EQ(found.persistentReference, "ref1");
+    EXPECT_EQ(keyring.count("s"), 2) << "the draft is gone";
+    const auto another = makeSecretServiceKeychainStore(timeout);
+    EXPECT_EQ(numberOf(another->copyMatching({"s", "2"}, all)), 2U);
+    EXPECT_EQ(another->remove(query), success);
+    EXPECT_EQ(makeSecretServiceKeychainStore(timeout)->copyMatching(query, all).status, itemNotFound);
 }
 
 TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheClientIsKilled) {

@@ -41,6 +41,28 @@ std::int64_t numberAt(GHashTable* table, const char* key) {
     return number;
 }
 
+// Searched by its name too, so that items of others with the same service are neither found nor touched.
+SecretSchema schemaNamed(const char* name) {
+    return {name,
+            SECRET_SCHEMA_NONE,
+            {{serviceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {accountKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {commentKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {referenceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {createdKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {revisionKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {hasDataKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
+            0,
+            nullptr,
+            nullptr,
+            nullptr,
+            nullptr,
+            nullptr,
+            nullptr,
+            nullptr};
+}
+
 }  // namespace
 
 std::string secretServiceText(const std::string& bytes) {
@@ -61,25 +83,12 @@ std::string bytesOfSecretServiceText(const std::string& text) {
 }
 
 const SecretSchema* secretServiceSchema() {
-    // Searched by its name too, so that items of others with the same service are neither found nor touched.
-    static const SecretSchema schema{"Platform.GenericPassword",
-                                     SECRET_SCHEMA_NONE,
-                                     {{serviceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {accountKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {commentKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {referenceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {createdKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {revisionKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {hasDataKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
-                                     0,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr};
+    static const auto schema = schemaNamed("example.tarnwick.GenericPassword");
+    return &schema;
+}
+
+const SecretSchema* formerSecretServiceSchema() {
+    static const auto schema = schemaNamed("Platform.GenericPassword");
     return &schema;
 }
 

@@ -37,7 +37,10 @@ struct SecretServiceAttributes {
 [[nodiscard]] std::string secretServiceText(const std::string& bytes);
 [[nodiscard]] std::string bytesOfSecretServiceText(const std::string& text);
 
+/// What our items are, by a name that no other program has.
 [[nodiscard]] const SecretSchema* secretServiceSchema();
+/// What they were by a name that any program might have.
+[[nodiscard]] const SecretSchema* formerSecretServiceSchema();
 
 [[nodiscard]] GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes);
 /// What finds all our items of `service`, or all our items.

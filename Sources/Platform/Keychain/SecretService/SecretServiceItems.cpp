@@ -1,6 +1,7 @@
 #include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <tuple>
 #include <utility>
@@ -50,20 +51,37 @@ auto repeated(Work work) {
 
 }  // namespace
 
-SecretServiceItems::SecretServiceItems(SecretServiceConnection& connection)
-    : connection_{connection}, collection_{connection.defaultCollection()} {
+SecretServiceItems::SecretServiceItems(SecretServiceConnection& connection, bool& mayHaveFormerItems)
+    : connection_{connection}, mayHaveFormerItems_{mayHaveFormerItems}, collection_{connection.defaultCollection()} {
     if (secret_collection_get_locked(collection_.get()) != FALSE) {
         throw SecretServiceError{KeychainStatus::interactionNotAllowed, "locked"};
     }
 }
 
 std::vector<SecretServiceItems::Item> SecretServiceItems::search(const std::optional<std::string>& service) {
+    // The former ones first: who is renamed meanwhile is found twice, not missed.
+    auto former = mayHaveFormerItems_ ? search(formerSecretServiceSchema(), service) : std::vector<Item>{};
+    auto items = search(secretServiceSchema(), service);
+    std::erase_if(former, [&](const Item& item) {
+        return std::any_of(items.begin(), items.end(), [&](const Item& renamed) {
+            return pathOf(renamed.handle.get()) == pathOf(item.handle.get());
+        });
+    });
+    std::move(former.begin(), former.end(), std::back_inserter(items));
+    if (items.empty() && connection_.isLocked(collection_.get())) {
+        throw SecretServiceError{KeychainStatus::interactionNotAllowed, "locked"};
+    }
+    return items;
+}
+
+std::vector<SecretServiceItems::Item> SecretServiceItems::search(const SecretSchema* schema,
+                                                                 const std::optional<std::string>& service) {
     connection_.token().throwIfGivenUp();
     const auto attributes = tableToFind(service);
     GLibOwner<GError> error;
-    const GLibOwner<GList> list{secret_collection_search_sync(collection_.get(), secretServiceSchema(),
-                                                              attributes.get(), SECRET_SEARCH_ALL,
-                                                              connection_.token().cancellable(), GLibOutput{error})};
+    const GLibOwner<GList> list{secret_collection_search_sync(collection_.get(), schema, attributes.get(),
+                                                              SECRET_SEARCH_ALL, connection_.token().cancellable(),
+                                                              GLibOutput{error})};
     std::vector<Item> items;
     for (const auto* place = list.get(); place != nullptr; place = place->next) {
         GLibOwner<SecretItem> handle{static_cast<SecretItem*>(g_object_ref(place->data))};
@@ -74,9 +92,6 @@ std::vector<SecretServiceItems::Item> SecretServiceItems::search(const std::opti
     }
     if (error) {
         throw SecretServiceError::ofItem(error.get(), "searching");
-    }
-    if (items.empty() && connection_.isLocked(collection_.get())) {
-        throw SecretServiceError{KeychainStatus::interactionNotAllowed, "locked"};
     }
     return items;
 }
@@ -188,6 +203,7 @@ StoredKeychainItem SecretServiceItems::stored(const Item& item, bool withData) {
 }
 
 KeychainAnswer SecretServiceItems::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
+    renameFormerItems();
     return repeated([&]() -> KeychainAnswer {
         // Not by account: a leftover may have another one than the item that counts.
         const auto found = find(query.service);
@@ -224,6 +240,7 @@ void SecretServiceItems::change(const Item& item, const SecretServiceAttributes&
 }
 
 KeychainStatus SecretServiceItems::update(const KeychainQuery& target, const KeychainChanges& changes) {
+    renameFormerItems();
     return repeated([&] {
         const auto found = find(target.service);
         const auto item = std::find_if(found.items.begin(), found.items.end(),
@@ -248,6 +265,7 @@ KeychainStatus SecretServiceItems::update(const KeychainQuery& target, const Key
 }
 
 KeychainStatus SecretServiceItems::add(const KeychainItem& item) {
+    renameFormerItems();
     return repeated([&] { return addOnce(item); });
 }
 
@@ -274,6 +292,7 @@ KeychainStatus SecretServiceItems::addOnce(const KeychainItem& item) {
 }
 
 KeychainStatus SecretServiceItems::remove(const KeychainQuery& target) {
+    renameFormerItems();
     const auto found = find(target.service);
     // First: without the items that count, they would count.
     for (const auto& leftover : found.leftovers) {

@@ -19,8 +19,9 @@ namespace Tarnwick_API::Platform {
 /// the disk first without its secret.
 class SecretServiceItems {
 public:
-    /// Throws when the collection is locked: to a search it may look empty then.
-    explicit SecretServiceItems(SecretServiceConnection& connection);
+    /// Throws when the collection is locked: to a search it may look empty then. `mayHaveFormerItems`, whether some of
+    /// our items may still lie under the former schema, is kept from call to call.
+    SecretServiceItems(SecretServiceConnection& connection, bool& mayHaveFormerItems);
 
     [[nodiscard]] KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted);
     [[nodiscard]] KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes);
@@ -29,7 +30,8 @@ public:
 
     /// Adds what another store has had, last written at `writtenAt`, with the references, and reads it back. An
     /// item whose reference is here already stays as it is here: it has been migrated before. Where the service has
-    /// other items here, those that were written last stay, and the others go.
+    /// other items here, those that were written last stay, and the others go. Those of the former schema keep it, as
+    /// with another they would count as written now.
     void migrate(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
 
 private:
@@ -46,6 +48,10 @@ private:
 
     [[nodiscard]] Found find(const std::optional<std::string>& service);
     [[nodiscard]] std::vector<Item> search(const std::optional<std::string>& service);
+    [[nodiscard]] std::vector<Item> search(const SecretSchema* schema, const std::optional<std::string>& service);
+    /// Brings the items of the former schema under the present one, each by one change of its attributes. Those that
+    /// can't be changed still count, and the next call tries again.
+    void renameFormerItems();
     [[nodiscard]] KeychainStatus addOnce(const KeychainItem& item);
     void migrateOnce(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
     void setAttributes(SecretItem* item, const SecretServiceAttributes& attributes);
@@ -58,6 +64,7 @@ private:
     [[nodiscard]] StoredKeychainItem stored(const Item& item, bool withData);
 
     SecretServiceConnection& connection_;
+    bool& mayHaveFormerItems_;
     GLibOwner<SecretCollection> collection_;
 };
 

@@ -85,39 +85,45 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker
     return {};
 }
 
-KeychainAnswer SecretServiceKeychainStore::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
-    auto outcome = onWorker<KeychainAnswer>("copyMatching", [=](SecretServiceConnection& connection) {
-        return SecretServiceItems{connection}.copyMatching(query, wanted);
+template <class Result, class Work>
+SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onItems(const char* operation, Work work) {
+    return onWorker<Result>(operation, [mayHaveFormerItems = mayHaveFormerItems_,
+                                        work = std::move(work)](SecretServiceConnection& connection) {
+        SecretServiceItems items{connection, *mayHaveFormerItems};
+        return work(items);
     });
+}
+
+KeychainAnswer SecretServiceKeychainStore::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
+    auto outcome = onItems<KeychainAnswer>(
+        "copyMatching", [=](SecretServiceItems& items) { return items.copyMatching(query, wanted); });
     return outcome.status == KeychainStatus::success ? std::move(outcome.result) : KeychainAnswer{outcome.status, {}};
 }
 
 KeychainStatus SecretServiceKeychainStore::update(const KeychainQuery& target, const KeychainChanges& changes) {
-    const auto outcome = onWorker<KeychainStatus>("update", [=](SecretServiceConnection& connection) {
-        return SecretServiceItems{connection}.update(target, changes);
-    });
+    const auto outcome =
+        onItems<KeychainStatus>("update", [=](SecretServiceItems& items) { return items.update(target, changes); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::add(const KeychainItem& item) {
-    const auto outcome = onWorker<KeychainStatus>(
-        "add", [=](SecretServiceConnection& connection) { return SecretServiceItems{connection}.add(item); });
+    const auto outcome = onItems<KeychainStatus>("add", [=](SecretServiceItems& items) { return items.add(item); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::remove(const KeychainQuery& target) {
-    const auto outcome = onWorker<KeychainStatus>(
-        "remove", [=](SecretServiceConnection& connection) { return SecretServiceItems{connection}.remove(target); });
+    const auto outcome =
+        onItems<KeychainStatus>("remove", [=](SecretServiceItems& items) { return items.remove(target); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::migrate(std::vector<StoredKeychainItem> items,
                                                    std::chrono::system_clock::time_point writtenAt) {
-    return onWorker<bool>("migrate",
-                          [items = std::move(items), writtenAt](SecretServiceConnection& connection) {
-                              SecretServiceItems{connection}.migrate(items, writtenAt);
-                              return true;
-                          })
+    return onItems<bool>("migrate",
+                         [migrated = std::move(items), writtenAt](SecretServiceItems& items) {
+                             items.migrate(migrated, writtenAt);
+                             return true;
+                         })
         .status;
 }
 

@@ -44,9 +44,14 @@ private:
     /// What `work` gives on the worker's thread. `work` owns what it uses: it may outlive the call.
     template <class Result, class Work>
     Outcome<Result> onWorker(const char* operation, Work work);
+    /// What `work` gives on the items.
+    template <class Result, class Work>
+    Outcome<Result> onItems(const char* operation, Work work);
 
     std::chrono::milliseconds timeout_;
     SecretServiceWorker worker_;
+    /// See `SecretServiceItems`; the worker's.
+    std::shared_ptr<bool> mayHaveFormerItems_ = std::make_shared<bool>(true);
 };
 
 }  // namespace Tarnwick_API::Platform

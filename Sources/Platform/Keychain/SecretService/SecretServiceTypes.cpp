@@ -55,12 +55,12 @@ GType derive(GType parent, const char* name, GClassInitFunc initialize) {
 }  // namespace
 
 GType promptingSecretServiceType() {
-    static const GType type = derive(SECRET_TYPE_SERVICE, "PlatformSecretService", initializePrompting);
+    static const GType type = derive(SECRET_TYPE_SERVICE, "TarnwickApiSecretService", initializePrompting);
     return type;
 }
 
 GType silentSecretServiceType() {
-    static const GType type = derive(promptingSecretServiceType(), "PlatformSilentSecretService", initializeSilent);
+    static const GType type = derive(promptingSecretServiceType(), "TarnwickApiSilentSecretService", initializeSilent);
     return type;
 }
 
