@@ -11,10 +11,6 @@
 #include <string>
 #include <vector>
 
-#ifndef __APPLE__
-#include "SecurityFrameworkDouble.hpp"
-#endif
-
 namespace Tarnwick_API::Platform {
 
 /// A kind of store that the tests of what all stores do run on.
@@ -22,8 +18,6 @@ struct KeychainStoreKind {
     std::string name;
     /// An empty store, which may keep its items in `folder`.
     std::shared_ptr<KeychainStore> (*make)(const std::filesystem::path& folder);
-    /// Otherwise it refuses, as `param`, text that is no UTF-8 or has a NUL.
-    bool takesAnyText = true;
 };
 
 inline void PrintTo(const KeychainStoreKind& kind, std::ostream* out) {
@@ -44,7 +38,7 @@ std::shared_ptr<KeychainStore> withKeyring(Make make) {
 }
 
 /// Longer than any machine takes that is merely busy.
-inline constexpr std::chrono::milliseconds longPatience = std::chrono::seconds{60};
+inline constexpr std::chrono::milliseconds longTimeout = std::chrono::seconds{60};
 
 inline std::vector<KeychainStoreKind> everyKeychainStoreKind() {
     return {
@@ -52,16 +46,12 @@ inline std::vector<KeychainStoreKind> everyKeychainStoreKind() {
         {"File", [](const std::filesystem::path& folder) { return makeFileKeychainStore(folder / "keychain.sqlite"); }},
         {"SecretService",
          [](const std::filesystem::path&) {
-             return withKeyring([] { return makeSecretServiceKeychainStore(longPatience); });
+             return withKeyring([] { return makeSecretServiceKeychainStore(longTimeout); });
          }},
-        {"UserWithKeyring",
+        {"UserWithSecretService",
          [](const std::filesystem::path& folder) {
-             return withKeyring([&] { return makeUserKeychainStore(folder / "keychain.sqlite", longPatience); });
+             return withKeyring([&] { return makeUserKeychainStore(folder / "keychain.sqlite", longTimeout); });
          }},
-#ifndef __APPLE__
-        {"SecurityFramework", [](const std::filesystem::path&) { return SecurityFrameworkDouble::makeKeychainStore(); },
-         false},
-#endif
     };
 }
 

@@ -88,8 +88,8 @@ void PrivateKeyring::lock() const {
     callOf("Lock", "[objectpath '/org/freedesktop/secrets/collection/login']");
 }
 
-int PrivateKeyring::count(const std::string& service) const {
-    const auto paths = callOf("SearchItems", "{'service': '" + service + "'}");
+int PrivateKeyring::count(const std::string& value, const std::string& attribute) const {
+    const auto paths = callOf("SearchItems", "{'" + attribute + "': '" + value + "'}");
     int number = 0;
     for (auto place = paths.find("/login/"); place != std::string::npos; place = paths.find("/login/", place + 1)) {
         ++number;

@@ -34,8 +34,8 @@ public:
     [[nodiscard]] pid_t keyringProcess() const { return keyring_->id(); }
 
     void lock() const;
-    /// How many items of any kind the keyring finds for a service, by the bus.
-    [[nodiscard]] int count(const std::string& service) const;
+    /// How many items of any kind the keyring finds for a service, or by another attribute, by the bus.
+    [[nodiscard]] int count(const std::string& value, const std::string& attribute = "service") const;
 
     [[nodiscard]] const std::filesystem::path& folder() const { return folder_.path(); }
 

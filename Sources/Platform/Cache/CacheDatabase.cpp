@@ -1,7 +1,10 @@
 #include <Platform/Cache/CacheDatabase.hpp>
+#include <Platform/Sqlite/SqliteStatement.hpp>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
+#include <string_view>
 
 #include <sqlite3.h>
 
@@ -9,7 +12,7 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-constexpr int patienceMilliseconds = 2000;
+constexpr std::chrono::milliseconds timeout = std::chrono::seconds{2};
 
 // The two numbers in the header of a file that tell whose it is, and in which layout.
 constexpr std::uint32_t applicationId = 0x54774361;
@@ -37,7 +40,7 @@ std::uint32_t bigEndian(const unsigned char* bytes) {
 }  // namespace
 
 struct CacheDatabase::Statements {
-    explicit Statements(sqlite3* connection)
+    explicit Statements(const SqliteConnection& connection)
         : find{connection,
                "SELECT head, body, size, check_value FROM entry JOIN content ON content.id = entry.id WHERE key = ?1"},
           add{connection,
@@ -54,32 +57,31 @@ struct CacheDatabase::Statements {
           evict{connection, "DELETE FROM entry WHERE used <= ?1"},
           recount{connection, "INSERT OR REPLACE INTO total VALUES (1, (SELECT coalesce(sum(size), 0) FROM entry))"} {}
 
-    CacheStatement find, add, addContent, touch, remove, removeIfStill, total, byUse, evict, recount;
+    SqliteStatement find, add, addContent, touch, remove, removeIfStill, total, byUse, evict, recount;
 };
 
-void CacheDatabase::Close::operator()(sqlite3* connection) const noexcept {
-    sqlite3_close(connection);
+bool CacheDatabase::isFinal(const SqliteError& error) noexcept {
+    switch (error.primaryCode()) {
+        case SQLITE_ERROR:  // tables that are not those of a cache
+        case SQLITE_CORRUPT:
+        case SQLITE_NOTADB:
+        case SQLITE_CANTOPEN:
+            return true;
+        default:  // busy, full, read-only, out of memory, ...
+            return false;
+    }
 }
 
-CacheDatabase::CacheDatabase(const std::string& path) {
-    sqlite3* connection = nullptr;
-    const int code = sqlite3_open_v2(path.c_str(), &connection,
-                                     SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX |
-                                         SQLITE_OPEN_PRIVATECACHE | SQLITE_OPEN_EXRESCODE,
-                                     nullptr);
-    connection_.reset(connection);
-    if (code != SQLITE_OK) {
-        throw CacheDatabaseError{code};
-    }
-    sqlite3_busy_timeout(connection, patienceMilliseconds);
+CacheDatabase::CacheDatabase(const std::string& path) : connection_{path, timeout} {
     checkHeader();
     try {
-        run("PRAGMA synchronous = NORMAL; PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON;"
+        connection_.run(
+            "PRAGMA synchronous = NORMAL; PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON;"
             "PRAGMA journal_size_limit = 4194304");
         layOut();
-        statements_ = std::make_unique<Statements>(connection);
-    } catch (const CacheDatabaseError& error) {
-        if (error.isFinal()) {
+        statements_ = std::make_unique<Statements>(connection_);
+    } catch (const SqliteError& error) {
+        if (isFinal(error)) {
             leaveFileAsItIs();
         }
         throw;
@@ -90,18 +92,18 @@ CacheDatabase::~CacheDatabase() = default;
 
 bool CacheDatabase::isInPlace() const {
     int hasMoved = 0;
-    sqlite3_file_control(connection_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+    sqlite3_file_control(connection_.handle(), "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved);
     return hasMoved == 0;
 }
 
 void CacheDatabase::leaveFileAsItIs() {
-    sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    sqlite3_db_config(connection_.handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
 std::optional<EncodedResponse> CacheDatabase::find(const std::string& key) {
     std::optional<EncodedResponse> found;
     statements_->find.query(
-        [&](const CacheStatement::Row& row) {
+        [&](const SqliteStatement::Row& row) {
             found = EncodedResponse{row.bytes(0), std::make_shared<const Bytes>(row.bytes(1)), row.integer(2),
                                     row.integer(3)};
             return false;
@@ -112,7 +114,7 @@ std::optional<EncodedResponse> CacheDatabase::find(const std::string& key) {
 
 std::size_t CacheDatabase::usage() {
     std::int64_t size = 0;
-    statements_->total.query([&](const CacheStatement::Row& row) {
+    statements_->total.query([&](const SqliteStatement::Row& row) {
         size = row.integer(0);
         return false;
     });
@@ -124,10 +126,10 @@ std::size_t CacheDatabase::usage() {
 // it.
 void CacheDatabase::checkHeader() {
     sqlite3_file* file = nullptr;
-    sqlite3_file_control(connection_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    sqlite3_file_control(connection_.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
     sqlite3_int64 size = 0;
     if (const int code = file->pMethods->xFileSize(file, &size); code != SQLITE_OK) {
-        throw CacheDatabaseError{code};
+        throw SqliteError{code, connection_.handle()};
     }
     if (size == 0) {
         return;
@@ -135,15 +137,15 @@ void CacheDatabase::checkHeader() {
     std::array<unsigned char, 100> header{};
     const int code = file->pMethods->xRead(file, header.data(), static_cast<int>(header.size()), 0);
     if (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ) {
-        throw CacheDatabaseError{code};
+        throw SqliteError{code, connection_.handle()};
     }
     constexpr std::string_view magic{"SQLite format 3\0", 16};
     if (std::string_view{reinterpret_cast<const char*>(header.data()), magic.size()} != magic ||
         bigEndian(&header.at(68)) != applicationId) {
-        throw CacheDatabaseError{"the file is no cache", true};
+        throw SqliteError{SQLITE_NOTADB, "the file is no cache"};
     }
     if (bigEndian(&header.at(60)) != layoutVersion) {
-        throw CacheDatabaseError{"the file is a cache of another version", true};
+        throw SqliteError{SQLITE_NOTADB, "the file is a cache of another version"};
     }
 }
 
@@ -151,48 +153,45 @@ void CacheDatabase::checkHeader() {
 void CacheDatabase::layOut() {
     const auto version = [&] {
         std::int64_t number = 0;
-        CacheStatement{connection_.get(), "PRAGMA user_version"}.query([&](const CacheStatement::Row& row) {
+        SqliteStatement{connection_, "PRAGMA user_version"}.query([&](const SqliteStatement::Row& row) {
             number = row.integer(0);
             return false;
         });
         return number;
     };
     if (version() == 0) {
-        run("PRAGMA auto_vacuum = INCREMENTAL");
+        connection_.run("PRAGMA auto_vacuum = INCREMENTAL");
         Transaction transaction{*this};
         if (version() == 0) {  // no other process has come first
-            run(layout);
+            connection_.run(layout);
             transaction.commit();
         }
     }
-    const int code = sqlite3_exec(connection_.get(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
-    if (code != SQLITE_OK && (code & 0xFF) != SQLITE_BUSY) {  // when busy, a later process turns the log on
-        throw CacheDatabaseError{code};
-    }
-}
-
-void CacheDatabase::run(const char* sql) {
-    if (const int code = sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr); code != SQLITE_OK) {
-        throw CacheDatabaseError{code};
+    try {
+        connection_.run("PRAGMA journal_mode = WAL");
+    } catch (const SqliteError& error) {
+        if (error.primaryCode() != SQLITE_BUSY) {  // when busy, a later process turns the log on
+            throw;
+        }
     }
 }
 
 CacheDatabase::Transaction::Transaction(CacheDatabase& database) : database_{database} {
-    database_.run("BEGIN IMMEDIATE");
+    database_.connection_.run("BEGIN IMMEDIATE");
 }
 
 CacheDatabase::Transaction::~Transaction() {
     if (isOpen_) {
         // Some errors have rolled it back already; then this one fails, which is as well.
-        sqlite3_exec(database_.connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+        sqlite3_exec(database_.connection_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
     }
 }
 
 void CacheDatabase::Transaction::store(const std::string& key, const EncodedResponse& response) {
     remove(key);
     database_.statements_->add.run(key, response.size);
-    const std::int64_t id = sqlite3_last_insert_rowid(database_.connection_.get());
-    database_.statements_->addContent.run(id, CacheStatement::Blob{response.head}, CacheStatement::Blob{*response.body},
+    const std::int64_t id = sqlite3_last_insert_rowid(database_.connection_.handle());
+    database_.statements_->addContent.run(id, SqliteBlob{response.head}, SqliteBlob{*response.body},
                                           response.checkValue);
 }
 
@@ -205,12 +204,11 @@ void CacheDatabase::Transaction::remove(const std::string& key) {
 }
 
 void CacheDatabase::Transaction::removeIfStill(const std::string& key, const EncodedResponse& response) {
-    database_.statements_->removeIfStill.run(key, CacheStatement::Blob{response.head},
-                                             CacheStatement::Blob{*response.body});
+    database_.statements_->removeIfStill.run(key, SqliteBlob{response.head}, SqliteBlob{*response.body});
 }
 
 void CacheDatabase::Transaction::removeAll() {
-    database_.run("DELETE FROM entry; DELETE FROM content; UPDATE total SET size = 0");
+    database_.connection_.run("DELETE FROM entry; DELETE FROM content; UPDATE total SET size = 0");
 }
 
 void CacheDatabase::Transaction::evict(std::size_t capacity) {
@@ -226,7 +224,7 @@ void CacheDatabase::Transaction::evict(std::size_t capacity) {
     const auto excess = usage - capacity;
     std::size_t freed = 0;
     std::int64_t lastUse = 0;
-    database_.statements_->byUse.query([&](const CacheStatement::Row& row) {
+    database_.statements_->byUse.query([&](const SqliteStatement::Row& row) {
         lastUse = row.integer(0);
         freed += static_cast<std::size_t>(row.integer(1));
         return freed < excess;
@@ -235,11 +233,11 @@ void CacheDatabase::Transaction::evict(std::size_t capacity) {
 }
 
 void CacheDatabase::Transaction::shrinkFile() {
-    database_.run("PRAGMA incremental_vacuum");
+    database_.connection_.run("PRAGMA incremental_vacuum");
 }
 
 void CacheDatabase::Transaction::commit() {
-    database_.run("COMMIT");
+    database_.connection_.run("COMMIT");
     isOpen_ = false;
 }
 

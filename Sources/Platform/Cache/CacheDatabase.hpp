@@ -1,16 +1,16 @@
 #pragma once
 
-#include <Platform/Cache/CacheStatement.hpp>
 #include <Platform/Cache/ResponseCoding.hpp>
+#include <Platform/Sqlite/SqliteConnection.hpp>
+#include <Platform/Sqlite/SqliteError.hpp>
 
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace Tarnwick_API::Platform {
 
-/// The entries in one SQLite file, through one connection. Its operations throw `CacheDatabaseError`. One thread at a
+/// The entries in one SQLite file, through one connection. Its operations throw `SqliteError`. One thread at a
 /// time.
 ///
 /// A write-ahead log, as reading then waits for no writer. It is not flushed for each change: a process that dies loses
@@ -23,6 +23,9 @@ public:
     CacheDatabase(const CacheDatabase&) = delete;
     CacheDatabase& operator=(const CacheDatabase&) = delete;
     ~CacheDatabase();
+
+    /// Whether no later try will do better with this file.
+    [[nodiscard]] static bool isFinal(const SqliteError& error) noexcept;
 
     /// False when the file at the path is another one by now, or none.
     [[nodiscard]] bool isInPlace() const;
@@ -58,16 +61,12 @@ public:
     };
 
 private:
-    struct Close {
-        void operator()(sqlite3* connection) const noexcept;
-    };
     struct Statements;
 
     void checkHeader();
     void layOut();
-    void run(const char* sql);
 
-    std::unique_ptr<sqlite3, Close> connection_;
+    SqliteConnection connection_;
     std::unique_ptr<Statements> statements_;
     bool hasCounted_ = false;
 };

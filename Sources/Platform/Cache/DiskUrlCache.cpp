@@ -20,7 +20,7 @@ std::mutex& fileMaking() {
 }
 
 [[noreturn]] void throwSystemError(int number) {
-    throw CacheDatabaseError{std::generic_category().message(number), number == ENOTSUP};
+    throw std::system_error{number, std::generic_category()};
 }
 
 /// The path to open; empty when there is no file.
@@ -68,18 +68,17 @@ UrlResponsePointer DiskUrlCache::find(const std::string& key) {
     if (isOff() || owesAll_ || owedRemovals_.contains(key)) {
         return nullptr;
     }
-    try {
-        auto* const database = open(Opening::existing);
-        const auto found = database == nullptr ? std::nullopt : database->find(key);
-        if (!found) {
-            return nullptr;
+    std::optional<EncodedResponse> found;
+    const auto isRead = attempt([&] {
+        if (auto* const database = open(Opening::existing)) {
+            found = database->find(key);
         }
-        if (auto response = decode(key, *found)) {
-            return response;
-        }
-    } catch (const CacheDatabaseError& error) {
-        fail(error);
+    });
+    if (!isRead || !found) {
         return nullptr;
+    }
+    if (auto response = decode(key, *found)) {
+        return response;
     }
     remove(key);
     return nullptr;
@@ -122,13 +121,13 @@ std::size_t DiskUrlCache::usage() {
     if (isOff()) {
         return 0;
     }
-    try {
-        auto* const database = open(Opening::existing);
-        return database == nullptr ? 0 : database->usage();
-    } catch (const CacheDatabaseError& error) {
-        fail(error);
-        return 0;
-    }
+    std::size_t size = 0;
+    attempt([&] {
+        if (auto* const database = open(Opening::existing)) {
+            size = database->usage();
+        }
+    });
+    return size;
 }
 
 void DiskUrlCache::setCapacity(std::size_t capacity) {
@@ -169,11 +168,11 @@ CacheDatabase* DiskUrlCache::open(Opening opening) {
 }
 
 /// Whether the change is done, with all that was owed; without a file there is nothing to remove.
-bool DiskUrlCache::change(Opening opening, const Work& work) {
+bool DiskUrlCache::change(Opening opening, const Change& work) {
     if (isOff()) {
         return false;
     }
-    try {
+    const auto isDone = attempt([&] {
         if (auto* const database = open(opening)) {
             CacheDatabase::Transaction transaction{*database};
             if (owesAll_) {
@@ -189,17 +188,29 @@ bool DiskUrlCache::change(Opening opening, const Work& work) {
             transaction.evict(capacity_);
             transaction.commit();
         }
+    });
+    if (isDone) {
         owesAll_ = false;
         owedRemovals_.clear();
-        return true;
-    } catch (const CacheDatabaseError& error) {
-        fail(error);
-        return false;
     }
+    return isDone;
 }
 
-void DiskUrlCache::fail(const CacheDatabaseError& error) {
-    if (error.isFinal()) {
+template <class Work>
+bool DiskUrlCache::attempt(Work work) {
+    try {
+        work();
+        return true;
+    } catch (const SqliteError& error) {
+        fail(error.what(), CacheDatabase::isFinal(error));
+    } catch (const std::system_error& error) {
+        fail(error.what(), error.code().value() == ENOTSUP);
+    }
+    return false;
+}
+
+void DiskUrlCache::fail(const char* reason, bool isFinal) {
+    if (isFinal) {
         hasFailed_ = true;
         if (database_ != nullptr) {
             database_->leaveFileAsItIs();
@@ -208,7 +219,7 @@ void DiskUrlCache::fail(const CacheDatabaseError& error) {
     }
     if (!std::exchange(hasComplained_, true)) {
         complaint_.append("The URL cache goes on in memory, without ").append(file_.string()).append(": ");
-        complaint_.append(error.what());
+        complaint_.append(reason);
     }
 }
 

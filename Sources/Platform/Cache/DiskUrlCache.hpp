@@ -5,7 +5,10 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <set>
+#include <string>
 
 namespace Tarnwick_API::Platform {
 
@@ -38,12 +41,16 @@ public:
 
 private:
     enum class Opening { existing, made };
-    using Work = std::function<void(CacheDatabase::Transaction&)>;
+    using Change = std::function<void(CacheDatabase::Transaction&)>;
 
     [[nodiscard]] bool isOff() const { return hasFailed_ || file_.empty() || capacity_ == 0; }
     CacheDatabase* open(Opening opening);
-    bool change(Opening opening, const Work& work);
-    void fail(const CacheDatabaseError& error);
+    bool change(Opening opening, const Change& work);
+    /// Whether `work` met no error of the file.
+    template <class Work>
+    bool attempt(Work work);
+    /// `isFinal`: no later try will do better with this file.
+    void fail(const char* reason, bool isFinal);
     void owe(const std::string& key);
 
     std::filesystem::path file_;

@@ -2,7 +2,11 @@
 #include <Platform/Keychain/SecretService/SecretServiceKeychainStore.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
+#include <chrono>
+#include <condition_variable>
+#include <memory>
 #include <mutex>
+#include <string>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
@@ -15,13 +19,14 @@ void say(const std::string& what) {
     }
 }
 
-/// The keyring or the private file, whichever the first call finds.
+/// The Secret Service or the private file, whichever the first call finds.
 class UserKeychainStore final : public KeychainStore {
 public:
-    UserKeychainStore(std::string file, std::chrono::milliseconds patience)
+    UserKeychainStore(std::string file, std::chrono::milliseconds timeout)
         : file_{std::make_shared<FileKeychainStore>(file)},
           fileName_{std::move(file)},
-          keyring_{std::make_shared<SecretServiceKeychainStore>(patience)} {}
+          secretService_{std::make_shared<SecretServiceKeychainStore>(timeout)},
+          timeout_{timeout} {}
 
     KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override {
         const auto [status, store] = ready();
@@ -45,16 +50,20 @@ public:
 
     KeychainStoreState state() override {
         const auto store = chosen();
-        // A keyring that doesn't answer is asked once: it has just not answered.
+        // A Secret Service that doesn't answer is asked once: it has just not answered.
         return store ? store->state() : KeychainStoreState{"Secret Service", {}, KeychainStatus::notAvailable};
     }
 
     void unlock(std::function<void(KeychainStatus)> onCompletion) override {
         const auto store = chosen();
-        (store ? store : keyring_)->unlock(std::move(onCompletion));
+        (store ? store : secretService_)->unlock(std::move(onCompletion));
     }
 
 private:
+    // The lock guards this alone and is never held while the Secret Service or the disk is asked: a call that hangs
+    // there delays no other beyond that one's own timeout.
+    enum class State { undecided, file, unmigrated, migrating, secretService };
+
     struct Ready {
         KeychainStatus status = KeychainStatus::success;
         /// None when the status says why.
@@ -66,74 +75,129 @@ private:
         if (!store) {
             return {KeychainStatus::notAvailable};
         }
-        if (store == keyring_) {
-            if (const auto status = move(); status != KeychainStatus::success) {
+        if (store == secretService_) {
+            if (const auto status = migrateOnce(); status != KeychainStatus::success) {
                 return {status};
             }
         }
         return {KeychainStatus::success, std::move(store)};
     }
 
-    /// None while a keyring is there that doesn't answer: the file then may not have what the keyring has.
+    /// None while a Secret Service is there that doesn't answer: the file then may not have what it has.
     std::shared_ptr<KeychainStore> chosen() {
-        const std::lock_guard lock{mutex_};
-        if (!chosen_) {
-            const auto inquiry = keyring_->inquire();
-            switch (inquiry.offer) {
-                case SecretServiceKeychainStore::Offer::offered:
-                    say("the Secret Service, as " + inquiry.reason);
-                    chosen_ = keyring_;
-                    break;
-                case SecretServiceKeychainStore::Offer::notOffered:
-                    say("the file " + fileName_ + ", as there is " + inquiry.reason);
-                    chosen_ = file_;
-                    break;
-                case SecretServiceKeychainStore::Offer::noAnswer:
-                    break;
-            }
+        if (auto store = storeOf(currentState())) {
+            return store;
         }
-        return chosen_;
+        const auto inquiry = secretService_->inquire();
+        switch (inquiry.offer) {
+            case SecretServiceKeychainStore::Offer::offered:
+                if (decide(State::unmigrated)) {
+                    say("the Secret Service, as " + inquiry.reason);
+                }
+                break;
+            case SecretServiceKeychainStore::Offer::notOffered:
+                if (decide(State::file)) {
+                    say("the file " + fileName_ + ", as there is " + inquiry.reason);
+                }
+                break;
+            case SecretServiceKeychainStore::Offer::noAnswer:
+                break;
+        }
+        return storeOf(currentState());
     }
 
-    /// Moves what the file has to the keyring. A failure keeps the caller from taking for absent what is in the file.
-    KeychainStatus move() {
+    /// False when another call has decided meanwhile.
+    bool decide(State state) {
         const std::lock_guard lock{mutex_};
-        if (isMoved_) {
-            return KeychainStatus::success;
+        if (state_ != State::undecided) {
+            return false;
         }
+        state_ = state;
+        return true;
+    }
+
+    State currentState() {
+        const std::lock_guard lock{mutex_};
+        return state_;
+    }
+
+    [[nodiscard]] std::shared_ptr<KeychainStore> storeOf(State state) const {
+        switch (state) {
+            case State::undecided:
+                return nullptr;
+            case State::file:
+                return file_;
+            default:
+                return secretService_;
+        }
+    }
+
+    /// Migrates, or waits for the call that does: what it gets is every waiting call's answer.
+    KeychainStatus migrateOnce() {
+        {
+            std::unique_lock lock{mutex_};
+            if (state_ == State::migrating) {
+                const bool hasEnded = changed_.wait_for(lock, timeout_, [&] { return state_ != State::migrating; });
+                return hasEnded ? lastMigration_ : KeychainStatus::notAvailable;
+            }
+            if (state_ == State::secretService) {
+                return KeychainStatus::success;
+            }
+            state_ = State::migrating;
+        }
+        struct End {
+            ~End() {
+                const std::lock_guard lock{store.mutex_};
+                store.lastMigration_ = status;
+                store.state_ = status == KeychainStatus::success ? State::secretService : State::unmigrated;
+                store.changed_.notify_all();
+            }
+            UserKeychainStore& store;
+            KeychainStatus status = KeychainStatus::notAvailable;
+        } end{*this};
+        return end.status = migrate();
+    }
+
+    /// Migrates what the file has to the Secret Service. A failure keeps the caller from taking for absent what is in
+    /// the file.
+    KeychainStatus migrate() {
         auto content = file_->everything();
         if (content.status == KeychainStatus::notAvailable) {
             return content.status;  // another process is busy with it
         }
         if (content.status != KeychainStatus::success) {
             say("the file " + fileName_ + " can't be moved to the Secret Service, as it can't be read");
-        } else if (!content.items.empty()) {
-            if (const auto status = keyring_->migrate(content.items, content.writtenAt);
-                status != KeychainStatus::success) {
-                return status;
-            }
-            if (file_->removeUnchanged(content.items) == KeychainStatus::success) {
-                say("moved from the file to the Secret Service: " + std::to_string(content.items.size()) + " items");
-            } else {
-                say("the items in " + fileName_ + " can't be deleted, though the Secret Service has them now");
-            }
+            return KeychainStatus::success;
         }
-        isMoved_ = true;
+        if (content.items.empty()) {
+            return KeychainStatus::success;
+        }
+        if (const auto status = secretService_->migrate(content.items, content.writtenAt);
+            status != KeychainStatus::success) {
+            return status;
+        }
+        if (file_->removeUnchanged(content.items) == KeychainStatus::success) {
+            say("moved from the file to the Secret Service: " + std::to_string(content.items.size()) + " items");
+        } else {
+            say("the items in " + fileName_ + " can't be deleted, though the Secret Service has them now");
+        }
         return KeychainStatus::success;
     }
 
     const std::shared_ptr<FileKeychainStore> file_;
     const std::string fileName_;
-    const std::shared_ptr<SecretServiceKeychainStore> keyring_;
+    const std::shared_ptr<SecretServiceKeychainStore> secretService_;
+    const std::chrono::milliseconds timeout_;
     std::mutex mutex_;
-    std::shared_ptr<KeychainStore> chosen_;
-    bool isMoved_ = false;
+    std::condition_variable changed_;
+    State state_ = State::undecided;
+    KeychainStatus lastMigration_ = KeychainStatus::success;
 };
 
 }  // namespace
 
-std::shared_ptr<KeychainStore> makeUserKeychainStore(std::string file, std::chrono::milliseconds patience) {
-    return std::make_shared<UserKeychainStore>(std::move(file), patience);
+std::shared_ptr<KeychainStore> makeUserKeychainStore(std::string file, std::chrono::milliseconds timeout) {
+    return std::make_shared<UserKeychainStore>(std::move(file), timeout);
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -1,15 +1,12 @@
 // Processes that die while they write, and several that write at once.
 
 #include "ChildProcess.hpp"
-#include "NumberedItems.hpp"
 #include "PrintKeychainStatus.hpp"
 #include "TemporaryFolder.hpp"
 #include <Platform/Keychain/File/FileKeychainStore.hpp>
 
 #include <atomic>
-#include <chrono>
 #include <csignal>
-#include <random>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -148,37 +145,6 @@ TEST_F(FileKeychainDurability, LeavesTheOldOrTheNewItemAtEachPointOfDeath) {
         }
         EXPECT_GT(oldOnes, 3) << row.name << " was hardly interrupted";
     }
-}
-
-TEST_F(FileKeychainDurability, LeavesTheOldOrTheNewItemWheneverKilled) {
-    FileKeychainStore store{file};
-    ASSERT_EQ(store.add(item("a", 1)), success);
-    const auto start = std::chrono::steady_clock::now();
-    ASSERT_EQ(store.update(query, {.data = secret(0)}), success);
-    const std::chrono::nanoseconds timeOfWrite = std::chrono::steady_clock::now() - start;
-    const auto reference = read()->persistentReference;
-    const Shared<std::atomic<unsigned>> written;
-    int interrupted = 0;
-    std::mt19937 random{static_cast<unsigned>(::getpid())};
-    for (int round = 0; round < 1'000; ++round) {
-        SCOPED_TRACE(round);
-        std::uniform_int_distribution<std::int64_t> lifetimes{1, 2 * timeOfWrite.count()};
-        ChildProcess child{[&, lifetime = std::chrono::nanoseconds{lifetimes(random)}] {
-            const bool armed = killAfter(lifetime);
-            while (armed && store.update(query, {.data = secret(*written + 1)}) == success) {
-                ++*written;
-            }
-        }};
-        ASSERT_EQ(child.wait(), SIGKILL);
-        interrupted += fs::exists(file.string() + "-journal") ? 1 : 0;
-        const auto found = read();
-        ASSERT_TRUE(found);
-        ASSERT_TRUE(found->data == secret(*written) || found->data == secret(*written + 1)) << *written;
-        ASSERT_EQ(found->persistentReference, reference);
-        *written = static_cast<unsigned>(std::stoul(*found->data));
-    }
-    EXPECT_GT(interrupted, 0);
-    RecordProperty("interrupted", interrupted);
 }
 
 /// Adds `count` items and changes the one that all share as often. A lock that stays for a second is asked for again:

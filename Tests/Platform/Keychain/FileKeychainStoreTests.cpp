@@ -5,12 +5,10 @@
 #include "TemporaryFolder.hpp"
 #include <Platform/Keychain/File/FileKeychainStore.hpp>
 
-#include <algorithm>
 #include <array>
 #include <csignal>
 #include <fstream>
 #include <optional>
-#include <random>
 #include <sstream>
 
 #include <gmock/gmock.h>
@@ -170,26 +168,6 @@ TEST_F(FileKeychain, RefusesWhatIsNoKeychainAndLeavesItAlone) {
     fs::remove(file);
     ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
     EXPECT_THAT(everyCall(store), ::testing::Each(invalidKeychain)) << "and does not wait for a writer";
-}
-
-TEST_F(FileKeychain, StandsAnyDamage) {
-    FileKeychainStore store{file};
-    for (const auto* const account : {"a", "b", "c"}) {
-        ASSERT_EQ(store.add({"s", account, Bytes(3000, 'x'), "label", {}, "comment"}), success);
-    }
-    const auto good = contentOf(file);
-    std::mt19937 random{20};
-    for (int round = 0; round < 100; ++round) {
-        auto damaged = good;
-        for (int count = 0; count < 8; ++count) {
-            // Half of the hits go where the structure is.
-            const auto reach = count % 2 == 0 ? damaged.size() : 200;
-            damaged[random() % reach] = static_cast<char>(random());
-        }
-        writeFile(file, damaged);
-        static_cast<void>(everyCall(store));
-        EXPECT_TRUE(fs::exists(file)) << round;
-    }
 }
 
 TEST_F(FileKeychain, OverwritesFormerSecrets) {

@@ -2,7 +2,7 @@
 // Arguments:
 // - until-killed MICROSECONDS: changes the item of service "s" again and again, and tells each number written;
 // - compete NUMBER ROUNDS: adds, changes and deletes what others compete for;
-// - move FILE MICROSECONDS: moves a file's items to the keyring, and is killed.
+// - migrate FILE MICROSECONDS: migrates a file's items to the Secret Service, and is killed.
 
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 

@@ -1,4 +1,4 @@
-// The keyring locked, hung, killed, missing, and written by several at once.
+// The Secret Service locked, hung, killed, missing, and written by several at once.
 
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
@@ -10,6 +10,7 @@
 #include "PrintKeychainStatus.hpp"
 #include "PrivateKeyring.hpp"
 
+#include <csignal>
 #include <cstdlib>
 #include <mutex>
 #include <random>
@@ -17,6 +18,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace Tarnwick_API::Platform {
 namespace {
@@ -28,7 +30,7 @@ constexpr auto success = KeychainStatus::success;
 constexpr auto locked = KeychainStatus::interactionNotAllowed;
 constexpr auto notAvailable = KeychainStatus::notAvailable;
 constexpr auto itemNotFound = KeychainStatus::itemNotFound;
-constexpr std::chrono::milliseconds patience{60'000};
+constexpr std::chrono::milliseconds timeout{60'000};
 const KeychainQuery query{"s", {}};
 const KeychainReturn all{true, true, true, true};
 
@@ -63,7 +65,7 @@ protected:
 
     std::optional<unsigned long> number() const { return numberOf(store->copyMatching(query, all)); }
 
-    /// Once the keyring is there again.
+    /// Once the Secret Service is there again.
     std::optional<unsigned long> numberAtLast() const {
         auto answer = store->copyMatching(query, all);
         while (answer.status == notAvailable) {
@@ -73,10 +75,10 @@ protected:
     }
 
     PrivateKeyring keyring;
-    const std::shared_ptr<KeychainStore> store = makeSecretServiceKeychainStore(patience);
+    const std::shared_ptr<KeychainStore> store = makeSecretServiceKeychainStore(timeout);
 };
 
-TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenKeyring) {
+TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenCollection) {
     const struct {
         std::string name;
         std::function<void()> prepare;
@@ -97,7 +99,7 @@ TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenKeyring) {
         SCOPED_TRACE(row.name);
         row.prepare();
         // The last row: a store that is connected stays so.
-        const auto fresh = makeSecretServiceKeychainStore(patience);
+        const auto fresh = makeSecretServiceKeychainStore(timeout);
         for (const auto& each : {row.name == "no address" ? fresh : store, fresh}) {
             if (row.status == success) {
                 static_cast<void>(each->remove(query));
@@ -125,32 +127,32 @@ TEST_F(SecretService, TellsADismissedPromptFromOneThatCannotBeShown) {
     EXPECT_EQ(unlock(*store), success);
 }
 
-TEST_F(SecretService, GivesUpAKeyringThatDoesNotAnswerOnce) {
+TEST_F(SecretService, GivesUpOnceWhenThereIsNoAnswer) {
     keyring.startKeyring();
     constexpr std::chrono::milliseconds little{100};
-    const auto impatient = makeSecretServiceKeychainStore(little);
+    const auto hurried = makeSecretServiceKeychainStore(little);
     ASSERT_EQ(store->add(itemOf("s", 1)), success);
-    while (impatient->copyMatching(query, all).status == notAvailable) {
+    while (hurried->copyMatching(query, all).status == notAvailable) {
         // On a busy machine the connection takes longer than that.
     }
     std::ostringstream log;
     Logging::setSink([&](const auto& entry) { log << entry.message << '\n'; });
 
     keyring.freezeKeyring();
-    const auto calls = everyCall(*impatient);
+    const auto calls = everyCall(*hurried);
     EXPECT_THAT(calls, Each(notAvailable));
     EXPECT_EQ(occurrences(log.str(), "no answer within 100 ms"), 1U) << "one wait for a whole chain of calls";
     EXPECT_EQ(occurrences(log.str(), "has not answered an earlier call yet"), calls.size() - 1);
     keyring.thawKeyring();
     EXPECT_EQ(number(), 1U) << "nothing was sent after the look-up";
-    while (impatient->update(query, changesOf(2)) == notAvailable) {
+    while (hurried->update(query, changesOf(2)) == notAvailable) {
     }
     EXPECT_EQ(number(), 2U);
 
     keyring.freezeKeyring();
-    EXPECT_EQ(impatient->update(query, changesOf(3)), notAvailable);
+    EXPECT_EQ(hurried->update(query, changesOf(3)), notAvailable);
     keyring.thawKeyring();
-    while (impatient->update(query, {.comment = "4"}) == notAvailable) {
+    while (hurried->update(query, {.comment = "4"}) == notAvailable) {
     }
     const auto found = std::get<KeychainDictionary>(store->copyMatching(query, all).value);
     EXPECT_EQ(found.data, secretOf(2)) << "an update that was given up in its search goes no further";
@@ -175,6 +177,45 @@ TEST_F(SecretService, ShowsPlainAttributesAndLeavesItemsOfOthersAlone) {
     EXPECT_THAT(everyCall(*store),
                 ::testing::ElementsAre(itemNotFound, itemNotFound, itemNotFound, success, success, success));
     EXPECT_EQ(outputOf(lookUp), "foreign");
+}
+
+TEST_F(SecretService, RenamesItemsOfTheFormerSchemaAsSoonAsItCan) {
+    const auto former = [&] { return keyring.count("Platform.GenericPassword", "xdg:schema"); };
+    const auto keep = [](const std::string& account, const std::string& created, const std::string& revision) {
+        outputOf({"secret-tool", "store", "--label=label", "xdg:schema", "Platform.GenericPassword", "service", "s",
+                  "account", account, "comment", account, "ref", "ref" + account, "created", created, "revision",
+                  revision, "hasData", "yes"},
+                 secretOf(std::stoul(account)));
+    };
+    keyring.startKeyring();
+    keep("2", "20", "1");
+    keep("1", "10", "3");
+    keep("3", "5", "0");  // a draft
+    ASSERT_EQ(former(), 3);
+    keyring.lock();
+    EXPECT_THAT(everyCall(*store), Each(locked));
+
+    std::signal(SIGXFSZ, SIG_IGN);  // inherited
+    keyring.startKeyring();
+    const auto process = keyring.keyringProcess();
+    rlimit usual{};
+    ASSERT_EQ(::prlimit(process, RLIMIT_FSIZE, nullptr, &usual), 0);
+    const rlimit nothing{0, usual.rlim_max};
+    ASSERT_EQ(::prlimit(process, RLIMIT_FSIZE, &nothing, nullptr), 0);
+    EXPECT_EQ(number(), 1U) << "found, though nothing can be written";
+    EXPECT_EQ(former(), 3);
+    ASSERT_EQ(::prlimit(process, RLIMIT_FSIZE, &usual, nullptr), 0);
+
+    EXPECT_EQ(number(), 1U);
+    EXPECT_EQ(former(), 0);
+    const auto found = std::get<KeychainDictionary>(store->copyMatching(query, all).value);
+    EXPECT_EQ(found.label, "label");
+    EXPECT_EQ(found.persistentReference, "ref1");
+    EXPECT_EQ(keyring.count("s"), 2) << "the draft is gone";
+    const auto another = makeSecretServiceKeychainStore(timeout);
+    EXPECT_EQ(numberOf(another->copyMatching({"s", "2"}, all)), 2U);
+    EXPECT_EQ(another->remove(query), success);
+    EXPECT_EQ(makeSecretServiceKeychainStore(timeout)->copyMatching(query, all).status, itemNotFound);
 }
 
 TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheClientIsKilled) {
@@ -204,7 +245,7 @@ TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheClientIsKilled) {
     EXPECT_EQ(keyring.count("s"), 1) << "the next write has tidied up";
 }
 
-TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheKeyringIsKilled) {
+TEST_F(SecretService, LeavesTheOldOrTheNewItemWheneverTheServiceIsKilled) {
     keyring.startKeyring();
     ASSERT_EQ(store->add(itemOf("s", 0)), success);
     std::mt19937 random{static_cast<unsigned>(::getpid())};

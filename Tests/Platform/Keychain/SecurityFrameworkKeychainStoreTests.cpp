@@ -1,6 +1,7 @@
-// What the translation makes of answers that are not as they should be.
+// The translation itself: what goes out to the framework, and what becomes of its answers.
 
-#include "FrameworkObject.hpp"
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
+
 #include "PrintKeychainStatus.hpp"
 #include "SecurityFrameworkDouble.hpp"
 
@@ -12,22 +13,94 @@
 namespace Tarnwick_API::Platform {
 namespace {
 
-using Object = SecurityFrameworkDouble::FrameworkObject;
-using SecurityFrameworkDouble::fail;
-using SecurityFrameworkDouble::madeObject;
-
-CFTypeRef text(const char* content) {
-    return madeObject({.kind = Object::Kind::string, .text = content});
-}
-
-CFTypeRef data(const char* content) {
-    return madeObject({.kind = Object::Kind::data, .text = content});
-}
+using namespace SecurityFrameworkDouble;
+using Strings = std::vector<std::string>;
 
 class SecurityFrameworkKeychain : public ::testing::Test {
 protected:
-    std::shared_ptr<KeychainStore> store = SecurityFrameworkDouble::makeKeychainStore();
+    void TearDown() override { expectNothingLeft(); }
+
+    const std::shared_ptr<KeychainStore> store = makeSecurityFrameworkKeychainStore();
 };
+
+TEST_F(SecurityFrameworkKeychain, PassesOnExactlyWhatItIsGiven) {
+    const KeychainQuery query{"s", "a"};
+    const auto lookUp = [&](const KeychainReturn& wanted) {
+        return [&, wanted] { return store->copyMatching(query, wanted).status; };
+    };
+    const auto update = [&](const KeychainChanges& changes) {
+        return [&, changes] { return store->update(query, changes); };
+    };
+    const auto remove = [&] { return store->remove(query); };
+    const std::string item = " {kSecClass=kSecClassGenericPassword kSecAttrService='s' kSecAttrAccount='a'";
+    const struct {
+        std::function<KeychainStatus()> act;
+        OSStatus status = errSecSuccess;
+        std::string call;
+    } rows[] = {
+        {[&] { return store->copyMatching({}, {}).status; }, 0,
+         "SecItemCopyMatching {kSecClass=kSecClassGenericPassword}"},
+        {lookUp({}), -25300, "SecItemCopyMatching" + item + "}"},
+        {lookUp({.limitOne = true}), 0, "SecItemCopyMatching" + item + " kSecMatchLimit=kSecMatchLimitOne}"},
+        {lookUp({.attributes = true}), -25244, "SecItemCopyMatching" + item + " kSecReturnAttributes=true}"},
+        {lookUp({.data = true}), -128, "SecItemCopyMatching" + item + " kSecReturnData=true}"},
+        {lookUp({.persistentReference = true}), -50, "SecItemCopyMatching" + item + " kSecReturnPersistentRef=true}"},
+        {update({}), -61, "SecItemUpdate" + item + "} {}"},
+        {update({"b", "p", "c"}), 0,
+         "SecItemUpdate" + item + "} {kSecAttrAccount='b' kSecValueData=<p> kSecAttrComment='c'}"},
+        {remove, -25299, "SecItemDelete" + item + "}"},
+    };
+    for (const auto& row : rows) {
+        answer({Answer{row.status}});
+        EXPECT_EQ(static_cast<OSStatus>(row.act()), row.status) << row.call;
+        EXPECT_EQ(takeCalls(), Strings{row.call});
+    }
+}
+
+TEST_F(SecurityFrameworkKeychain, AddsAnItemWithAListOfWhoMayReadIt) {
+    const auto object = [](const char* name) { return Answer{errSecSuccess, made({.text = name})}; };
+    const Answer failure{errSecParam};
+    const struct {
+        std::optional<Bytes> data;
+        std::vector<Answer> answers;
+        std::string list, dataMember, accessMember;
+    } rows[] = {
+        {"p",
+         {object("1"), object("2"), object("self"), object("access"), {-25299}},
+         "self 1 2",
+         " kSecValueData=<p>",
+         " kSecAttrAccess=access"},
+        {{},
+         {object("1"), failure, object("self"), object("access"), {}},
+         "self 1 missing",
+         "",
+         " kSecAttrAccess=access"},
+        {"", {object("1"), object("2"), failure, failure, {}}, "missing 1 2", " kSecValueData=<>", ""},
+    };
+    for (const auto& row : rows) {
+        answer(row.answers);
+        const auto status = store->add({"s", "a", row.data, "l", {"d", {{}, "/1", "/2"}}, "c"});
+        EXPECT_EQ(static_cast<OSStatus>(status), row.answers.back().status);
+        EXPECT_EQ(takeCalls(),
+                  (Strings{"SecTrustedApplicationCreateFromPath /1", "SecTrustedApplicationCreateFromPath /2",
+                           "SecTrustedApplicationCreateFromPath -", "SecAccessCreate 'd' [" + row.list + "]",
+                           "SecItemAdd {kSecClass=kSecClassGenericPassword kSecAttrService='s' kSecAttrAccount='a'" +
+                               row.dataMember + " kSecAttrLabel='l' kSecAttrAccessible=kSecAttrAccessibleAlways" +
+                               row.accessMember + " kSecAttrComment='c'}"}));
+    }
+}
+
+TEST_F(SecurityFrameworkKeychain, AsksNothingWithTextThatItWouldReadOtherwise) {
+    for (const auto& odd : {std::string{"s\0", 2}, std::string{"\xFF"}}) {
+        EXPECT_EQ(store->copyMatching({odd, {}}, {}).status, KeychainStatus::param);
+        EXPECT_EQ(store->update({odd, {}}, {}), KeychainStatus::param);
+        EXPECT_EQ(store->update({}, {.account = odd}), KeychainStatus::param);
+        answer({Answer{}});  // to the access object
+        EXPECT_EQ(store->add({"s", odd, {}, "", {}, ""}), KeychainStatus::param);
+        EXPECT_EQ(store->remove({{}, odd}), KeychainStatus::param);
+        EXPECT_EQ(takeCalls(), Strings{"SecAccessCreate '' []"});
+    }
+}
 
 TEST_F(SecurityFrameworkKeychain, TakesNoAnswerOfAnotherShapeForAValue) {
     const struct {
@@ -35,59 +108,42 @@ TEST_F(SecurityFrameworkKeychain, TakesNoAnswerOfAnotherShapeForAValue) {
         CFTypeRef answer;
         std::size_t alternative;
     } rows[] = {
-        {"text", text("secret"), 0},
-        {"an item", madeObject({.kind = Object::Kind::item}), 0},
-        {"an array", madeObject({.kind = Object::Kind::array}), 0},
-        {"true", CFRetain(kCFBooleanTrue), 0},
-        {"data", data("secret"), 1},
-        {"empty data", data(""), 1},
-        {"a dictionary", madeObject({.kind = Object::Kind::dictionary}), 2},
+        {"text", text("secret"), 0}, {"an item", made({}), 0},    {"true", CFRetain(kCFBooleanTrue), 0},
+        {"data", data("secret"), 1}, {"empty data", data(""), 1}, {"a dictionary", dictionary({}), 2},
     };
     for (const auto& row : rows) {
-        SecurityFrameworkDouble::answerNext(row.answer);
-        const auto answer = store->copyMatching({}, {.attributes = true, .data = true});
-        EXPECT_EQ(answer.status, KeychainStatus::success);
-        EXPECT_EQ(answer.value.index(), row.alternative) << row.name;
+        answer({Answer{errSecSuccess, row.answer}});
+        EXPECT_EQ(store->copyMatching({}, {}).value.index(), row.alternative) << row.name;
     }
 }
 
 TEST_F(SecurityFrameworkKeychain, LeavesOutMembersOfAnotherShape) {
-    const CFStringRef texts[] = {kSecAttrService, kSecAttrAccount, kSecAttrLabel, kSecAttrComment};
-    const CFStringRef bytes[] = {kSecValueData, kSecValuePersistentRef};
-    const auto read = [&](const std::function<CFTypeRef()>& textMember, const std::function<CFTypeRef()>& dataMember) {
-        Object dictionary{.kind = Object::Kind::dictionary};
-        for (const auto* const key : texts) {
-            dictionary.members.emplace_back(key, textMember());
-        }
-        for (const auto* const key : bytes) {
-            dictionary.members.emplace_back(key, dataMember());
-        }
-        SecurityFrameworkDouble::answerNext(madeObject(std::move(dictionary)));
-        const auto found = std::get<KeychainDictionary>(store->copyMatching({}, {.attributes = true}).value);
+    const auto read = [&](const std::function<CFTypeRef(int)>& member) {
+        answer({{errSecSuccess, dictionary({kSecAttrService, member(0), kSecAttrAccount, member(1), kSecAttrLabel,
+                                            member(2), kSecAttrComment, member(3), kSecValueData, member(4),
+                                            kSecValuePersistentRef, member(5)})}});
+        const auto found = std::get<KeychainDictionary>(store->copyMatching({}, {}).value);
         return std::vector{found.service, found.account, found.label,
                            found.comment, found.data,    found.persistentReference};
     };
-    const std::vector<std::optional<std::string>> none(6);
-    EXPECT_EQ(read([] { return text("\xF0\x9F\x94\x91"); }, [] { return data("\xFF"); }),
-              (std::vector<std::optional<std::string>>{"\xF0\x9F\x94\x91", "\xF0\x9F\x94\x91", "\xF0\x9F\x94\x91",
-                                                       "\xF0\x9F\x94\x91", "\xFF", "\xFF"}));
-    EXPECT_EQ(read([] { return data("a"); }, [] { return text("a"); }), none);
-    EXPECT_EQ(read([] { return text("half a pair: \xED\xA0\x80"); }, [] { return CFRetain(kCFBooleanTrue); }), none);
+    using Members = std::vector<std::optional<std::string>>;
+    const auto isText = [](int index) { return index < 4; };
+    const std::string key = "\xF0\x9F\x94\x91";
+    EXPECT_EQ(read([&](int index) {
+                  const auto content = key + std::to_string(index);
+                  return isText(index) ? text(content) : data(content);
+              }),
+              (Members{key + "0", key + "1", key + "2", key + "3", key + "4", key + "5"}));
+    EXPECT_EQ(read([&](int index) { return isText(index) ? data("a") : text("a"); }), Members(6));
+    EXPECT_EQ(read([&](int index) { return isText(index) ? text("half a pair: \xED\xA0\x80") : made({}); }),
+              Members(6));
 }
 
-TEST_F(SecurityFrameworkKeychain, PassesEveryStatusOn) {
-    for (const auto status : {KeychainStatus::userCanceled, KeychainStatus{-25244}, KeychainStatus::param}) {
-        const auto number = static_cast<OSStatus>(status);
-        for (const auto* const function : {"SecItemCopyMatching", "SecItemUpdate", "SecItemAdd", "SecItemDelete"}) {
-            fail(function, {number});
-        }
-        EXPECT_EQ(store->copyMatching({}, {}).status, status);
-        EXPECT_EQ(store->update({}, {}), status);
-        EXPECT_EQ(store->add({"s", "a", {}, "", {}, ""}), status);
-        EXPECT_EQ(store->remove({}), status);
-    }
-    fail("SecCopyErrorMessageString", {errSecParam});
+TEST_F(SecurityFrameworkKeychain, HasTheSystemsWords) {
+    answer({Answer{errSecSuccess, text("Words.")}, Answer{}});
+    EXPECT_EQ(store->message(KeychainStatus::authFailed), "Words.");
     EXPECT_EQ(store->message(KeychainStatus::authFailed), std::nullopt);
+    EXPECT_EQ(takeCalls(), (Strings{"SecCopyErrorMessageString -25293", "SecCopyErrorMessageString -25293"}));
     EXPECT_EQ(store->state().status, KeychainStatus::success);
 }
 

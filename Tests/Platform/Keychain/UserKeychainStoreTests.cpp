@@ -1,4 +1,4 @@
-// Which store the user's choice falls on, and how what the file holds gets to the keyring.
+// Which store the user's choice falls on, and how what the file holds gets to the Secret Service.
 
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
@@ -8,11 +8,15 @@
 #include "PrivateKeyring.hpp"
 #include <Platform/Keychain/File/FileKeychainStore.hpp>
 
+#include <atomic>
 #include <functional>
 #include <sstream>
+#include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 namespace Tarnwick_API::Platform {
 namespace {
@@ -23,7 +27,7 @@ using ::testing::HasSubstr;
 using ::testing::Optional;
 
 constexpr auto success = KeychainStatus::success;
-constexpr std::chrono::milliseconds patience{60'000};
+constexpr std::chrono::milliseconds timeout{60'000};
 const KeychainQuery query{"s", {}};
 const KeychainReturn all{true, true, true, true};
 
@@ -34,7 +38,7 @@ protected:
     }
     ~UserKeychainStore() override { Logging::setSink({}); }
 
-    [[nodiscard]] std::shared_ptr<KeychainStore> fresh(std::chrono::milliseconds wait = patience) const {
+    [[nodiscard]] std::shared_ptr<KeychainStore> fresh(std::chrono::milliseconds wait = timeout) const {
         return makeUserKeychainStore(file, wait);
     }
 
@@ -47,11 +51,11 @@ protected:
     PrivateKeyring keyring;
     const std::string file = keyring.folder() / "keychain.sqlite";
     FileKeychainStore inFile{file};
-    const std::shared_ptr<KeychainStore> inKeyring = makeSecretServiceKeychainStore(patience);
+    const std::shared_ptr<KeychainStore> inSecretService = makeSecretServiceKeychainStore(timeout);
     std::ostringstream log;
 };
 
-TEST_F(UserKeychainStore, IsTheKeyringWhereThereIsOneAndTheFileElsewhere) {
+TEST_F(UserKeychainStore, IsTheSecretServiceWhereThereIsOneAndTheFileElsewhere) {
     const struct {
         std::string name;
         std::function<void()> prepare;
@@ -91,7 +95,7 @@ TEST_F(UserKeychainStore, IsTheKeyringWhereThereIsOneAndTheFileElsewhere) {
     }
 }
 
-TEST_F(UserKeychainStore, NeverTakesTheFileWhileTheKeyringDoesNotAnswer) {
+TEST_F(UserKeychainStore, NeverTakesTheFileWhileTheSecretServiceDoesNotAnswer) {
     keyring.startKeyring();
     keyring.freezeKeyring();
     const auto store = fresh(std::chrono::milliseconds{50});
@@ -102,10 +106,10 @@ TEST_F(UserKeychainStore, NeverTakesTheFileWhileTheKeyringDoesNotAnswer) {
     while (store->add(itemOf("s", 1)) == KeychainStatus::notAvailable) {
     }
     EXPECT_EQ(store->state().name, "Secret Service");
-    EXPECT_EQ(numberOf(inKeyring->copyMatching(query, all)), 1U);
+    EXPECT_EQ(numberOf(inSecretService->copyMatching(query, all)), 1U);
 }
 
-TEST_F(UserKeychainStore, MovesWhatTheFileHoldsOnceTheKeyringIsOpen) {
+TEST_F(UserKeychainStore, MigratesWhatTheFileHoldsOnceTheSecretServiceIsUnlocked) {
     ASSERT_EQ(inFile.add(itemOf("s", 1)), success);
     ASSERT_EQ(inFile.add({"t", "none", {}, "", {}, ""}), success);
     const auto before = only(inFile);
@@ -116,11 +120,44 @@ TEST_F(UserKeychainStore, MovesWhatTheFileHoldsOnceTheKeyringIsOpen) {
     EXPECT_EQ(numberOf(inFile.copyMatching(query, all)), 1U);
     keyring.startKeyring();
     EXPECT_EQ(numberOf(store->copyMatching(query, all)), 1U);
-    EXPECT_EQ(only(*inKeyring).persistentReference, before.persistentReference);
-    EXPECT_EQ(only(*inKeyring).label, before.label);
-    EXPECT_EQ(only(*inKeyring, {"t", {}}).data, std::nullopt);
+    EXPECT_EQ(only(*inSecretService).persistentReference, before.persistentReference);
+    EXPECT_EQ(only(*inSecretService).label, before.label);
+    EXPECT_EQ(only(*inSecretService, {"t", {}}).data, std::nullopt);
     EXPECT_EQ(inFile.copyMatching({}, {}).status, KeychainStatus::itemNotFound);
     EXPECT_THAT(log.str(), HasSubstr("moved"));
+}
+
+TEST_F(UserKeychainStore, AnswersOthersWhileOneCallMigrates) {
+    keyring.startKeyring();
+    ASSERT_EQ(inFile.add(itemOf("s", 1)), success);
+    const auto store = fresh();
+    sqlite3* opened = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &opened), SQLITE_OK);
+    const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> other{opened, &sqlite3_close};
+    ASSERT_EQ(sqlite3_exec(opened, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    std::atomic<int> failures = 0;
+    std::atomic<bool> isEnough = false;
+    std::thread migrating{[&] {
+        while (!isEnough) {  // for a second each: as long as the file's lock is waited for
+            EXPECT_EQ(store->copyMatching(query, all).status, KeychainStatus::notAvailable);
+            ++failures;
+        }
+    }};
+    for (int count = 0; count < 20; ++count) {
+        EXPECT_EQ(store->state().status, success);
+    }
+    EXPECT_LT(failures, 3) << "waited for the other call";
+    isEnough = true;
+    migrating.join();
+
+    ASSERT_EQ(sqlite3_exec(opened, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+    std::vector<std::thread> threads(4);
+    for (auto& thread : threads) {
+        thread = std::thread{[&] { EXPECT_EQ(numberOf(store->copyMatching(query, all)), 1U); }};
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
 }
 
 TEST_F(UserKeychainStore, KeepsTheItemThatWasWrittenLast) {
@@ -134,23 +171,23 @@ TEST_F(UserKeychainStore, KeepsTheItemThatWasWrittenLast) {
     } rows[] = {
         {"the file's, of the same account",
          [&] {
-             return void(inKeyring->add({"s", "file", "old", "", {}, ""}));
+             return void(inSecretService->add({"s", "file", "old", "", {}, ""}));
          },
          std::chrono::hours{-1}, "file"},
         {"the file's, of another account",
          [&] {
-             return void(inKeyring->add({"s", "other", "old", "", {}, ""}));
+             return void(inSecretService->add({"s", "other", "old", "", {}, ""}));
          },
          std::chrono::hours{-1}, "file"},
-        {"the keyring's",
+        {"the Secret Service's",
          [&] {
-             return void(inKeyring->add({"s", "other", "new", "", {}, ""}));
+             return void(inSecretService->add({"s", "other", "new", "", {}, ""}));
          },
          std::chrono::hours{1}, "other"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        static_cast<void>(inKeyring->remove(query));
+        static_cast<void>(inSecretService->remove(query));
         ASSERT_EQ(inFile.add({"s", "file", "data", "", {}, ""}), success);
         row.prepare();
         fs::last_write_time(file, now - row.fileAge);
@@ -160,20 +197,20 @@ TEST_F(UserKeychainStore, KeepsTheItemThatWasWrittenLast) {
     }
 }
 
-TEST_F(UserKeychainStore, LosesAndDoublesNothingWhenKilledInTheMove) {
+TEST_F(UserKeychainStore, LosesAndDoublesNothingWhenKilledInTheMigration) {
     keyring.startKeyring();
     bool survived = false;
     int inBoth = 0;
     for (int lifetime = 1'000; !survived; lifetime += lifetime / 10) {
         SCOPED_TRACE(lifetime);
-        static_cast<void>(inKeyring->remove(query));
-        static_cast<void>(inKeyring->remove({"t", {}}));
+        static_cast<void>(inSecretService->remove(query));
+        static_cast<void>(inSecretService->remove({"t", {}}));
         ASSERT_EQ(inFile.remove({}) == success || lifetime == 1'000, true);
         ASSERT_EQ(inFile.add(itemOf("s", 1)), success);
         ASSERT_EQ(inFile.add(itemOf("t", 2)), success);
         const auto reference = only(inFile).persistentReference;
-        Program mover{{KEYRING_WRITER, "move", file, std::to_string(lifetime)}};
-        survived = mover.wait() == 0;
+        Program migrator{{KEYRING_WRITER, "migrate", file, std::to_string(lifetime)}};
+        survived = migrator.wait() == 0;
         inBoth += inFile.copyMatching(query, {}).status == success && keyring.count("s") == 1 ? 1 : 0;
         const auto store = fresh();
         EXPECT_EQ(numberOf(store->copyMatching(query, all)), 1U);

@@ -314,7 +314,7 @@ TEST_F(KeychainCalls, TakeAnAnswerOfAnUnexpectedShapeForAMissingItem) {
     }
 }
 
-TEST(Keychain, IsAPrivateFileWithoutAKeyringUnlessAnotherStoreIsInstalled) {
+TEST(Keychain, IsAPrivateFileWithoutASecretServiceUnlessAnotherStoreIsInstalled) {
     const TemporaryFolder folder;
     ASSERT_EQ(::setenv("XDG_DATA_HOME", folder.path().c_str(), 1), 0);
     Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleIdentifier", "org.example.App"}}});

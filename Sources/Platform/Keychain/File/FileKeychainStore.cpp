@@ -21,19 +21,23 @@ std::mutex& fileAccess() {
 
 /// The status of `work` on the file at `path`, or that of finding it.
 template <class Work>
-KeychainStatus onFile(const std::filesystem::path& path, std::chrono::milliseconds patience, Work work) {
+KeychainStatus onFile(const std::filesystem::path& path, std::chrono::milliseconds timeout, Work work) {
     const auto file = locateKeychainFile(path);
     if (file.status != KeychainStatus::success) {
         return file.status;
     }
-    KeychainDatabase database{file.path, patience};
-    return work(database);
+    try {
+        KeychainDatabase database{file.path, timeout};
+        return work(database);
+    } catch (const SqliteError& error) {
+        return KeychainDatabase::statusOf(error);
+    }
 }
 
 }  // namespace
 
-FileKeychainStore::FileKeychainStore(const std::string& path, std::chrono::milliseconds patience)
-    : path_{path}, patience_{patience} {
+FileKeychainStore::FileKeychainStore(const std::string& path, std::chrono::milliseconds timeout)
+    : path_{path}, timeout_{timeout} {
     // A later change of the working folder shall not lose the items.
     std::error_code error;
     if (auto absolute = std::filesystem::absolute(path_, error); !error) {
@@ -44,7 +48,7 @@ FileKeychainStore::FileKeychainStore(const std::string& path, std::chrono::milli
 KeychainAnswer FileKeychainStore::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
     const std::lock_guard lock{fileAccess()};
     KeychainAnswer answer;
-    answer.status = onFile(path_, patience_, [&](KeychainDatabase& database) {
+    answer.status = onFile(path_, timeout_, [&](KeychainDatabase& database) {
         auto found = database.first(query);
         if (found.status == KeychainStatus::success) {
             answer = answerShowing(std::move(found.item), wanted);
@@ -56,7 +60,7 @@ KeychainAnswer FileKeychainStore::copyMatching(const KeychainQuery& query, const
 
 KeychainStatus FileKeychainStore::update(const KeychainQuery& target, const KeychainChanges& changes) {
     const std::lock_guard lock{fileAccess()};
-    return onFile(path_, patience_, [&](KeychainDatabase& database) { return database.update(target, changes); });
+    return onFile(path_, timeout_, [&](KeychainDatabase& database) { return database.update(target, changes); });
 }
 
 KeychainStatus FileKeychainStore::add(const KeychainItem& item) {
@@ -64,7 +68,7 @@ KeychainStatus FileKeychainStore::add(const KeychainItem& item) {
     if (const auto status = createKeychainFile(path_); status != KeychainStatus::success) {
         return status;
     }
-    return onFile(path_, patience_, [&](KeychainDatabase& database) {
+    return onFile(path_, timeout_, [&](KeychainDatabase& database) {
         return database.add(
             {item.service, item.account, item.label, item.comment, item.data, freshPersistentReference()});
     });
@@ -72,7 +76,7 @@ KeychainStatus FileKeychainStore::add(const KeychainItem& item) {
 
 KeychainStatus FileKeychainStore::remove(const KeychainQuery& target) {
     const std::lock_guard lock{fileAccess()};
-    return onFile(path_, patience_, [&](KeychainDatabase& database) { return database.remove(target); });
+    return onFile(path_, timeout_, [&](KeychainDatabase& database) { return database.remove(target); });
 }
 
 KeychainStoreState FileKeychainStore::state() {
@@ -86,7 +90,7 @@ KeychainStoreState FileKeychainStore::state() {
 FileKeychainStore::Content FileKeychainStore::everything() {
     const std::lock_guard lock{fileAccess()};
     Content content;
-    content.status = onFile(path_, patience_, [&](KeychainDatabase& database) {
+    content.status = onFile(path_, timeout_, [&](KeychainDatabase& database) {
         // Before the reading: what is written meanwhile is not older than this.
         struct stat found {};
         if (::stat(path_.c_str(), &found) == 0) {
@@ -102,7 +106,7 @@ FileKeychainStore::Content FileKeychainStore::everything() {
 
 KeychainStatus FileKeychainStore::removeUnchanged(const std::vector<StoredKeychainItem>& items) {
     const std::lock_guard lock{fileAccess()};
-    return onFile(path_, patience_, [&](KeychainDatabase& database) { return database.removeUnchanged(items); });
+    return onFile(path_, timeout_, [&](KeychainDatabase& database) { return database.removeUnchanged(items); });
 }
 
 std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path) {

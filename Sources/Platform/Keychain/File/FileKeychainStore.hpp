@@ -13,8 +13,8 @@ namespace Tarnwick_API::Platform {
 /// lose its locks to whatever else in the process closes the same file.
 class FileKeychainStore final : public KeychainStore {
 public:
-    /// A call waits at most `patience` for each lock that it needs (one to read, two to write).
-    explicit FileKeychainStore(const std::string& path, std::chrono::milliseconds patience = std::chrono::seconds{1});
+    /// A call waits at most `timeout` for each lock that it needs (one to read, two to write).
+    explicit FileKeychainStore(const std::string& path, std::chrono::milliseconds timeout = std::chrono::seconds{1});
 
     [[nodiscard]] KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override;
     [[nodiscard]] KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) override;
@@ -34,7 +34,7 @@ public:
 
 private:
     std::filesystem::path path_;
-    std::chrono::milliseconds patience_;
+    std::chrono::milliseconds timeout_;
 };
 
 }  // namespace Tarnwick_API::Platform

@@ -1,26 +1,27 @@
 #pragma once
 
 #include <Platform/Keychain/StoredKeychainItem.hpp>
+#include <Platform/Sqlite/SqliteConnection.hpp>
+#include <Platform/Sqlite/SqliteError.hpp>
 
 #include <chrono>
-#include <memory>
-#include <string_view>
+#include <string>
 #include <vector>
-
-struct sqlite3;
 
 namespace Tarnwick_API::Platform {
 
 /// The items in one SQLite file, through one connection. Every operation is a transaction: a process that dies in it
-/// leaves the old items, and one that returns success has the new ones on the disk.
+/// leaves the old items, and one that returns success has the new ones on the disk. All throw SqliteError; an open
+/// transaction then goes with the connection.
 ///
 /// A rollback journal, as the whole file is a few pages: a write-ahead log would save nothing and leave two more files
 /// that hold secrets, where a journal is gone after each write. It costs a few disk flushes for a write.
 class KeychainDatabase {
 public:
-    /// Opens the existing file; `patience` is how long each lock of other processes is waited for. Failure is told by
-    /// the operations.
-    KeychainDatabase(const std::string& path, std::chrono::milliseconds patience);
+    /// Opens the existing file; `timeout` is how long each lock of other processes is waited for.
+    KeychainDatabase(const std::string& path, std::chrono::milliseconds timeout);
+
+    [[nodiscard]] static KeychainStatus statusOf(const SqliteError& error) noexcept;
 
     struct Found {
         KeychainStatus status = KeychainStatus::success;
@@ -39,20 +40,13 @@ public:
     [[nodiscard]] KeychainStatus removeUnchanged(const std::vector<StoredKeychainItem>& items);
 
 private:
-    class Statement;
-    struct Close {
-        void operator()(sqlite3* connection) const noexcept;
-    };
-
-    KeychainStatus statusOf(int code) const;
-    int lastFileError() const;
-    KeychainStatus run(std::string_view sql);
     /// Success when the items can be read, `itemNotFound` in a file that never had any.
-    KeychainStatus checkLayout();
-    KeychainStatus change(Statement& statement);
+    [[nodiscard]] KeychainStatus checkLayout();
+    /// Runs what changes items; `itemNotFound` when it changes none.
+    template <class... Parameters>
+    [[nodiscard]] KeychainStatus change(const std::string& sql, const Parameters&... parameters);
 
-    std::unique_ptr<sqlite3, Close> connection_;
-    KeychainStatus opened_ = KeychainStatus::success;
+    SqliteConnection connection_;
 };
 
 }  // namespace Tarnwick_API::Platform

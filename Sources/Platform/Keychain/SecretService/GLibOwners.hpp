@@ -12,13 +12,16 @@ struct GLibRelease {
     void operator()(GHashTable* table) const noexcept { g_hash_table_unref(table); }
     void operator()(GMainContext* context) const noexcept { g_main_context_unref(context); }
     void operator()(char* text) const noexcept { g_free(text); }
+    void operator()(guchar* bytes) const noexcept { g_free(bytes); }
+    void operator()(GList* objects) const noexcept { g_list_free_full(objects, g_object_unref); }
     template <class Object>
     void operator()(Object* object) const noexcept {
         g_object_unref(object);
     }
 };
 
-/// Owns one reference to what GLib counts, or a text that it allocated.
+/// Owns one reference to what GLib counts, a text or bytes that it allocated, or a list and a reference to each of its
+/// objects.
 template <class Object>
 using GLibOwner = std::unique_ptr<Object, GLibRelease>;
 

@@ -31,7 +31,7 @@ std::optional<std::string> textAt(GHashTable* table, const char* key) {
 }
 
 std::string bytesAt(GHashTable* table, const char* key) {
-    return bytesOfKeyringText(textAt(table, key).value_or(std::string{}));
+    return bytesOfSecretServiceText(textAt(table, key).value_or(std::string{}));
 }
 
 std::int64_t numberAt(GHashTable* table, const char* key) {
@@ -41,9 +41,31 @@ std::int64_t numberAt(GHashTable* table, const char* key) {
     return number;
 }
 
+// Searched by its name too, so that items of others with the same service are neither found nor touched.
+SecretSchema schemaNamed(const char* name) {
+    return {name,
+            SECRET_SCHEMA_NONE,
+            {{serviceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {accountKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {commentKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {referenceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {createdKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {revisionKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {hasDataKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
+            0,
+            nullptr,
+            nullptr,
+            nullptr,
+            nullptr,
+            nullptr,
+            nullptr,
+            nullptr};
+}
+
 }  // namespace
 
-std::string keyringText(const std::string& bytes) {
+std::string secretServiceText(const std::string& bytes) {
     if (!bytes.starts_with(escape) && bytes.find('\0') == std::string::npos && isValidUtf8(bytes)) {
         return bytes;
     }
@@ -51,45 +73,31 @@ std::string keyringText(const std::string& bytes) {
     return std::string{escape}.append(encoded.get());
 }
 
-std::string bytesOfKeyringText(const std::string& text) {
+std::string bytesOfSecretServiceText(const std::string& text) {
     if (!text.starts_with(escape)) {
         return text;
     }
     gsize size = 0;
-    const std::unique_ptr<guchar, decltype(&g_free)> decoded{g_base64_decode(text.c_str() + escape.size(), &size),
-                                                             &g_free};
+    const GLibOwner<guchar> decoded{g_base64_decode(text.c_str() + escape.size(), &size)};
     return {reinterpret_cast<const char*>(decoded.get()), size};
 }
 
 const SecretSchema* secretServiceSchema() {
-    // Searched by its name too, so that items of others with the same service are neither found nor touched.
-    static const SecretSchema schema{"Platform.GenericPassword",
-                                     SECRET_SCHEMA_NONE,
-                                     {{serviceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {accountKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {commentKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {referenceKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {createdKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {revisionKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {hasDataKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
-                                      {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
-                                     0,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr,
-                                     nullptr};
+    static const auto schema = schemaNamed("example.tarnwick.GenericPassword");
+    return &schema;
+}
+
+const SecretSchema* formerSecretServiceSchema() {
+    static const auto schema = schemaNamed("Platform.GenericPassword");
     return &schema;
 }
 
 GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes) {
     auto table = emptyTable();
-    set(table.get(), serviceKey, keyringText(attributes.service));
-    set(table.get(), accountKey, keyringText(attributes.account));
-    set(table.get(), commentKey, keyringText(attributes.comment));
-    set(table.get(), referenceKey, keyringText(attributes.reference));
+    set(table.get(), serviceKey, secretServiceText(attributes.service));
+    set(table.get(), accountKey, secretServiceText(attributes.account));
+    set(table.get(), commentKey, secretServiceText(attributes.comment));
+    set(table.get(), referenceKey, secretServiceText(attributes.reference));
     set(table.get(), createdKey, std::to_string(attributes.created));
     set(table.get(), revisionKey, std::to_string(attributes.revision));
     if (attributes.hasData) {
@@ -101,7 +109,7 @@ GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes) {
 GLibOwner<GHashTable> tableToFind(const std::optional<std::string>& service) {
     auto table = emptyTable();
     if (service) {
-        set(table.get(), serviceKey, keyringText(*service));
+        set(table.get(), serviceKey, secretServiceText(*service));
     }
     return table;
 }
@@ -112,7 +120,7 @@ std::optional<SecretServiceAttributes> attributesOf(GHashTable* table) {
         return std::nullopt;
     }
     return SecretServiceAttributes{bytesAt(table, serviceKey),           bytesAt(table, accountKey),
-                                   bytesAt(table, commentKey),           bytesOfKeyringText(*reference),
+                                   bytesAt(table, commentKey),           bytesOfSecretServiceText(*reference),
                                    numberAt(table, createdKey),          numberAt(table, revisionKey),
                                    textAt(table, hasDataKey).has_value()};
 }

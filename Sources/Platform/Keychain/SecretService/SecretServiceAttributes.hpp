@@ -11,33 +11,36 @@
 
 namespace Tarnwick_API::Platform {
 
-/// What lies in the keyring for an item, besides the secret and the label.
+/// What the Secret Service keeps for an item, besides the secret and the label.
 struct SecretServiceAttributes {
     std::string service;
     std::string account;
     std::string comment;
-    /// The persistent reference. The keyring's own name for an item may be used again after a deletion.
+    /// The persistent reference. The Secret Service's own name for an item may be used again after a deletion.
     std::string reference;
-    /// Microseconds since 1970 when the item was added, and later than those of the service before it: the keyring's
-    /// own time counts in seconds.
+    /// Microseconds since 1970 when the item was added, and later than those of the service before it: the Secret
+    /// Service's own time counts in seconds.
     std::int64_t created = 0;
     /// An item that is replaced by another has the same reference and a lower revision. One that is not finished yet
     /// has that of a draft.
     std::int64_t revision = 1;
     static constexpr std::int64_t draft = 0;
-    /// An item without data looks to the keyring like one with empty data.
+    /// An item without data looks to the Secret Service like one with empty data.
     bool hasData = false;
 
     friend bool operator==(const SecretServiceAttributes&, const SecretServiceAttributes&) = default;
 };
 
-/// A label or an attribute as the keyring takes it. Text lies there as it is, so that other programs find it; what the
-/// bus can't carry (bytes that are no UTF-8, NUL) lies as "base64:" and its Base64 form, and so does text that begins
-/// with "base64:".
-[[nodiscard]] std::string keyringText(const std::string& bytes);
-[[nodiscard]] std::string bytesOfKeyringText(const std::string& text);
+/// A label or an attribute as the Secret Service takes it. Text lies there as it is, so that other programs find it;
+/// what the bus can't carry (bytes that are no UTF-8, NUL) lies as "base64:" and its Base64 form, and so does text that
+/// begins with "base64:".
+[[nodiscard]] std::string secretServiceText(const std::string& bytes);
+[[nodiscard]] std::string bytesOfSecretServiceText(const std::string& text);
 
+/// What our items are, by a name that no other program has.
 [[nodiscard]] const SecretSchema* secretServiceSchema();
+/// What they were by a name that any program might have.
+[[nodiscard]] const SecretSchema* formerSecretServiceSchema();
 
 [[nodiscard]] GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes);
 /// What finds all our items of `service`, or all our items.

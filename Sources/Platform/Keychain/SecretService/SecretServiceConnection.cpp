@@ -23,7 +23,7 @@ bool meansNoBus(const GError* error) {
            is(error, G_IO_ERROR, G_IO_ERROR_INVALID_ARGUMENT) || is(error, G_IO_ERROR, G_IO_ERROR_PERMISSION_DENIED);
 }
 
-/// Whether an attempt to start the keyring failed for good.
+/// Whether an attempt to start the Secret Service failed for good.
 bool meansNoService(const GError* error) {
     if (is(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN)) {
         return true;
@@ -40,16 +40,6 @@ std::string textOf(GVariant* answer) {
 
 }  // namespace
 
-SecretServiceConnection::SecretServiceConnection(GLibOwner<GCancellable> cancellable, Prompts prompts)
-    : cancellable_{std::move(cancellable)}, prompts_{prompts} {
-}
-
-void SecretServiceConnection::beforeStep() const {
-    if (isGivenUp_ && *isGivenUp_) {
-        throw SecretServiceError{KeychainStatus::notAvailable, "given up"};
-    }
-}
-
 void SecretServiceConnection::drop() {
     service_.reset();
     bus_.reset();
@@ -58,24 +48,24 @@ void SecretServiceConnection::drop() {
 GLibOwner<GVariant> SecretServiceConnection::call(const char* destination, const char* path, const char* interface,
                                                   const char* method, GVariant* arguments, GLibOwner<GError>& error) {
     const GLibOwner<GVariant> owned{g_variant_ref_sink(arguments)};
-    beforeStep();
+    token_->throwIfGivenUp();
     return GLibOwner<GVariant>{g_dbus_connection_call_sync(bus_.get(), destination, path, interface, method,
                                                            owned.get(), nullptr, G_DBUS_CALL_FLAGS_NONE, -1,
-                                                           cancellable_.get(), GLibOutput{error})};
+                                                           token_->cancellable(), GLibOutput{error})};
 }
 
 void SecretServiceConnection::connect() {
-    beforeStep();
+    token_->throwIfGivenUp();
     GLibOwner<GError> error;
     const GLibOwner<char> address{
-        g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable_.get(), GLibOutput{error})};
+        g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, token_->cancellable(), GLibOutput{error})};
     if (!address) {
         throw SecretServiceError{KeychainStatus::notAvailable, "no session bus", false};
     }
     const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    bus_.reset(
-        g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, cancellable_.get(), GLibOutput{error}));
+    bus_.reset(g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, token_->cancellable(),
+                                                      GLibOutput{error}));
     if (!bus_) {
         if (meansNoBus(error.get())) {
             throw SecretServiceError{KeychainStatus::notAvailable, "no session bus", false};
@@ -121,26 +111,31 @@ SecretService* SecretServiceConnection::service() {
     if (service_ && name == serviceOwner_) {
         return service_.get();
     }
-    beforeStep();
+    token_->throwIfGivenUp();
     GLibOwner<GError> error;
-    // The unique name: a keyring that is started anew in the middle of a call shall not get the rest of it.
+    // The unique name: a Secret Service that is started anew in the middle of a call shall not get the rest of it.
     service_.reset(static_cast<SecretService*>(g_initable_new(
-        prompts_ == Prompts::shown ? promptingSecretServiceType() : silentSecretServiceType(), cancellable_.get(),
+        prompts_ == Prompts::shown ? promptingSecretServiceType() : silentSecretServiceType(), token_->cancellable(),
         GLibOutput{error}, "g-connection", bus_.get(), "g-name", name.c_str(), "g-object-path", servicePath,
         "g-interface-name", "org.freedesktop.Secret.Service", "g-flags", G_DBUS_PROXY_FLAGS_NONE, nullptr)));
     if (!service_) {
         throw SecretServiceError::from(error.get(), "reaching the Secret Service");
+    }
+    // Without the property, libsecret 0.20 reads a null pointer when a collection is announced.
+    if (!GLibOwner<GVariant>{g_dbus_proxy_get_cached_property(G_DBUS_PROXY(service_.get()), "Collections")}) {
+        service_.reset();
+        throw SecretServiceError{KeychainStatus::notAvailable, "the Secret Service tells no collections"};
     }
     serviceOwner_ = std::move(name);
     return service_.get();
 }
 
 GLibOwner<SecretCollection> SecretServiceConnection::defaultCollection() {
-    auto* const keyring = service();
-    beforeStep();
+    auto* const secretService = service();
+    token_->throwIfGivenUp();
     GLibOwner<GError> error;
     GLibOwner<SecretCollection> collection{secret_collection_for_alias_sync(
-        keyring, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable_.get(), GLibOutput{error})};
+        secretService, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, token_->cancellable(), GLibOutput{error})};
     if (!collection && error) {
         throw SecretServiceError::from(error.get(), "looking for the default collection");
     }
@@ -168,7 +163,7 @@ bool SecretServiceConnection::unlock(SecretCollection* collection) {
     GList objects{collection, nullptr, nullptr};
     GLibOwner<GError> error;
     const int unlocked =
-        secret_service_unlock_sync(service_.get(), &objects, cancellable_.get(), nullptr, GLibOutput{error});
+        secret_service_unlock_sync(service_.get(), &objects, token_->cancellable(), nullptr, GLibOutput{error});
     if (unlocked < 0 || error) {
         throw SecretServiceError::from(error.get(), "unlocking");
     }

@@ -20,7 +20,7 @@ KeychainStatus statusOf(const GError& error) {
     if (error.domain == G_DBUS_ERROR) {
         switch (error.code) {
             case G_DBUS_ERROR_UNKNOWN_OBJECT:
-            case G_DBUS_ERROR_UNKNOWN_METHOD:  // how some keyrings speak of an object that has gone
+            case G_DBUS_ERROR_UNKNOWN_METHOD:  // how some services speak of an object that has gone
                 return KeychainStatus::itemNotFound;
             case G_DBUS_ERROR_FAILED:
             case G_DBUS_ERROR_IO_ERROR:
@@ -33,7 +33,7 @@ KeychainStatus statusOf(const GError& error) {
                 return KeychainStatus::notAvailable;
         }
     }
-    // What is no known error of D-Bus comes from the keyring; what is none of D-Bus at all, from the way there.
+    // What is no known error of D-Bus comes from the Secret Service; what is none of D-Bus at all, from the way there.
     return g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_DBUS_ERROR) != FALSE ? KeychainStatus::io
                                                                                : KeychainStatus::notAvailable;
 }

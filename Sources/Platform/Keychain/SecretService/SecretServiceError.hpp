@@ -10,11 +10,11 @@
 
 namespace Tarnwick_API::Platform {
 
-/// Why a call of the keyring ends before its end. Never leaves this room.
+/// Why a call of the Secret Service ends before its end. Never leaves this room.
 class SecretServiceError : public std::exception {
 public:
     /// `reason` is for the debug channel: no secret and no account is in it. `isOffered` is false when there certainly
-    /// is no keyring to talk to.
+    /// is none to talk to.
     SecretServiceError(KeychainStatus status, std::string reason, bool isOffered = true)
         : reason_{std::move(reason)}, status_{status}, isOffered_{isOffered} {}
 

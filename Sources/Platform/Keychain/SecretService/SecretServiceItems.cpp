@@ -1,6 +1,7 @@
 #include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <tuple>
 #include <utility>
@@ -50,33 +51,47 @@ auto repeated(Work work) {
 
 }  // namespace
 
-SecretServiceItems::SecretServiceItems(SecretServiceConnection& connection)
-    : connection_{connection}, collection_{connection.defaultCollection()} {
+SecretServiceItems::SecretServiceItems(SecretServiceConnection& connection, bool& mayHaveFormerItems)
+    : connection_{connection}, mayHaveFormerItems_{mayHaveFormerItems}, collection_{connection.defaultCollection()} {
     if (secret_collection_get_locked(collection_.get()) != FALSE) {
         throw SecretServiceError{KeychainStatus::interactionNotAllowed, "locked"};
     }
 }
 
 std::vector<SecretServiceItems::Item> SecretServiceItems::search(const std::optional<std::string>& service) {
-    connection_.beforeStep();
+    // The former ones first: who is renamed meanwhile is found twice, not missed.
+    auto former = mayHaveFormerItems_ ? search(formerSecretServiceSchema(), service) : std::vector<Item>{};
+    auto items = search(secretServiceSchema(), service);
+    std::erase_if(former, [&](const Item& item) {
+        return std::any_of(items.begin(), items.end(), [&](const Item& renamed) {
+            return pathOf(renamed.handle.get()) == pathOf(item.handle.get());
+        });
+    });
+    std::move(former.begin(), former.end(), std::back_inserter(items));
+    if (items.empty() && connection_.isLocked(collection_.get())) {
+        throw SecretServiceError{KeychainStatus::interactionNotAllowed, "locked"};
+    }
+    return items;
+}
+
+std::vector<SecretServiceItems::Item> SecretServiceItems::search(const SecretSchema* schema,
+                                                                 const std::optional<std::string>& service) {
+    connection_.token().throwIfGivenUp();
     const auto attributes = tableToFind(service);
     GLibOwner<GError> error;
-    GList* const list = secret_collection_search_sync(collection_.get(), secretServiceSchema(), attributes.get(),
-                                                      SECRET_SEARCH_ALL, connection_.cancellable(), GLibOutput{error});
+    const GLibOwner<GList> list{secret_collection_search_sync(collection_.get(), schema, attributes.get(),
+                                                              SECRET_SEARCH_ALL, connection_.token().cancellable(),
+                                                              GLibOutput{error})};
     std::vector<Item> items;
-    for (const auto* place = list; place != nullptr; place = place->next) {
-        GLibOwner<SecretItem> handle{static_cast<SecretItem*>(place->data)};
+    for (const auto* place = list.get(); place != nullptr; place = place->next) {
+        GLibOwner<SecretItem> handle{static_cast<SecretItem*>(g_object_ref(place->data))};
         const GLibOwner<GHashTable> table{secret_item_get_attributes(handle.get())};
         if (auto own = table ? attributesOf(table.get()) : std::nullopt) {
             items.push_back({std::move(*own), std::move(handle)});
         }
     }
-    g_list_free(list);
     if (error) {
         throw SecretServiceError::ofItem(error.get(), "searching");
-    }
-    if (items.empty() && connection_.isLocked(collection_.get())) {
-        throw SecretServiceError{KeychainStatus::interactionNotAllowed, "locked"};
     }
     return items;
 }
@@ -117,12 +132,13 @@ void SecretServiceItems::create(const SecretServiceAttributes& attributes, const
                                 const std::optional<Bytes>& data) {
     auto draft = attributes;
     draft.revision = SecretServiceAttributes::draft;
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
-    // Never in place of another: the keyring would take any item for the same that has these attributes among its own.
+    // Never in place of another: the Secret Service would take any item for the same that has these attributes among
+    // its own.
     const GLibOwner<SecretItem> created{secret_item_create_sync(
-        collection_.get(), secretServiceSchema(), tableOf(draft).get(), keyringText(label).c_str(),
-        secretOf(data).get(), SECRET_ITEM_CREATE_NONE, connection_.cancellable(), GLibOutput{error})};
+        collection_.get(), secretServiceSchema(), tableOf(draft).get(), secretServiceText(label).c_str(),
+        secretOf(data).get(), SECRET_ITEM_CREATE_NONE, connection_.token().cancellable(), GLibOutput{error})};
     if (!created) {
         throw SecretServiceError::ofItem(error.get(), "creating an item");
     }
@@ -130,18 +146,18 @@ void SecretServiceItems::create(const SecretServiceAttributes& attributes, const
 }
 
 void SecretServiceItems::setAttributes(SecretItem* item, const SecretServiceAttributes& attributes) {
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
     if (secret_item_set_attributes_sync(item, secretServiceSchema(), tableOf(attributes).get(),
-                                        connection_.cancellable(), GLibOutput{error}) == FALSE) {
+                                        connection_.token().cancellable(), GLibOutput{error}) == FALSE) {
         throw SecretServiceError::ofItem(error.get(), "changing an item");
     }
 }
 
 void SecretServiceItems::erase(const Item& item) {
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
-    if (secret_item_delete_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
+    if (secret_item_delete_sync(item.handle.get(), connection_.token().cancellable(), GLibOutput{error}) == FALSE) {
         auto failure = SecretServiceError::ofItem(error.get(), "deleting an item");
         if (failure.status() != KeychainStatus::itemNotFound) {
             throw failure;
@@ -161,14 +177,15 @@ void SecretServiceItems::tidyUp(std::span<const Item> leftovers) {
 }
 
 Bytes SecretServiceItems::dataOf(const Item& item) {
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
-    if (secret_item_load_secret_sync(item.handle.get(), connection_.cancellable(), GLibOutput{error}) == FALSE) {
+    if (secret_item_load_secret_sync(item.handle.get(), connection_.token().cancellable(), GLibOutput{error}) ==
+        FALSE) {
         throw SecretServiceError::ofItem(error.get(), "reading a secret");
     }
     const SecretValueOwner value{secret_item_get_secret(item.handle.get())};
     if (!value) {
-        throw SecretServiceError{KeychainStatus::io, "the keyring gives no secret"};
+        throw SecretServiceError{KeychainStatus::io, "no secret is given"};
     }
     gsize size = 0;
     const auto* const bytes = secret_value_get(value.get(), &size);
@@ -179,13 +196,14 @@ StoredKeychainItem SecretServiceItems::stored(const Item& item, bool withData) {
     const GLibOwner<char> label{secret_item_get_label(item.handle.get())};
     return {item.attributes.service,
             item.attributes.account,
-            bytesOfKeyringText(label ? label.get() : ""),
+            bytesOfSecretServiceText(label ? label.get() : ""),
             item.attributes.comment,
             withData && item.attributes.hasData ? std::optional{dataOf(item)} : std::nullopt,
             item.attributes.reference};
 }
 
 KeychainAnswer SecretServiceItems::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
+    renameFormerItems();
     return repeated([&]() -> KeychainAnswer {
         // Not by account: a leftover may have another one than the item that counts.
         const auto found = find(query.service);
@@ -213,15 +231,16 @@ void SecretServiceItems::change(const Item& item, const SecretServiceAttributes&
         }
         return;
     }
-    connection_.beforeStep();
+    connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
-    if (secret_item_set_secret_sync(item.handle.get(), secretOf(data).get(), connection_.cancellable(),
+    if (secret_item_set_secret_sync(item.handle.get(), secretOf(data).get(), connection_.token().cancellable(),
                                     GLibOutput{error}) == FALSE) {
         throw SecretServiceError::ofItem(error.get(), "changing a secret");
     }
 }
 
 KeychainStatus SecretServiceItems::update(const KeychainQuery& target, const KeychainChanges& changes) {
+    renameFormerItems();
     return repeated([&] {
         const auto found = find(target.service);
         const auto item = std::find_if(found.items.begin(), found.items.end(),
@@ -246,6 +265,7 @@ KeychainStatus SecretServiceItems::update(const KeychainQuery& target, const Key
 }
 
 KeychainStatus SecretServiceItems::add(const KeychainItem& item) {
+    renameFormerItems();
     return repeated([&] { return addOnce(item); });
 }
 
@@ -272,6 +292,7 @@ KeychainStatus SecretServiceItems::addOnce(const KeychainItem& item) {
 }
 
 KeychainStatus SecretServiceItems::remove(const KeychainQuery& target) {
+    renameFormerItems();
     const auto found = find(target.service);
     // First: without the items that count, they would count.
     for (const auto& leftover : found.leftovers) {
@@ -289,7 +310,7 @@ KeychainStatus SecretServiceItems::remove(const KeychainQuery& target) {
 
 void SecretServiceItems::migrate(const std::vector<StoredKeychainItem>& items,
                                  std::chrono::system_clock::time_point writtenAt) {
-    repeated([&] { takeOverOnce(items, writtenAt); });
+    repeated([&] { migrateOnce(items, writtenAt); });
 }
 
 }  // namespace Tarnwick_API::Platform

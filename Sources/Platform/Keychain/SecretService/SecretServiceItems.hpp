@@ -11,25 +11,27 @@ namespace Tarnwick_API::Platform {
 
 /// Our items in the default collection, for one call. Operations throw SecretServiceError.
 ///
-/// The keyring changes the secret and the attributes of an item by two calls, and keeps two items alike. So what
+/// The Secret Service changes the secret and the attributes of an item by two calls, and keeps two items alike. So what
 /// changes both is written as a new item of the same reference and a higher revision, before the old one is deleted:
 /// whoever is killed in between leaves two, of which the higher counts, and the next write deletes the other. Of two
 /// items with the same service and account, which two processes have added at once, the older counts. A new item is a
-/// draft, which never counts, until a change of its attributes makes it good: the keyring brings a new item to the disk
-/// first without its secret.
+/// draft, which never counts, until a change of its attributes makes it good: the Secret Service brings a new item to
+/// the disk first without its secret.
 class SecretServiceItems {
 public:
-    /// Throws when the collection is locked: to a search it may look empty then.
-    explicit SecretServiceItems(SecretServiceConnection& connection);
+    /// Throws when the collection is locked: to a search it may look empty then. `mayHaveFormerItems`, whether some of
+    /// our items may still lie under the former schema, is kept from call to call.
+    SecretServiceItems(SecretServiceConnection& connection, bool& mayHaveFormerItems);
 
     [[nodiscard]] KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted);
     [[nodiscard]] KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes);
     [[nodiscard]] KeychainStatus add(const KeychainItem& item);
     [[nodiscard]] KeychainStatus remove(const KeychainQuery& target);
 
-    /// Takes over what another store has had, last written at `writtenAt`, with the references, and reads it back. An
-    /// item whose reference is here already stays as it is here: it has been taken over before. Where the service has
-    /// other items here, those that were written last stay, and the others go.
+    /// Adds what another store has had, last written at `writtenAt`, with the references, and reads it back. An
+    /// item whose reference is here already stays as it is here: it has been migrated before. Where the service has
+    /// other items here, those that were written last stay, and the others go. Those of the former schema keep it, as
+    /// with another they would count as written now.
     void migrate(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
 
 private:
@@ -46,8 +48,12 @@ private:
 
     [[nodiscard]] Found find(const std::optional<std::string>& service);
     [[nodiscard]] std::vector<Item> search(const std::optional<std::string>& service);
+    [[nodiscard]] std::vector<Item> search(const SecretSchema* schema, const std::optional<std::string>& service);
+    /// Brings the items of the former schema under the present one, each by one change of its attributes. Those that
+    /// can't be changed still count, and the next call tries again.
+    void renameFormerItems();
     [[nodiscard]] KeychainStatus addOnce(const KeychainItem& item);
-    void takeOverOnce(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
+    void migrateOnce(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
     void setAttributes(SecretItem* item, const SecretServiceAttributes& attributes);
     void create(const SecretServiceAttributes& attributes, const std::string& label, const std::optional<Bytes>& data);
     void change(const Item& item, const SecretServiceAttributes& changed, const std::optional<Bytes>& data);
@@ -58,6 +64,7 @@ private:
     [[nodiscard]] StoredKeychainItem stored(const Item& item, bool withData);
 
     SecretServiceConnection& connection_;
+    bool& mayHaveFormerItems_;
     GLibOwner<SecretCollection> collection_;
 };
 

@@ -19,7 +19,7 @@ void say(const std::string& what, const char* operation) {
     }
 }
 
-bool isAnswerOfTheKeyring(KeychainStatus status) {
+bool isAnswer(KeychainStatus status) {
     return status == KeychainStatus::success || status == KeychainStatus::itemNotFound ||
            status == KeychainStatus::duplicateItem || status == KeychainStatus::interactionNotAllowed;
 }
@@ -35,26 +35,25 @@ bool hasDisplay() {
 KeychainStatus askToUnlock() {
     const GLibOwner<GMainContext> context{g_main_context_new()};
     const ThreadMainContext ownContext{context.get()};
-    SecretServiceConnection connection{GLibOwner<GCancellable>{g_cancellable_new()},
-                                       SecretServiceConnection::Prompts::shown};
+    SecretServiceConnection connection{SecretServiceConnection::Prompts::shown};
     const auto collection = connection.defaultCollection();
     if (secret_collection_get_locked(collection.get()) == FALSE || connection.unlock(collection.get())) {
         return KeychainStatus::success;
     }
-    // The keyring tells a prompt that the user has dismissed no differently from one that it could not show.
+    // The Secret Service tells a prompt that the user has dismissed no differently from one that it could not show.
     return hasDisplay() ? KeychainStatus::userCanceled : KeychainStatus::interactionNotAllowed;
 }
 
 }  // namespace
 
-SecretServiceKeychainStore::SecretServiceKeychainStore(std::chrono::milliseconds patience)
-    : patience_{patience}, thread_{patience} {
+SecretServiceKeychainStore::SecretServiceKeychainStore(std::chrono::milliseconds timeout)
+    : timeout_{timeout}, worker_{timeout} {
 }
 
 template <class Result, class Work>
-SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyring(const char* operation, Work work) {
+SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker(const char* operation, Work work) {
     const auto outcome = std::make_shared<Outcome<Result>>();
-    const auto end = thread_.run([outcome, work = std::move(work)](SecretServiceConnection& connection) {
+    const auto end = worker_.run([outcome, work = std::move(work)](SecretServiceConnection& connection) {
         try {
             outcome->result = work(connection);
             outcome->status = KeychainStatus::success;
@@ -66,7 +65,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
             outcome->status = KeychainStatus::io;
             outcome->reason = "out of memory";
         }
-        if (!isAnswerOfTheKeyring(outcome->status)) {
+        if (!isAnswer(outcome->status)) {
             connection.drop();
         }
     });
@@ -77,7 +76,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
             }
             return std::move(*outcome);
         case SecretServiceWorker::End::givenUp:
-            say("no answer within " + std::to_string(patience_.count()) + " ms, given up", operation);
+            say("no answer within " + std::to_string(timeout_.count()) + " ms, given up", operation);
             break;
         case SecretServiceWorker::End::refused:
             say("has not answered an earlier call yet", operation);
@@ -86,51 +85,56 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onKeyrin
     return {};
 }
 
-KeychainAnswer SecretServiceKeychainStore::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
-    auto outcome = onKeyring<KeychainAnswer>("copyMatching", [=](SecretServiceConnection& connection) {
-        return SecretServiceItems{connection}.copyMatching(query, wanted);
+template <class Result, class Work>
+SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onItems(const char* operation, Work work) {
+    return onWorker<Result>(operation, [mayHaveFormerItems = mayHaveFormerItems_,
+                                        work = std::move(work)](SecretServiceConnection& connection) {
+        SecretServiceItems items{connection, *mayHaveFormerItems};
+        return work(items);
     });
+}
+
+KeychainAnswer SecretServiceKeychainStore::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
+    auto outcome = onItems<KeychainAnswer>(
+        "copyMatching", [=](SecretServiceItems& items) { return items.copyMatching(query, wanted); });
     return outcome.status == KeychainStatus::success ? std::move(outcome.result) : KeychainAnswer{outcome.status, {}};
 }
 
 KeychainStatus SecretServiceKeychainStore::update(const KeychainQuery& target, const KeychainChanges& changes) {
-    const auto outcome = onKeyring<KeychainStatus>("update", [=](SecretServiceConnection& connection) {
-        return SecretServiceItems{connection}.update(target, changes);
-    });
+    const auto outcome =
+        onItems<KeychainStatus>("update", [=](SecretServiceItems& items) { return items.update(target, changes); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::add(const KeychainItem& item) {
-    const auto outcome = onKeyring<KeychainStatus>(
-        "add", [=](SecretServiceConnection& connection) { return SecretServiceItems{connection}.add(item); });
+    const auto outcome = onItems<KeychainStatus>("add", [=](SecretServiceItems& items) { return items.add(item); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::remove(const KeychainQuery& target) {
-    const auto outcome = onKeyring<KeychainStatus>(
-        "remove", [=](SecretServiceConnection& connection) { return SecretServiceItems{connection}.remove(target); });
+    const auto outcome =
+        onItems<KeychainStatus>("remove", [=](SecretServiceItems& items) { return items.remove(target); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::migrate(std::vector<StoredKeychainItem> items,
                                                    std::chrono::system_clock::time_point writtenAt) {
-    return onKeyring<bool>("migrate",
-                           [items = std::move(items), writtenAt](SecretServiceConnection& connection) {
-                               SecretServiceItems{connection}.migrate(items, writtenAt);
-                               return true;
-                           })
+    return onItems<bool>("migrate",
+                         [migrated = std::move(items), writtenAt](SecretServiceItems& items) {
+                             items.migrate(migrated, writtenAt);
+                             return true;
+                         })
         .status;
 }
 
 KeychainStoreState SecretServiceKeychainStore::state() {
-    auto outcome =
-        onKeyring<KeychainStoreState>("state", [](SecretServiceConnection& connection) -> KeychainStoreState {
-            const auto collection = connection.defaultCollection();
-            return {{},
-                    g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get())),
-                    secret_collection_get_locked(collection.get()) != FALSE ? KeychainStatus::interactionNotAllowed
-                                                                            : KeychainStatus::success};
-        });
+    auto outcome = onWorker<KeychainStoreState>("state", [](SecretServiceConnection& connection) -> KeychainStoreState {
+        const auto collection = connection.defaultCollection();
+        return {{},
+                g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get())),
+                secret_collection_get_locked(collection.get()) != FALSE ? KeychainStatus::interactionNotAllowed
+                                                                        : KeychainStatus::success};
+    });
     auto& state = outcome.result;
     state.name = "Secret Service";
     if (outcome.status != KeychainStatus::success) {
@@ -140,7 +144,7 @@ KeychainStoreState SecretServiceKeychainStore::state() {
 }
 
 SecretServiceKeychainStore::Inquiry SecretServiceKeychainStore::inquire() {
-    auto outcome = onKeyring<std::string>("inquire", [](SecretServiceConnection& connection) {
+    auto outcome = onWorker<std::string>("inquire", [](SecretServiceConnection& connection) {
         const auto collection = connection.defaultCollection();
         return std::string{g_dbus_proxy_get_object_path(G_DBUS_PROXY(collection.get()))};
     });
@@ -174,8 +178,8 @@ void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCo
     }
 }
 
-std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(std::chrono::milliseconds patience) {
-    return std::make_shared<SecretServiceKeychainStore>(patience);
+std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(std::chrono::milliseconds timeout) {
+    return std::make_shared<SecretServiceKeychainStore>(timeout);
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -11,7 +11,7 @@ namespace Tarnwick_API::Platform {
 /// See `makeSecretServiceKeychainStore`.
 class SecretServiceKeychainStore final : public KeychainStore {
 public:
-    explicit SecretServiceKeychainStore(std::chrono::milliseconds patience);
+    explicit SecretServiceKeychainStore(std::chrono::milliseconds timeout);
 
     [[nodiscard]] KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override;
     [[nodiscard]] KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) override;
@@ -26,7 +26,7 @@ public:
         /// For the debug channel.
         std::string reason = {};
     };
-    /// Whether there is a keyring with a default collection, locked or not.
+    /// Whether there is a Secret Service with a default collection, locked or not.
     [[nodiscard]] Inquiry inquire();
 
     /// See `SecretServiceItems::migrate`.
@@ -41,12 +41,17 @@ private:
         bool isOffered = true;
         Result result = {};
     };
-    /// What `work` gives on the keyring's thread. `work` owns what it uses: it may outlive the call.
+    /// What `work` gives on the worker's thread. `work` owns what it uses: it may outlive the call.
     template <class Result, class Work>
-    Outcome<Result> onKeyring(const char* operation, Work work);
+    Outcome<Result> onWorker(const char* operation, Work work);
+    /// What `work` gives on the items.
+    template <class Result, class Work>
+    Outcome<Result> onItems(const char* operation, Work work);
 
-    std::chrono::milliseconds patience_;
-    SecretServiceWorker thread_;
+    std::chrono::milliseconds timeout_;
+    SecretServiceWorker worker_;
+    /// See `SecretServiceItems`; the worker's.
+    std::shared_ptr<bool> mayHaveFormerItems_ = std::make_shared<bool>(true);
 };
 
 }  // namespace Tarnwick_API::Platform

@@ -4,14 +4,14 @@
 
 namespace Tarnwick_API::Platform {
 
-void SecretServiceItems::takeOverOnce(const std::vector<StoredKeychainItem>& items,
-                                      std::chrono::system_clock::time_point writtenAt) {
+void SecretServiceItems::migrateOnce(const std::vector<StoredKeychainItem>& items,
+                                     std::chrono::system_clock::time_point writtenAt) {
     const auto holds = [](const Found& found, const Bytes& reference) {
         return std::any_of(found.items.begin(), found.items.end(),
                            [&](const Item& each) { return each.attributes.reference == reference; });
     };
     for (const auto& item : items) {
-        const auto isTakenOver = [&](const Item& each) {
+        const auto isMigrated = [&](const Item& each) {
             return std::any_of(items.begin(), items.end(), [&](const StoredKeychainItem& other) {
                 return other.persistentReference == each.attributes.reference;
             });
@@ -23,7 +23,7 @@ void SecretServiceItems::takeOverOnce(const std::vector<StoredKeychainItem>& ite
         const auto before = find(item.service);
         std::vector<const Item*> others;
         for (const auto& each : before.items) {
-            if (!isTakenOver(each)) {
+            if (!isMigrated(each)) {
                 others.push_back(&each);
             }
         }

@@ -1,3 +1,4 @@
+#include <Platform/Keychain/SecretService/GLibOwners.hpp>
 #include <Platform/Keychain/SecretService/SecretServiceTypes.hpp>
 
 #include <libsecret/secret.h>
@@ -7,7 +8,8 @@ namespace Tarnwick_API::Platform {
 namespace {
 
 void refuse(SecretPrompt* prompt, GError** error) {
-    // The keyring would keep the prompt for as long as we are connected. Nothing is to be learnt from its answer.
+    // The Secret Service would keep the prompt for as long as we are connected. Nothing is to be learnt from its
+    // answer.
     g_dbus_proxy_call(G_DBUS_PROXY(prompt), "Dismiss", nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
     g_set_error_literal(error, SECRET_ERROR, SECRET_ERROR_IS_LOCKED, "no prompt is raised");
 }
@@ -20,11 +22,10 @@ GVariant* promptSync(SecretService* /*self*/, SecretPrompt* prompt, GCancellable
 
 void promptAsync(SecretService* self, SecretPrompt* prompt, const GVariantType* /*type*/, GCancellable* cancellable,
                  GAsyncReadyCallback callback, gpointer data) {
-    GTask* const task = g_task_new(self, cancellable, callback, data);
-    GError* error = nullptr;
-    refuse(prompt, &error);
-    g_task_return_error(task, error);
-    g_object_unref(task);
+    const GLibOwner<GTask> task{g_task_new(self, cancellable, callback, data)};
+    GLibOwner<GError> error;
+    refuse(prompt, GLibOutput{error});
+    g_task_return_error(task.get(), error.release());
 }
 
 GVariant* promptFinish(SecretService* /*self*/, GAsyncResult* result, GError** error) {
@@ -54,12 +55,12 @@ GType derive(GType parent, const char* name, GClassInitFunc initialize) {
 }  // namespace
 
 GType promptingSecretServiceType() {
-    static const GType type = derive(SECRET_TYPE_SERVICE, "PlatformSecretService", initializePrompting);
+    static const GType type = derive(SECRET_TYPE_SERVICE, "TarnwickApiSecretService", initializePrompting);
     return type;
 }
 
 GType silentSecretServiceType() {
-    static const GType type = derive(promptingSecretServiceType(), "PlatformSilentSecretService", initializeSilent);
+    static const GType type = derive(promptingSecretServiceType(), "TarnwickApiSilentSecretService", initializeSilent);
     return type;
 }
 

@@ -9,8 +9,8 @@ namespace Tarnwick_API::Platform {
 
 [[nodiscard]] GType promptingSecretServiceType();
 
-/// Raises no prompt: an operation that needs one fails as on a locked keyring. libsecret shows prompts by itself, also
-/// while it creates and deletes items.
+/// Raises no prompt: an operation that needs one fails as on a locked collection. libsecret shows prompts by itself,
+/// also while it creates and deletes items.
 [[nodiscard]] GType silentSecretServiceType();
 
 }  // namespace Tarnwick_API::Platform

@@ -6,7 +6,6 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
-#include <system_error>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
@@ -15,7 +14,7 @@ namespace {
 
 struct Job {
     SecretServiceWorker::Work work;
-    std::shared_ptr<std::atomic<bool>> isGivenUp = std::make_shared<std::atomic<bool>>(false);
+    const std::shared_ptr<CallToken> token = std::make_shared<CallToken>();
     bool isDone = false;
 };
 
@@ -23,12 +22,12 @@ struct Job {
 
 class SecretServiceWorker::State {
 public:
-    End run(const std::shared_ptr<State>& self, Work work, std::chrono::milliseconds patience) {
-        const auto deadline = std::chrono::steady_clock::now() + patience;
+    End run(const std::shared_ptr<State>& self, Work work, std::chrono::milliseconds timeout) {
+        const auto deadline = std::chrono::steady_clock::now() + timeout;
         const auto job = std::make_shared<Job>();
         job->work = std::move(work);
         std::unique_lock lock{mutex_};
-        if ((running_ && *running_->isGivenUp) || !start(self)) {
+        if ((running_ && running_->token->isGivenUp()) || !start(self)) {
             return End::refused;
         }
         waiting_.push_back(job);
@@ -36,16 +35,20 @@ public:
         if (changed_.wait_until(lock, deadline, [&] { return job->isDone; })) {
             return End::done;
         }
-        *job->isGivenUp = true;
+        job->token->giveUp();
         return std::erase(waiting_, job) == 0 ? End::givenUp : End::refused;
     }
 
     void close() {
+        std::shared_ptr<Job> running;
         {
             const std::lock_guard lock{mutex_};
             isClosing_ = true;
+            running = running_;
         }
-        g_cancellable_cancel(cancellable_.get());
+        if (running) {
+            running->token->cancel();
+        }
         g_main_context_wakeup(context_.get());
     }
 
@@ -59,11 +62,9 @@ private:
 
     void loop() {
         const ThreadMainContext ownContext{context_.get()};
-        SecretServiceConnection connection{
-            GLibOwner<GCancellable>{static_cast<GCancellable*>(g_object_ref(cancellable_.get()))},
-            SecretServiceConnection::Prompts::never};
+        SecretServiceConnection connection{SecretServiceConnection::Prompts::never};
         while (const auto job = next()) {
-            connection.beginCall(job->isGivenUp);
+            connection.beginCall(job->token);
             job->work(connection);
             job->work = nullptr;
             const std::lock_guard lock{mutex_};
@@ -92,7 +93,6 @@ private:
     }
 
     const GLibOwner<GMainContext> context_{g_main_context_new()};
-    const GLibOwner<GCancellable> cancellable_{g_cancellable_new()};
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::shared_ptr<Job>> waiting_;
@@ -101,8 +101,8 @@ private:
     bool isClosing_ = false;
 };
 
-SecretServiceWorker::SecretServiceWorker(std::chrono::milliseconds patience)
-    : patience_{patience}, state_{std::make_shared<State>()} {
+SecretServiceWorker::SecretServiceWorker(std::chrono::milliseconds timeout)
+    : timeout_{timeout}, state_{std::make_shared<State>()} {
 }
 
 SecretServiceWorker::~SecretServiceWorker() {
@@ -110,7 +110,7 @@ SecretServiceWorker::~SecretServiceWorker() {
 }
 
 SecretServiceWorker::End SecretServiceWorker::run(Work work) {
-    return state_->run(state_, std::move(work), patience_);
+    return state_->run(state_, std::move(work), timeout_);
 }
 
 }  // namespace Tarnwick_API::Platform

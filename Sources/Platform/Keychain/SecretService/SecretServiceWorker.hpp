@@ -8,13 +8,13 @@
 
 namespace Tarnwick_API::Platform {
 
-/// One thread that does everything with the keyring, so that nobody else waits longer than the patience. It starts with
-/// the first call; it owns what it works with, so nobody waits for its end either.
+/// One thread that does everything with the Secret Service, so that nobody else waits longer than the timeout. It
+/// starts with the first call; it owns what it works with, so nobody waits for its end either.
 class SecretServiceWorker {
 public:
     using Work = std::function<void(SecretServiceConnection&)>;
 
-    explicit SecretServiceWorker(std::chrono::milliseconds patience);
+    explicit SecretServiceWorker(std::chrono::milliseconds timeout);
     SecretServiceWorker(const SecretServiceWorker&) = delete;
     SecretServiceWorker& operator=(const SecretServiceWorker&) = delete;
     /// Cancels what is under way.
@@ -22,8 +22,8 @@ public:
 
     enum class End {
         done,
-        /// Not done within the patience. The work is told so (`SecretServiceConnection::beforeStep`), and goes on as
-        /// far as it must; until it ends, others are refused.
+        /// Not done within the timeout. The work is told so by its token, and goes on as far as it must; until it ends,
+        /// others are refused.
         givenUp,
         /// Not begun, and never will be: an earlier one that was given up is still under way.
         refused,
@@ -34,7 +34,7 @@ public:
 private:
     class State;
 
-    std::chrono::milliseconds patience_;
+    std::chrono::milliseconds timeout_;
     std::shared_ptr<State> state_;
 };
 

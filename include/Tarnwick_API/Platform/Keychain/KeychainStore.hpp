@@ -129,8 +129,8 @@ public:
     virtual void unlock(std::function<void(KeychainStatus)> onCompletion);
 };
 
-/// How long an operation on a keyring that doesn't answer may take.
-inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono::seconds{1};
+/// How long an operation on a Secret Service that doesn't answer may take.
+inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono::seconds{1};
 
 /// A store that forgets with the process.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeMemoryKeychainStore();
@@ -142,14 +142,14 @@ inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono
 /// file locked for a second, or otherwise.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path);
 
-/// The default collection of the desktop's keyring, by the Secret Service interface on the session bus. Linux only.
+/// The desktop's keyring: the default collection of the Secret Service on the session bus. Linux only.
 ///
-/// No call waits longer than `patience`; a keyring that hasn't answered by then is given up with `notAvailable`, and
-/// so are further calls, at once, until it does answer. Statuses: `interactionNotAllowed` when the keyring is locked,
-/// `notAvailable` without a session bus, a service or a default collection. An item has the attributes "service",
-/// "account", "comment" and "ref", the persistent reference, so that other programs find it.
+/// No call waits longer than `timeout`; a Secret Service that hasn't answered by then is given up with `notAvailable`,
+/// and so are further calls, at once, until it does answer. Statuses: `interactionNotAllowed` when the collection is
+/// locked, `notAvailable` without a session bus, a Secret Service or a default collection. An item has the attributes
+/// "service", "account", "comment" and "ref", the persistent reference, so that other programs find it.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(
-    std::chrono::milliseconds patience = defaultKeychainPatience);
+    std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
 /// The user's keychain through the Security framework. macOS only.
 ///
@@ -161,13 +161,14 @@ inline constexpr std::chrono::milliseconds defaultKeychainPatience = std::chrono
 
 /// The store for a desktop application, chosen at the first call. macOS: the user's keychain. Linux: the Secret Service
 /// when the session bus offers one with a default collection, and the private file `file` otherwise; what was chosen,
-/// and why, is on the debug channel. What the file holds from a time without a keyring is moved to the keyring, once,
-/// as soon as that is unlocked: an item leaves the file only after the keyring has it, and keeps its reference. Where
-/// the keyring has another item of the same service, the one written last replaces it, by the time of the file and that
-/// of the keyring's item. A keyring that doesn't answer is no reason to take the file: calls then fail with
-/// `notAvailable`, and the next one chooses.
+/// and why, is on the debug channel. What the file holds from a time without a Secret Service migrates to it, once,
+/// as soon as that is unlocked: an item leaves the file only after the Secret Service has it, and keeps its reference.
+/// Where the Secret Service has another item of the same service, the one written last replaces it, by the time of the
+/// file and that of the other item. A Secret Service that doesn't answer is no reason to take the file: calls then fail
+/// with `notAvailable`, and the next one chooses. `timeout` is that of the Secret Service, for each of what a call may
+/// have to do: choose, migrate or wait for the call that does, and its own work.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeUserKeychainStore(
-    std::string file, std::chrono::milliseconds patience = defaultKeychainPatience);
+    std::string file, std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
 /// `$XDG_DATA_HOME` (when absolute) or `~/.local/share`, then the main bundle's identifier (or the program's name when
 /// that is no file name), then "keychain.sqlite". Empty, which no store can open, when the user has no home.

@@ -2,52 +2,50 @@
 
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
+#include <Platform/Sqlite/SqliteConnection.hpp>
+
 #include <cstdint>
 #include <memory>
-#include <stdexcept>
+#include <optional>
 #include <string>
 #include <string_view>
 
-struct sqlite3;
 struct sqlite3_stmt;
 
 namespace Tarnwick_API::Platform {
 
-/// Stays inside the room.
-class CacheDatabaseError : public std::runtime_error {
+/// A parameter of bytes, where a string would be text.
+class SqliteBlob {
 public:
-    /// `isFinal`: no later try will do better with this file.
-    CacheDatabaseError(const std::string& reason, bool isFinal) : std::runtime_error{reason}, isFinal_{isFinal} {}
-    /// For a result code of SQLite.
-    explicit CacheDatabaseError(int code);
+    explicit SqliteBlob(const Bytes& bytes) noexcept : bytes_{&bytes} {}
+    /// None is NULL.
+    explicit SqliteBlob(const std::optional<Bytes>& bytes) noexcept : bytes_{bytes ? &*bytes : nullptr} {}
 
-    [[nodiscard]] bool isFinal() const noexcept { return isFinal_; }
+    [[nodiscard]] const Bytes* bytes() const noexcept { return bytes_; }
 
 private:
-    bool isFinal_;
+    const Bytes* bytes_;
 };
 
-/// A prepared statement, for use again and again.
-class CacheStatement {
+/// A prepared statement, for use again and again. Everything throws SqliteError. Its connection outlives it.
+class SqliteStatement {
 public:
-    CacheStatement(sqlite3* connection, std::string_view sql);
-
-    struct Blob {
-        const Bytes& bytes;
-    };
+    SqliteStatement(const SqliteConnection& connection, std::string_view sql);
 
     /// The columns of one row; valid until the next step.
     class Row {
     public:
-        explicit Row(sqlite3_stmt* statement) : statement_{statement} {}
-        [[nodiscard]] std::int64_t integer(int column) const;
+        explicit Row(sqlite3_stmt* statement) noexcept : statement_{statement} {}
+        [[nodiscard]] std::int64_t integer(int column) const noexcept;
+        /// Bytes or text; NULL is empty.
         [[nodiscard]] Bytes bytes(int column) const;
+        [[nodiscard]] std::optional<Bytes> bytesUnlessNull(int column) const;
 
     private:
         sqlite3_stmt* statement_;
     };
 
-    /// Runs it with these parameters to its end.
+    /// Runs it with these parameters to its end: integers, text (none is NULL) and blobs. None is copied.
     template <class... Parameters>
     void run(const Parameters&... parameters) {
         query([](const Row& /*row*/) { return true; }, parameters...);
@@ -70,7 +68,7 @@ private:
     /// A statement that is not reset keeps its locks, and its parameters die with the call.
     class Reset {
     public:
-        explicit Reset(sqlite3_stmt* statement) : statement_{statement} {}
+        explicit Reset(sqlite3_stmt* statement) noexcept : statement_{statement} {}
         Reset(const Reset&) = delete;
         Reset& operator=(const Reset&) = delete;
         ~Reset();
@@ -81,8 +79,10 @@ private:
 
     void bind(int index, std::int64_t value);
     void bind(int index, const std::string& text);
-    void bind(int index, const Blob& blob);
+    void bind(int index, const std::optional<std::string>& text);
+    void bind(int index, const SqliteBlob& blob);
     bool step();
+    void check(int code) const;
 
     std::unique_ptr<sqlite3_stmt, Finalize> handle_;
 };
