@@ -19,7 +19,6 @@ namespace {
 constexpr std::int64_t migrationRequired = 202;
 constexpr std::int64_t conflict = 409;
 constexpr const char* unnamedMachine = "Mac Desktop";
-constexpr const char* wipedToken = "wipe";
 
 /// The error of a sign-in: the service's refusal texts arrive as generic errors.
 std::optional<ApiError> loginErrorFrom(std::optional<ApiError> error) {
@@ -85,7 +84,8 @@ void ApiVersion1::logout(Completion<void> onCompletion) {
                     const std::optional<Platform::Bytes>& /*body*/, ApiResult result) {
                     if (!result.error) {
                         self->oauthToken_ = std::nullopt;
-                        Keychain::setPassword(self->keychainTokenService_, wipedToken, wipedToken);
+                        const auto placeholder = LoginData::signedOutPlaceholder();
+                        Keychain::setPassword(self->keychainTokenService_, placeholder.username, placeholder.password);
                     }
                     deliver(onCompletion, std::move(result.error));
                 });
