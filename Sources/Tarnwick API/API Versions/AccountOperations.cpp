@@ -36,6 +36,7 @@ std::optional<ApiError> loginErrorFrom(std::optional<ApiError> error) {
 
 void ApiVersion1::login(const std::string& username, const std::string& password, bool qvImport,
                         Completion<void> onCompletion) {
+    const Operation operation{"login(username:password:qvImport:onCompletion:)"};
     const LoginCallV1 call{apiBase(), qvImport};
     Platform::Parameters parameters{
         {"x_auth_machinename", Platform::HostName::localized().value_or(unnamedMachine)},
@@ -48,7 +49,7 @@ void ApiVersion1::login(const std::string& username, const std::string& password
         parameters.merge(*callParameters);
     }
     sendRequest(call.url(), parameters, Platform::ParameterEncoding::json, standardHeaders(), call.method(),
-                [self = shared_from_this(), onCompletion = std::move(onCompletion)](
+                [self = shared_from_this(), operation, onCompletion = std::move(onCompletion)](
                     const std::optional<Platform::Bytes>& body, ApiResult result) {
                     if (result.status == migrationRequired) {
                         deliver(onCompletion, LoginError{LoginError::qvUserMigrationRequired});
@@ -59,7 +60,7 @@ void ApiVersion1::login(const std::string& username, const std::string& password
                         return;
                     }
                     std::optional<ApiError> error;
-                    if (auto token = ApiItem::create<OAuthToken>(*body)) {
+                    if (auto token = decodedOrLogged<LoginCallV1::Answer>(operation, decodeRecord<OAuthToken>, *body)) {
                         self->oauthToken_ = std::move(token);
                     } else {
                         error = LoginError{LoginError::noOauthToken};
@@ -119,7 +120,8 @@ void ApiVersion1::setToken(const std::string& token, const std::string& secret, 
 }
 
 void ApiVersion1::currentUser(Completion<User> onCompletion) {
-    dispatchCall(UserCallV1{apiBase()}, decodingCompletion<User>(ApiItem::create<User>, std::move(onCompletion)));
+    dispatchCall(UserCallV1{apiBase()}, decodingCompletion<UserCallV1::Answer>(
+                                            "currentUser(onCompletion:)", decodeRecord<User>, std::move(onCompletion)));
 }
 
 void ApiVersion1::updateUser(UserField field, const std::string& newValue, Completion<void> onCompletion) {
