@@ -18,7 +18,8 @@ struct TokenData {
     friend bool operator==(const TokenData&, const TokenData&) = default;
 };
 
-/// A stored user name with its secret. Of an item that the library has written, these are an access token and its secret.
+/// A stored user name with its secret. Of an item that the library has written, these are an access token and its
+/// secret.
 struct LoginData {
     std::string username;
     std::string password;
@@ -87,7 +88,7 @@ public:
     [[nodiscard]] static std::shared_ptr<Platform::KeychainStore> store();
 
     /// Replaces the process-wide keychain; none goes back to the user's own. Operations on their way keep the one they
-    /// began with.
+    /// began with. A store of the host's own should throw nothing: no operation catches it.
     static void setStore(std::shared_ptr<Platform::KeychainStore> store);
 };
 
