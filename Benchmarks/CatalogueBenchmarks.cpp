@@ -193,9 +193,12 @@ void devices(benchmark::State& state) {
     const auto body = withPadding(text);
     std::vector<double> times;
     for ([[maybe_unused]] auto iteration : state) {
+        const auto allocationsBefore = allocationCount();
         const auto begin = Clock::now();
         benchmark::DoNotOptimize(Platform::JsonDecoder{}.decodeArray<Device>(body));
         times.push_back(milliseconds(Clock::now() - begin) * 1000 / count);
+        note("devices: allocations each", "library",
+             static_cast<double>(allocationCount() - allocationsBefore) / count);
     }
     state.counters["us_per_record"] = median(times);
     note("devices: us each", "library", median(times));

@@ -98,26 +98,17 @@ TEST_F(Session, ReadsTheCatalogueAndTheDevices) {
 TEST_F(Session, SendsCallsThatNoOperationSends) {
     createAccount("bob", "pw");
     ASSERT_TRUE(signIn("bob", "pw").result);
-    const auto& settings = service.configuration();
-    const auto token = Keychain::getLoginData("end-to-end").value();
-    const std::string authorization =
-        R"(OAuth oauth_version="1.0", oauth_signature_method="PLAINTEXT", oauth_consumer_key=")" +
-        settings.consumerKey + R"(",oauth_token=")" + token.username + R"(" ,oauth_signature=")" +
-        settings.consumerSecret + "%26" + token.password + "\"";
+    const auto backend = std::dynamic_pointer_cast<ApiVersion1>(api->api());
     const auto statusOf = [&](const ApiCallV1& call) {
         std::optional<std::int64_t> status;
-        api->api()->sendRequest(
-            call.url(), call.parameters().value(), call.encoding(),
-            {{"Accept", "application/json"}, {"Authorization", authorization}, {"Content-Type", "application/json"}},
-            call.method(), 0, [&](const auto& /*body*/, const ApiResult& result) { status = result.status; });
+        backend->dispatchCall(call, [&](const auto& /*body*/, const ApiResult& result) { status = result.status; });
         runUntil([&] { return status.has_value(); });
         return *status;
     };
-    EXPECT_EQ(statusOf(AddDeviceCallV1{api->environment(), api->partnersId(), api->baseUrl()}), 200)
-        << service.counters().lastRefusal;
+    EXPECT_EQ(statusOf(AddDeviceCallV1{backend->apiBase()}), 200) << service.counters().lastRefusal;
     EXPECT_EQ(await<std::vector<Device>>([&](auto done) { api->getDevices(done); }).result->size(), 2U);
     // It has no path, and the service has nothing there.
-    EXPECT_EQ(statusOf(RemoveDeviceCallV1{api->environment(), api->partnersId(), api->baseUrl()}), 404);
+    EXPECT_EQ(statusOf(RemoveDeviceCallV1{backend->apiBase()}), 404);
 }
 
 TEST_F(Session, TellsRefusalsApart) {

@@ -39,6 +39,13 @@ protected:
         Tarnwick_API::ApiVersion1::setSessionManager(session);
     }
 
+    /// What a request asks for, without the service's base URL and the default parameters.
+    static std::string askedBy(const Tarnwick_API::Platform::HttpRequest& request) {
+        auto text = request.url().absoluteString().substr(std::string{"https://live.example.test/vb/"}.size());
+        text.resize(text.find("language=en&os=mac&partnersId=7&region=GB&version=7100"));
+        return text;
+    }
+
     Tarnwick_API::Platform::ScopedProcessValues scope{Tarnwick_API::Platform::ScopedProcessValues::Start::defaults};
     std::shared_ptr<Tarnwick_API::Platform::VirtualTimeMainQueue> queue =
         std::make_shared<Tarnwick_API::Platform::VirtualTimeMainQueue>();

@@ -2,6 +2,7 @@
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "Client/Client.hpp"
+#include "ClientVersion.hpp"
 #include "Commands/Command.hpp"
 #include "Configuration/Settings.hpp"
 #include "Failures/ExitStatus.hpp"
@@ -36,8 +37,8 @@ void introduceProgram() {
         Tarnwick_API::Platform::Bundle{{{"CFBundleName", "tarnwick"},
                                         {"CFBundleExecutable", "tarnwick"},
                                         {"CFBundleIdentifier", "example.tarnwick.client"},
-                                        {"CFBundleVersion", TARNWICK_CLIENT_VERSION},
-                                        {"CFBundleShortVersionString", TARNWICK_CLIENT_VERSION}}});
+                                        {"CFBundleVersion", TarnwickClient::clientVersion},
+                                        {"CFBundleShortVersionString", TarnwickClient::clientVersion}}});
 }
 
 void openDebugChannel() {
@@ -115,7 +116,7 @@ int runProgram(int argc, char** argv) {
     Settings settings;
     std::vector<Command> commands;
     CLI::App app{"Client of the Tarnwick VPN service", "tarnwick"};
-    app.set_version_flag("--version", std::string{"tarnwick "} + TARNWICK_CLIENT_VERSION);
+    app.set_version_flag("--version", std::string{"tarnwick "} + TarnwickClient::clientVersion);
     app.fallthrough();
     app.require_subcommand(1);
     // Commands inherit the footer that there is when they are added.

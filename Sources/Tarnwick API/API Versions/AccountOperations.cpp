@@ -4,7 +4,6 @@
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
 #include <Calls/DeliverCompletion.hpp>
-#include <Calls/MapMerge.hpp>
 #include <Platform/Text/Utf8.hpp>
 
 #include <iostream>
@@ -16,10 +15,11 @@ namespace Tarnwick_API {
 
 namespace {
 
+// Statuses without a name in `HttpStatus`, and what they mean to one operation each.
 constexpr std::int64_t migrationRequired = 202;
-constexpr std::int64_t conflict = 409;
+constexpr std::int64_t nameTaken = 409;
+
 constexpr const char* unnamedMachine = "Mac Desktop";
-constexpr const char* wipedToken = "wipe";
 
 /// The error of a sign-in: the service's refusal texts arrive as generic errors.
 std::optional<ApiError> loginErrorFrom(std::optional<ApiError> error) {
@@ -36,7 +36,8 @@ std::optional<ApiError> loginErrorFrom(std::optional<ApiError> error) {
 
 void ApiVersion1::login(const std::string& username, const std::string& password, bool qvImport,
                         Completion<void> onCompletion) {
-    const LoginCallV1 call{environment_, partnersId_, baseUrl(), qvImport};
+    const Operation operation{"login(username:password:qvImport:onCompletion:)"};
+    const LoginCallV1 call{apiBase(), qvImport};
     Platform::Parameters parameters{
         {"x_auth_machinename", Platform::HostName::localized().value_or(unnamedMachine)},
         {"x_auth_machineid", uuid_.uuidString()},
@@ -47,9 +48,9 @@ void ApiVersion1::login(const std::string& username, const std::string& password
     if (auto callParameters = call.parameters()) {
         parameters.merge(*callParameters);
     }
-    sendRequest(call.url(), parameters, Platform::ParameterEncoding::json, standardHeaders(), call.method(), 0,
-                [self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body,
-                                                                                    ApiResult result) {
+    sendRequest(call.url(), parameters, Platform::ParameterEncoding::json, standardHeaders(), call.method(),
+                [self = shared_from_this(), operation, onCompletion = std::move(onCompletion)](
+                    const std::optional<Platform::Bytes>& body, ApiResult result) {
                     if (result.status == migrationRequired) {
                         deliver(onCompletion, LoginError{LoginError::qvUserMigrationRequired});
                         return;
@@ -59,7 +60,7 @@ void ApiVersion1::login(const std::string& username, const std::string& password
                         return;
                     }
                     std::optional<ApiError> error;
-                    if (auto token = ApiItem::create<OAuthToken>(*body)) {
+                    if (auto token = decodedOrLogged<LoginCallV1::Answer>(operation, decodeRecord<OAuthToken>, *body)) {
                         self->oauthToken_ = std::move(token);
                     } else {
                         error = LoginError{LoginError::noOauthToken};
@@ -79,13 +80,14 @@ void ApiVersion1::logout(Completion<void> onCompletion) {
                 Platform::DecodingError{Platform::DecodingError::Kind::dataCorrupted, {}, "Not logged in Error."});
         return;
     }
-    const LogoutCallV1 call{environment_, partnersId_, baseUrl(), oauthToken_->token};
-    sendRequest(call.url(), {}, call.encoding(), {{"Authorization", getOauthHeader()}}, call.method(), 0,
+    const LogoutCallV1 call{apiBase(), oauthToken_->token};
+    sendRequest(call.url(), {}, call.encoding(), {{"Authorization", getOauthHeader()}}, call.method(),
                 [self = shared_from_this(), onCompletion = std::move(onCompletion)](
                     const std::optional<Platform::Bytes>& /*body*/, ApiResult result) {
                     if (!result.error) {
                         self->oauthToken_ = std::nullopt;
-                        Keychain::setPassword(self->keychainTokenService_, wipedToken, wipedToken);
+                        const auto placeholder = LoginData::signedOutPlaceholder();
+                        Keychain::setPassword(self->keychainTokenService_, placeholder.username, placeholder.password);
                     }
                     deliver(onCompletion, std::move(result.error));
                 });
@@ -93,12 +95,11 @@ void ApiVersion1::logout(Completion<void> onCompletion) {
 
 void ApiVersion1::createUser(const std::string& username, const std::string& password, Completion<void> onCompletion) {
     const auto machineId = uuid_.uuidString();
-    const NewUserCallV1 call{environment_, partnersId_, baseUrl(),
-                             username,     password,    Platform::HostName::localized().value_or(machineId),
+    const NewUserCallV1 call{apiBase(), username, password, Platform::HostName::localized().value_or(machineId),
                              machineId};
     dispatchCall(call, [onCompletion = std::move(onCompletion)](const std::optional<Platform::Bytes>& /*body*/,
                                                                 ApiResult result) {
-        if (result.status == conflict) {
+        if (result.status == nameTaken) {
             deliver(onCompletion, SignupError{SignupError::usernameAlreadyExists});
             return;
         }
@@ -119,12 +120,12 @@ void ApiVersion1::setToken(const std::string& token, const std::string& secret, 
 }
 
 void ApiVersion1::currentUser(Completion<User> onCompletion) {
-    const UserCallV1 call{environment_, partnersId_, baseUrl()};
-    dispatchCall(call, decodingCompletion<User>(ApiItem::create<User>, std::move(onCompletion)));
+    dispatchCall(UserCallV1{apiBase()}, decodingCompletion<UserCallV1::Answer>(
+                                            "currentUser(onCompletion:)", decodeRecord<User>, std::move(onCompletion)));
 }
 
 void ApiVersion1::updateUser(UserField field, const std::string& newValue, Completion<void> onCompletion) {
-    const UpdateUserCallV1 call{environment_, partnersId_, baseUrl(), field, newValue};
+    const UpdateUserCallV1 call{apiBase(), field, newValue};
     dispatchCall(call, [onCompletion = std::move(onCompletion)](const std::optional<Platform::Bytes>& /*body*/,
                                                                 ApiResult result) {
         deliver(onCompletion, std::move(result.error));
@@ -132,9 +133,9 @@ void ApiVersion1::updateUser(UserField field, const std::string& newValue, Compl
 }
 
 void ApiVersion1::getAuthToken(Completion<std::string> onCompletion) {
-    const AuthTokenCallV1 call{environment_, partnersId_, baseUrl()};
+    const AuthTokenCallV1 call{apiBase()};
     sendRequest(call.url(), call.parameters().value_or(Platform::Parameters{}), call.encoding(),
-                {{"Authorization", getOauthHeader()}}, call.method(), 0,
+                {{"Authorization", getOauthHeader()}}, call.method(),
                 [onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body, ApiResult result) {
                     if (result.error) {
                         deliver(onCompletion, std::nullopt, std::move(result.error));
@@ -144,18 +145,6 @@ void ApiVersion1::getAuthToken(Completion<std::string> onCompletion) {
                         deliver(onCompletion, std::nullopt, std::nullopt);
                     }
                 });
-}
-
-void ApiVersion1::dispatchCall(const ApiCallV1& call, RequestCompletion onCompletion) {
-    Platform::Parameters parameters;
-    if (const auto callParameters = call.parameters()) {
-        parameters += *callParameters;
-    }
-    auto headers = standardHeaders();
-    if (call.headers()) {
-        headers += *call.headers();
-    }
-    sendRequest(call.url(), parameters, call.encoding(), headers, call.method(), 0, std::move(onCompletion));
 }
 
 }  // namespace Tarnwick_API

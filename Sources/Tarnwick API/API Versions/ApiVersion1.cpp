@@ -2,7 +2,10 @@
 
 #include <utility>
 
+#include <BuildConstants.hpp>
 #include <OAuthHeader.hpp>
+#include <RequestEngine.hpp>
+#include <SharedSession.hpp>
 
 namespace Tarnwick_API {
 
@@ -34,6 +37,18 @@ ApiVersion1::ApiVersion1(Key /*unused*/, std::optional<std::string> consumerKey,
       environment_{environment} {
 }
 
+std::shared_ptr<Platform::HttpSession> ApiVersion1::sessionManager() {
+    return SharedSession::get();
+}
+
+void ApiVersion1::setSessionManager(std::shared_ptr<Platform::HttpSession> session) {
+    SharedSession::set(std::move(session));
+}
+
+Platform::HttpSessionConfiguration ApiVersion1::defaultSessionConfiguration() {
+    return SharedSession::defaultConfiguration();
+}
+
 std::optional<std::string> ApiVersion1::username() const {
     return oauthToken_ ? std::optional{oauthToken_->token} : std::nullopt;
 }
@@ -46,12 +61,23 @@ std::string ApiVersion1::fallbackIp() const {
     switch (environment_) {
         case ApiEnvironment::dev:
         case ApiEnvironment::staging:
-            return TARNWICK_FALLBACK_DEV_STAGING;
+            return BuildConstants::devStagingFallbackIp;
         case ApiEnvironment::live:
         case ApiEnvironment::beta:
             break;
     }
-    return TARNWICK_FALLBACK_LIVE_BETA;
+    return BuildConstants::liveBetaFallbackIp;
+}
+
+ApiBase ApiVersion1::apiBase() const {
+    return {.environment = environment_, .partnersId = partnersId_, .baseUrl = baseUrl()};
+}
+
+void ApiVersion1::sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
+                              Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
+                              Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) {
+    RequestEngine{&SharedSession::get, shared_from_this(), maxRetries_}.send(url, parameters, encoding, headers, method,
+                                                                             retryCount, std::move(onCompletion));
 }
 
 std::string ApiVersion1::getOauthHeader() const {

@@ -1,8 +1,9 @@
 #include <Tarnwick_API/Backends/ApiVersion2.hpp>
-#include <Tarnwick_API/Platform/Application/Url.hpp>
 
-#include <mutex>
 #include <utility>
+
+#include <BuildConstants.hpp>
+#include <DeviceRegistration.hpp>
 
 namespace Tarnwick_API {
 
@@ -21,22 +22,13 @@ std::shared_ptr<Platform::HttpSession> ApiVersion2::sessionManager(std::string_v
 }
 
 std::string ApiVersion2::baseUrl() const {
-    return TARNWICK_V2_DEVELOPMENT_URL;
+    return BuildConstants::version2DevelopmentUrl;
 }
 
 void ApiVersion2::login(const std::string& username, const std::string& password, bool /*qvImport*/,
                         Completion<void> /*onCompletion*/) {
-    const auto base = Platform::Url::fromString(baseUrl());
-    if (!base) {
-        return;
-    }
-    // The request that will register this device, complete but for its method; this API generation is not served yet.
-    [[maybe_unused]] const Platform::Parameters parameters{
-        {"deviceName", uuid_.uuidString()}, {"userName", username}, {"password", password}};
-    [[maybe_unused]] const Platform::HttpHeaders headers{
-        {"Content-Type", "application/json"}, {"Accept", "application/json"}, {"X-APP-KEY", consumerKey_}};
-    [[maybe_unused]] const auto url = base->appendingPathComponent("my/devices");
-    [[maybe_unused]] constexpr auto encoding = Platform::ParameterEncoding::json;
+    // Prepared and dropped, on purpose: nothing serves this API generation yet.
+    static_cast<void>(DeviceRegistration::prepare(baseUrl(), consumerKey_, uuid_, username, password));
 }
 
 void ApiVersion2::currentUser(Completion<User> /*onCompletion*/) {

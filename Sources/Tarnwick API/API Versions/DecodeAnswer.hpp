@@ -2,32 +2,69 @@
 
 #include <Tarnwick_API/Calls/ApiResult.hpp>
 #include <Tarnwick_API/Calls/Completion.hpp>
+#include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 #include <Calls/DeliverCompletion.hpp>
 
 #include <exception>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace Tarnwick_API {
 
-/// A request completion that decodes the body with `decode` (from bytes to an `Answer`, throwing when it can't) and
-/// completes with the answer, or with the request's error, which is none when only the decoding failed.
+/// An operation and where it stands, for the log.
+struct Operation {
+    // NOLINTNEXTLINE(google-explicit-constructor): its name is all that a caller says
+    Operation(const char* operationName, const char* itsFile = __builtin_FILE(), int itsLine = __builtin_LINE())
+        : name{operationName}, file{itsFile}, line{itsLine} {}
+
+    const char* name;
+    const char* file;
+    int line;
+};
+
+/// Writes to the debug channel why, and where in it, an answer could not be decoded. The errors of decoding repeat no
+/// text of an answer, at most a number that is too long.
+void logDecodingFailure(const Operation& operation, const std::exception& error);
+
+/// What `decode` (from bytes to an `Answer`, throwing when it can't) makes of a body; none, and a line in the log, when
+/// it throws.
 template <typename Answer, typename Decode>
-[[nodiscard]] RequestCompletion decodingCompletion(Decode decode, Completion<Answer> onCompletion) {
-    return [decode = std::move(decode), onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body,
-                                                                                ApiResult result) {
+[[nodiscard]] std::optional<Answer> decodedOrLogged(const Operation& operation, const Decode& decode,
+                                                    const Platform::Bytes& body) {
+    try {
+        return decode(body);
+    } catch (const std::exception& error) {
+        logDecodingFailure(operation, error);
+        return std::nullopt;
+    }
+}
+
+/// A request completion that completes with what `decode` makes of the body, or with the request's error, which is none
+/// when only the decoding failed.
+template <typename Answer, typename Decode>
+[[nodiscard]] RequestCompletion decodingCompletion(Operation operation, Decode decode,
+                                                   Completion<Answer> onCompletion) {
+    return [operation, decode = std::move(decode), onCompletion = std::move(onCompletion)](
+               std::optional<Platform::Bytes> body, ApiResult result) {
         std::optional<Answer> answer;
         if (body && !result.error) {
-            try {
-                answer = decode(*body);
-            } catch (const std::exception&) {
-                answer.reset();
-            }
+            answer = decodedOrLogged<Answer>(operation, decode, *body);
             body.reset();
         }
         deliver(onCompletion, std::move(answer), std::move(result.error));
     };
+}
+
+template <Platform::Decodable Record>
+[[nodiscard]] Record decodeRecord(const Platform::Bytes& body) {
+    return Platform::JsonDecoder{}.decode<Record>(body);
+}
+
+template <Platform::Decodable Record>
+[[nodiscard]] std::vector<Record> decodeRecords(const Platform::Bytes& body) {
+    return Platform::JsonDecoder{}.decodeArray<Record>(body);
 }
 
 }  // namespace Tarnwick_API

@@ -1,6 +1,5 @@
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Calls/DeviceCalls.hpp>
-#include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 #include <utility>
 
@@ -9,11 +8,9 @@
 namespace Tarnwick_API {
 
 void ApiVersion1::getDevices(Completion<std::vector<Device>> onCompletion) {
-    const DevicesCallV1 call{environment_, partnersId_, baseUrl()};
-    dispatchCall(call,
-                 decodingCompletion<DevicesCallV1::Answer>(
-                     [](const Platform::Bytes& body) { return Platform::JsonDecoder{}.decodeArray<Device>(body); },
-                     std::move(onCompletion)));
+    dispatchCall(DevicesCallV1{apiBase()},
+                 decodingCompletion<DevicesCallV1::Answer>("getDevices(onCompletion:)", decodeRecords<Device>,
+                                                           std::move(onCompletion)));
 }
 
 }  // namespace Tarnwick_API

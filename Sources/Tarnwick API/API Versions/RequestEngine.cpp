@@ -1,4 +1,3 @@
-#include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <Calls/DeliverCompletion.hpp>
@@ -7,16 +6,20 @@
 
 #include <chrono>
 #include <cmath>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include <PasswordMask.hpp>
+#include <RequestEngine.hpp>
 
 namespace Tarnwick_API {
 
 namespace {
 
 constexpr const char* function = "sendRequest(url:parameters:encoding:headers:method:retryCount:onCompletion:)";
+
+/// HTTP's "Accepted", which has no name in `HttpStatus`.
 constexpr std::int64_t accepted = 202;
 
 constexpr std::string_view hostHeader = "Host";
@@ -61,74 +64,91 @@ void logAnswer(const Platform::HttpAnswer& answer, bool useFallbackIp) {
     }
 }
 
+constexpr bool isSuccess(std::int64_t status) noexcept {
+    return status / 100 == 2;
+}
+
+struct Ending {
+    std::optional<Platform::Bytes> body;
+    ApiResult result;
+};
+
+/// How an answer that came without a transport error ends its request; none when nobody is told.
+std::optional<Ending> classify(std::int64_t status, std::optional<Platform::Bytes> body) {
+    if (status == accepted) {
+        return Ending{.body = std::nullopt, .result = {.status = status, .error = std::nullopt}};
+    }
+    if (!isSuccess(status)) {
+        return Ending{.body = std::nullopt,
+                      .result = {.status = status, .error = ResponseError::fromAnswer(status, body)}};
+    }
+    if (!body) {
+        return std::nullopt;
+    }
+    return Ending{.body = std::move(body), .result = {.status = status, .error = std::nullopt}};
+}
+
 }  // namespace
 
 /// What every attempt of one request repeats.
-struct ApiVersion1::RequestChain {
+struct RequestEngine::Chain {
+    RequestEngine engine;
     Platform::Url url;
     SharedRequest request;
     RequestCompletion onCompletion;
 
-    void complete(std::optional<Platform::Bytes> body, ApiResult result) const {
-        deliver(onCompletion, std::move(body), std::move(result));
+    void completeNotReachable() const {
+        deliver(onCompletion, std::nullopt, ApiResult{.status = 0, .error = ResponseError::notReachable()});
     }
-    void completeNotReachable() const { complete(std::nullopt, {.status = 0, .error = ResponseError::notReachable()}); }
 };
 
-void ApiVersion1::sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
-                              Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
-                              Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) {
-    auto request = std::make_shared<const Platform::HttpRequest>(
-        Platform::HttpRequest{method, url, parameters, encoding, headers}.withHeader(hostHeader, apiHost()));
-    attempt(std::make_shared<const RequestChain>(RequestChain{url, std::move(request), std::move(onCompletion)}),
-            retryCount);
+RequestEngine::RequestEngine(SessionLookup session, std::shared_ptr<const ApiCommunicateable> owner,
+                             std::int64_t maxRetries)
+    : session_{std::move(session)}, owner_{std::move(owner)}, maxRetries_{maxRetries} {
 }
 
-void ApiVersion1::attempt(const std::shared_ptr<const RequestChain>& chain, std::int64_t retryCount) {
-    const auto session = sessionManager();
+void RequestEngine::send(const Platform::Url& url, const Platform::Parameters& parameters,
+                         Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
+                         Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) const {
+    auto request = std::make_shared<const Platform::HttpRequest>(
+        Platform::HttpRequest{method, url, parameters, encoding, headers}.withHeader(hostHeader, owner_->apiHost()));
+    attempt(std::make_shared<const Chain>(Chain{*this, url, std::move(request), std::move(onCompletion)}), retryCount);
+}
+
+void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount) {
+    const auto session = chain->engine.session_();
     if (!session->isReachable(chain->url.absoluteString())) {
         chain->completeNotReachable();
         return;
     }
-    const auto request = naming(chain->request, apiHost());
-    session->send(request, [self = shared_from_this(), chain, retryCount](Platform::HttpAnswer answer) {
-        self->handleAnswer(chain, retryCount, std::move(answer));
-    });
+    const auto request = naming(chain->request, chain->engine.owner_->apiHost());
+    session->send(request,
+                  [chain, retryCount](Platform::HttpAnswer answer) { receive(chain, retryCount, std::move(answer)); });
     logRequest(*request, session->defaultHeaders());
 }
 
-void ApiVersion1::handleAnswer(const std::shared_ptr<const RequestChain>& chain, std::int64_t retryCount,
-                               Platform::HttpAnswer answer) {
-    logAnswer(answer, useFallbackIp_);
-    if (answer.error) {
+void RequestEngine::receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer) {
+    logAnswer(answer, chain->engine.owner_->useFallbackIp());
+    const auto hasFailed = answer.error || (answer.response && answer.response->status == 0);
+    if (hasFailed) {
         retryOrGiveUp(chain, retryCount);
         return;
     }
     if (!answer.response) {
         return;
     }
-    const auto status = answer.response->status;
-    if (status == 0) {
-        retryOrGiveUp(chain, retryCount);
-    } else if (status == accepted) {
-        chain->complete(std::nullopt, {.status = status, .error = std::nullopt});
-    } else if (status >= 200 && status <= 299) {
-        if (answer.body) {
-            chain->complete(std::move(answer.body), {.status = status, .error = std::nullopt});
-        }
-    } else {
-        chain->complete(std::nullopt, {.status = status, .error = ResponseError::fromAnswer(status, answer.body)});
+    if (auto ending = classify(answer.response->status, std::move(answer.body))) {
+        deliver(chain->onCompletion, std::move(ending->body), std::move(ending->result));
     }
 }
 
-void ApiVersion1::retryOrGiveUp(const std::shared_ptr<const RequestChain>& chain, std::int64_t retryCount) {
-    if (retryCount >= maxRetries_) {
+void RequestEngine::retryOrGiveUp(const SharedChain& chain, std::int64_t retryCount) {
+    if (retryCount >= chain->engine.maxRetries_) {
         chain->completeNotReachable();
         return;
     }
-    Platform::MainQueue::main()->after(pauseBeforeRetry(retryCount), [self = shared_from_this(), chain, retryCount] {
-        self->attempt(chain, retryCount + 1);
-    });
+    Platform::MainQueue::main()->after(pauseBeforeRetry(retryCount),
+                                       [chain, retryCount] { attempt(chain, retryCount + 1); });
 }
 
 }  // namespace Tarnwick_API

@@ -1,29 +1,30 @@
-#include <Tarnwick_API/Backends/ApiVersion1.hpp>
-
 #include <Platform/Application/ProcessWide.hpp>
 
 #include <utility>
+
+#include <BuildConstants.hpp>
+#include <SharedSession.hpp>
 
 namespace Tarnwick_API {
 
 namespace {
 
-constexpr Platform::ProcessWide sharedSession{&Platform::ProcessValues::sharedSession};
+constexpr Platform::ProcessWide session{&Platform::ProcessValues::sharedSession};
 
 }  // namespace
 
-std::shared_ptr<Platform::HttpSession> ApiVersion1::sessionManager() {
-    return sharedSession.getOr([] { return Platform::makeHttpSession(defaultSessionConfiguration()); });
+std::shared_ptr<Platform::HttpSession> SharedSession::get() {
+    return session.getOr([] { return Platform::makeHttpSession(defaultConfiguration()); });
 }
 
-void ApiVersion1::setSessionManager(std::shared_ptr<Platform::HttpSession> session) {
-    sharedSession.set(std::move(session));
+void SharedSession::set(std::shared_ptr<Platform::HttpSession> replacement) {
+    session.set(std::move(replacement));
 }
 
-Platform::HttpSessionConfiguration ApiVersion1::defaultSessionConfiguration() {
+Platform::HttpSessionConfiguration SharedSession::defaultConfiguration() {
     Platform::HttpSessionConfiguration configuration;
     // The certificate names the API host, not the address that stands in for it.
-    configuration.trustPolicies.emplace(TARNWICK_FALLBACK_LIVE_BETA, Platform::HostValidation::chainOnly);
+    configuration.trustPolicies.emplace(BuildConstants::liveBetaFallbackIp, Platform::HostValidation::chainOnly);
     return configuration;
 }
 

@@ -8,8 +8,9 @@
 namespace Tarnwick_API {
 
 void ApiVersion1::getStatus(Completion<Status> onCompletion) {
-    const StatusCallV1 call{environment_, baseUrl(), partnersId_};
-    dispatchCall(call, decodingCompletion<Status>(ApiItem::create<Status>, std::move(onCompletion)));
+    dispatchCall(StatusCallV1{apiBase()},
+                 decodingCompletion<StatusCallV1::Answer>("getStatus(onCompletion:)", decodeRecord<Status>,
+                                                          std::move(onCompletion)));
 }
 
 }  // namespace Tarnwick_API

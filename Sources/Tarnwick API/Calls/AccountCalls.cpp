@@ -7,19 +7,17 @@ namespace Tarnwick_API {
 using Platform::HttpMethod;
 using Platform::ParameterEncoding;
 
-UserCallV1::UserCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
-    : ApiCallV1{HttpMethod::get,        "users/me",         std::nullopt, environment,
-                ParameterEncoding::url, std::move(baseUrl), partnersId} {
+UserCallV1::UserCallV1(ApiBase base)
+    : ApiCallV1{{HttpMethod::get, "users/me", ParameterEncoding::url}, std::move(base)} {
 }
 
 Platform::Parameters UserCallV1::ownParameters() const {
     return {{"flags", "17"}};
 }
 
-NewUserCallV1::NewUserCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl,
-                             std::string email, std::string password, std::string machineName, std::string machineId)
-    : ApiCallV1{HttpMethod::post,   "users",   std::nullopt, environment, ParameterEncoding::json,
-                std::move(baseUrl), partnersId},
+NewUserCallV1::NewUserCallV1(ApiBase base, std::string email, std::string password, std::string machineName,
+                             std::string machineId)
+    : ApiCallV1{{HttpMethod::post, "users", ParameterEncoding::json}, std::move(base)},
       email_{std::move(email)},
       password_{std::move(password)},
       machineName_{std::move(machineName)},
@@ -38,9 +36,8 @@ Platform::Parameters NewUserCallV1::ownParameters() const {
     };
 }
 
-LoginCallV1::LoginCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl, bool qvImport)
-    : ApiCallV1{HttpMethod::post,       "oauth/access_token", std::nullopt, environment,
-                ParameterEncoding::url, std::move(baseUrl),   partnersId},
+LoginCallV1::LoginCallV1(ApiBase base, bool qvImport)
+    : ApiCallV1{{HttpMethod::post, "oauth/access_token", ParameterEncoding::url}, std::move(base)},
       qvImport_{qvImport} {
 }
 
@@ -48,21 +45,14 @@ Platform::Parameters LoginCallV1::ownParameters() const {
     return qvImport_ ? Platform::Parameters{{"import", "1"}} : Platform::Parameters{};
 }
 
-LogoutCallV1::LogoutCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl,
-                           std::string_view token)
-    : ApiCallV1{HttpMethod::delete_,
-                "users/me/access_tokens/" + std::string{token},
-                std::nullopt,
-                environment,
-                ParameterEncoding::url,
-                std::move(baseUrl),
-                partnersId} {
+LogoutCallV1::LogoutCallV1(ApiBase base, std::string_view token)
+    : ApiCallV1{{HttpMethod::delete_, std::string{"users/me/access_tokens/"}.append(token), ParameterEncoding::url},
+                std::move(base)} {
 }
 
-UpdateUserCallV1::UpdateUserCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl,
-                                   UserField field, std::string newValue, std::optional<std::string> oldValue)
-    : ApiCallV1{HttpMethod::put,         "users/me",         std::nullopt, environment,
-                ParameterEncoding::json, std::move(baseUrl), partnersId},
+UpdateUserCallV1::UpdateUserCallV1(ApiBase base, UserField field, std::string newValue,
+                                   std::optional<std::string> oldValue)
+    : ApiCallV1{{HttpMethod::put, "users/me", ParameterEncoding::json}, std::move(base)},
       field_{field},
       newValue_{std::move(newValue)},
       oldValue_{std::move(oldValue)} {
@@ -76,14 +66,12 @@ Platform::Parameters UpdateUserCallV1::ownParameters() const {
     return parameters;
 }
 
-AuthTokenCallV1::AuthTokenCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
-    : ApiCallV1{HttpMethod::get,        "users/me/authtoken", std::nullopt, environment,
-                ParameterEncoding::url, std::move(baseUrl),   partnersId} {
+AuthTokenCallV1::AuthTokenCallV1(ApiBase base)
+    : ApiCallV1{{HttpMethod::get, "users/me/authtoken", ParameterEncoding::url}, std::move(base)} {
 }
 
-AddDeviceCallV1::AddDeviceCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
-    : ApiCallV1{HttpMethod::post,       "oauth/access_token", std::nullopt, environment,
-                ParameterEncoding::url, std::move(baseUrl),   partnersId} {
+AddDeviceCallV1::AddDeviceCallV1(ApiBase base)
+    : ApiCallV1{{HttpMethod::post, "oauth/access_token", ParameterEncoding::url}, std::move(base)} {
 }
 
 }  // namespace Tarnwick_API

@@ -20,15 +20,13 @@ Platform::Url ApiCall::url() const {
     return base->appendingPathComponent(urlPath_);
 }
 
-ApiCallV1::ApiCallV1(Platform::HttpMethod method, std::string urlPath, std::optional<Platform::HttpHeaders> headers,
-                     ApiEnvironment environment, Platform::ParameterEncoding encoding, std::string baseUrl,
-                     std::int64_t partnersId)
-    : ApiCall{std::move(baseUrl), std::move(urlPath)},
-      method_{method},
-      headers_{std::move(headers)},
-      environment_{environment},
-      encoding_{encoding},
-      partnersId_{partnersId} {
+ApiCallV1::ApiCallV1(ApiEndpoint endpoint, ApiBase base)
+    : ApiCall{std::move(base.baseUrl), std::move(endpoint.urlPath)},
+      method_{endpoint.method},
+      headers_{std::move(endpoint.headers)},
+      environment_{base.environment},
+      encoding_{endpoint.encoding},
+      partnersId_{base.partnersId} {
 }
 
 std::optional<Platform::Parameters> ApiCallV1::parameters() const {

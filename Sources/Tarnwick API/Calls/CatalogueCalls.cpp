@@ -22,10 +22,9 @@ void addPosition(Parameters& parameters, std::optional<double> latitude, std::op
 
 }  // namespace
 
-CountryCallV1::CountryCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl,
-                             std::int64_t filterId, std::optional<double> latitude, std::optional<double> longitude)
-    : ApiCallV1{HttpMethod::get,        "servers",          std::nullopt, environment,
-                ParameterEncoding::url, std::move(baseUrl), partnersId},
+CountryCallV1::CountryCallV1(ApiBase base, std::int64_t filterId, std::optional<double> latitude,
+                             std::optional<double> longitude)
+    : ApiCallV1{{HttpMethod::get, "servers", ParameterEncoding::url}, std::move(base)},
       filterId_{filterId},
       latitude_{latitude},
       longitude_{longitude} {
@@ -37,11 +36,9 @@ Parameters CountryCallV1::ownParameters() const {
     return parameters;
 }
 
-ServerCallV1::ServerCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl,
-                           std::int64_t filterId, std::optional<std::string> countryCode,
+ServerCallV1::ServerCallV1(ApiBase base, std::int64_t filterId, std::optional<std::string> countryCode,
                            std::optional<double> latitude, std::optional<double> longitude, ServerJsonKind jsonKind)
-    : ApiCallV1{HttpMethod::get,        "servers",          std::nullopt, environment,
-                ParameterEncoding::url, std::move(baseUrl), partnersId},
+    : ApiCallV1{{HttpMethod::get, "servers", ParameterEncoding::url}, std::move(base)},
       jsonKind_{jsonKind},
       filterId_{filterId},
       countryCode_{std::move(countryCode)},
@@ -49,21 +46,17 @@ ServerCallV1::ServerCallV1(ApiEnvironment environment, std::int64_t partnersId, 
       longitude_{longitude} {
 }
 
-ServerCallV1::ServerCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl,
-                           std::int64_t filterId, std::optional<std::string> countryCode,
+ServerCallV1::ServerCallV1(ApiBase base, std::int64_t filterId, std::optional<std::string> countryCode,
                            std::optional<std::int64_t> serviceId)
-    : ApiCallV1{HttpMethod::get,        "servers",          std::nullopt, environment,
-                ParameterEncoding::url, std::move(baseUrl), partnersId},
+    : ApiCallV1{{HttpMethod::get, "servers", ParameterEncoding::url}, std::move(base)},
       jsonKind_{ServerJsonKind::short_},
       filterId_{filterId},
       countryCode_{std::move(countryCode)},
       serviceId_{serviceId} {
 }
 
-ServerCallV1::ServerCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl, std::int64_t id)
-    : ApiCallV1{HttpMethod::get, "servers/" + std::to_string(id), std::nullopt,
-                environment,     ParameterEncoding::url,          std::move(baseUrl),
-                partnersId},
+ServerCallV1::ServerCallV1(ApiBase base, std::int64_t id)
+    : ApiCallV1{{HttpMethod::get, "servers/" + std::to_string(id), ParameterEncoding::url}, std::move(base)},
       jsonKind_{ServerJsonKind::long_} {
 }
 
@@ -83,11 +76,8 @@ Parameters ServerCallV1::ownParameters() const {
     return parameters;
 }
 
-DefaultFavoritesCallV1::DefaultFavoritesCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl,
-                                               std::int64_t filterId)
-    : ApiCallV1{HttpMethod::get,        "servers",          std::nullopt, environment,
-                ParameterEncoding::url, std::move(baseUrl), partnersId},
-      filterId_{filterId} {
+DefaultFavoritesCallV1::DefaultFavoritesCallV1(ApiBase base, std::int64_t filterId)
+    : ApiCallV1{{HttpMethod::get, "servers", ParameterEncoding::url}, std::move(base)}, filterId_{filterId} {
 }
 
 Parameters DefaultFavoritesCallV1::ownParameters() const {

@@ -1,17 +1,16 @@
 #include <Tarnwick_API/Calls/DeviceCalls.hpp>
 
-#include <utility>
-
 namespace Tarnwick_API {
 
-DevicesCallV1::DevicesCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
-    : ApiCallV1{Platform::HttpMethod::get,         "users/me/access_tokens", std::nullopt, environment,
-                Platform::ParameterEncoding::json, std::move(baseUrl),       partnersId} {
+using Platform::HttpMethod;
+using Platform::ParameterEncoding;
+
+DevicesCallV1::DevicesCallV1(ApiBase base)
+    : ApiCallV1{{HttpMethod::get, "users/me/access_tokens", ParameterEncoding::json}, std::move(base)} {
 }
 
-RemoveDeviceCallV1::RemoveDeviceCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
-    : ApiCallV1{Platform::HttpMethod::get, "",        std::nullopt, environment, Platform::ParameterEncoding::url,
-                std::move(baseUrl),        partnersId} {
+RemoveDeviceCallV1::RemoveDeviceCallV1(ApiBase base)
+    : ApiCallV1{{HttpMethod::get, "", ParameterEncoding::url}, std::move(base)} {
 }
 
 }  // namespace Tarnwick_API

@@ -1,3 +1,4 @@
+#include <Tarnwick_API/Calls/HttpStatus.hpp>
 #include <Tarnwick_API/Calls/ResponseError.hpp>
 
 #include <Platform/Text/Utf8.hpp>
@@ -5,17 +6,18 @@
 namespace Tarnwick_API {
 
 ResponseError ResponseError::fromAnswer(std::int64_t status, const std::optional<std::string>& body) {
-    switch (status) {
-        case 400:
-            return badRequest();
-        case 401:
-            return unauthorized();
-        case 403:
-            return forbidden();
-        case 404:
-            return notFound();
-        default:
-            break;
+    const auto named = httpStatus(status);
+    if (named == HttpStatus::badRequest) {
+        return badRequest();
+    }
+    if (named == HttpStatus::unauthorized) {
+        return unauthorized();
+    }
+    if (named == HttpStatus::forbidden) {
+        return forbidden();
+    }
+    if (named == HttpStatus::notFound) {
+        return notFound();
     }
     if (body && Platform::isValidUtf8(*body)) {
         return genericError(*body);

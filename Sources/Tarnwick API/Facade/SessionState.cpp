@@ -13,36 +13,37 @@ void TarnwickApi::postDidLogout() {
         {.name = ApiNotification{ApiNotification::DidLogout}.name(), .object = shared_from_this()});
 }
 
+void TarnwickApi::endSession() {
+    internalCurrentUser_ = std::nullopt;
+    postDidLogout();
+}
+
 void TarnwickApi::login(const std::string& username, const std::string& password, bool qvImport,
                         Completion<User> onCompletion) {
-    api_->login(
-        username, password, qvImport,
-        [self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<ApiError> loginError) {
-            const auto fail = [self, onCompletion](std::optional<ApiError> error) {
-                self->internalCurrentUser_ = std::nullopt;
-                self->postDidLogout();
-                deliver(onCompletion, std::nullopt, std::move(error));
-            };
-            if (loginError) {
-                fail(std::move(loginError));
-                return;
-            }
-            self->api_->currentUser(
-                [self, fail, onCompletion](std::optional<User> user, std::optional<ApiError> error) {
-                    if (!user) {
-                        fail(std::move(error));
-                        return;
-                    }
-                    self->internalCurrentUser_ = user;
-                    deliver(onCompletion, std::move(user), std::nullopt);
-                });
-        });
+    auto fetchUser = [self = shared_from_this(),
+                      onCompletion = std::move(onCompletion)](std::optional<ApiError> loginError) mutable {
+        if (loginError) {
+            self->endSession();
+            deliver(onCompletion, std::nullopt, std::move(loginError));
+            return;
+        }
+        self->api_->currentUser(
+            [self, onCompletion = std::move(onCompletion)](std::optional<User> user, std::optional<ApiError> error) {
+                if (!user) {
+                    self->endSession();
+                    deliver(onCompletion, std::nullopt, std::move(error));
+                    return;
+                }
+                self->internalCurrentUser_ = user;
+                deliver(onCompletion, std::move(user), std::nullopt);
+            });
+    };
+    api_->login(username, password, qvImport, std::move(fetchUser));
 }
 
 void TarnwickApi::logout(Completion<void> onCompletion) {
     api_->logout([self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<ApiError> error) {
-        self->internalCurrentUser_ = std::nullopt;
-        self->postDidLogout();
+        self->endSession();
         deliver(onCompletion, std::move(error));
     });
 }

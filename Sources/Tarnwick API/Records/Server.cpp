@@ -1,10 +1,10 @@
 #include <Tarnwick_API/Records/Server.hpp>
 
 #include <Platform/Json/JsonArrayPieces.hpp>
-#include <Records/ServerShortFields.hpp>
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -19,18 +19,17 @@ static_assert(std::is_nothrow_move_constructible_v<Server>);
 
 namespace {
 
-/// From a record with texts of its own, which are moved, or from fields, whose texts are copied.
-template <typename Short>
-Server serverFrom(Short&& source) {
-    const auto optionalText = [](auto&& text) {
-        return text ? std::optional<std::string>{*std::forward<decltype(text)>(text)} : std::nullopt;
-    };
+/// Takes over the texts of a record that owns them, and copies what is kept of a borrowed one's.
+template <typename Text>
+Server serverFrom(BasicServerShort<Text>&& source) {
     Server server;
     server.id = source.id;
-    server.name = source.displayName ? *std::forward<Short>(source).displayName : std::forward<Short>(source).apiName;
-    server.ip = std::forward<Short>(source).ip;
-    server.location.countrycode = std::forward<Short>(source).countryCode;
-    server.location.city = optionalText(std::forward<Short>(source).city);
+    server.name = source.displayName ? std::move(*source.displayName) : std::move(source.apiName);
+    server.ip = std::move(source.ip);
+    server.location.countrycode = std::move(source.countryCode);
+    if (source.city) {
+        server.location.city.emplace(std::move(*source.city));
+    }
     server.location.distance = source.distance;
     server.location.latitude = source.latitude;
     server.location.longitude = source.longitude;
@@ -86,8 +85,10 @@ std::vector<Server> decodeServers(const Platform::Bytes& bytes, ServerJsonKind k
             return Server{ServerLong::decode(element.require<JsonObject>(), decoder)};
         });
     }
-    return Platform::mapArrayText(
-        bytes, [](const JsonValue& element) { return serverFrom(readServerShort(element.require<JsonObject>())); });
+    // Most of a long list's servers keep only a part of their texts.
+    return Platform::mapArrayText(bytes, [decoder = JsonDecoder{}](const JsonValue& element) {
+        return serverFrom(BasicServerShort<std::string_view>::decode(element.require<JsonObject>(), decoder));
+    });
 }
 
 }  // namespace Tarnwick_API

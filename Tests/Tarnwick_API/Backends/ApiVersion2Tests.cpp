@@ -2,6 +2,7 @@
 
 #include "BackendFixture.hpp"
 
+#include <DeviceRegistration.hpp>
 #include <gtest/gtest.h>
 
 namespace Tarnwick_API {
@@ -9,19 +10,19 @@ namespace {
 
 using Version2Backend = Testing::BackendFixture;
 
-TEST_F(Version2Backend, HoldsItsSettingsAndDerivesNothingFromThem) {
-    ApiVersion2 stub{std::nullopt, std::nullopt, Testing::installation};
-    EXPECT_EQ(stub.consumerKey(), "");
-    EXPECT_EQ(stub.consumerSecret(), "");
-    EXPECT_EQ(stub.username(), "");
-    EXPECT_EQ(stub.environment(), ApiEnvironment::live);
-    const auto baseUrl = stub.baseUrl();
+TEST_F(Version2Backend, PreparesTheRegistrationOfTheDevice) {
+    const auto baseUrl = ApiVersion2{std::nullopt, std::nullopt, Testing::installation}.baseUrl();
     EXPECT_TRUE(baseUrl.starts_with("https://") && baseUrl.ends_with("/v2")) << baseUrl;
-    stub.setEnvironment(ApiEnvironment::dev);
-    stub.setApiHost("h");
-    EXPECT_EQ(stub.environment(), ApiEnvironment::dev);
-    EXPECT_EQ(stub.apiHost(), "h");
-    EXPECT_EQ(stub.baseUrl(), baseUrl);
+    const auto registration = DeviceRegistration::prepare(baseUrl, "k", Testing::installation, "u", "p");
+    ASSERT_TRUE(registration);
+    const Platform::HttpRequest request{Platform::HttpMethod::post, registration->url, registration->parameters,
+                                        registration->encoding, registration->headers};
+    EXPECT_EQ(request.url().absoluteString(), baseUrl + "/my/devices");
+    EXPECT_EQ(request.body(), R"({"deviceName":"1B4E28BA-2FA1-11D2-883F-0016D3CCA427","password":"p","userName":"u"})");
+    EXPECT_EQ(request.headers(),
+              (Platform::HttpHeaders{
+                  {"Accept", "application/json"}, {"Content-Type", "application/json"}, {"X-APP-KEY", "k"}}));
+    EXPECT_FALSE(DeviceRegistration::prepare("no URL", "k", Testing::installation, "u", "p"));
 }
 
 TEST_F(Version2Backend, NeverSendsAndNeverCallsBack) {

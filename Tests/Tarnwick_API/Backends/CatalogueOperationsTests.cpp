@@ -22,14 +22,7 @@ class CatalogueOperations : public Testing::BackendFixture {
 protected:
     void answer(std::string body) { session->script({ScriptedHttpSession::answer(200, std::move(body))}); }
 
-    /// What the last request asked for, without the service's base URL and the default parameters.
-    [[nodiscard]] std::string asked() const {
-        auto text = session->requests.back()->url().absoluteString().substr(
-            std::string{"https://live.example.test/vb/"}.size());
-        constexpr const char* defaults = "language=en&os=mac&partnersId=7&region=GB&version=7100";
-        text.resize(text.find(defaults));
-        return text;
-    }
+    [[nodiscard]] std::string asked() const { return askedBy(*session->requests.back()); }
 
     template <typename T>
     void expectNeitherResultNorError(const Received<T>& received) {

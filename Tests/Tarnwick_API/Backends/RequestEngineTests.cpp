@@ -1,4 +1,5 @@
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
+#include <Tarnwick_API/Calls/ApiCall.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "BackendFixture.hpp"
@@ -154,6 +155,25 @@ TEST_F(RequestEngine, NamesTheApiHostWhateverTheCallerGave) {
     EXPECT_EQ(session->requests.at(0)->headers(),
               (Platform::HttpHeaders{
                   {"Accept", "text/plain"}, {"Content-Type", "application/json"}, {"Host", "live.example.test"}}));
+}
+
+TEST_F(RequestEngine, SendsAnApplicationsOwnCall) {
+    class Ping final : public ApiCallV1 {
+    public:
+        explicit Ping(ApiBase base)
+            : ApiCallV1{{HttpMethod::get, "ping", ParameterEncoding::url, {{{"Accept", "text/plain"}, {"X-Own", "1"}}}},
+                        std::move(base)} {}
+    };
+    std::int64_t status = 0;
+    backend->dispatchCall(Ping{backend->apiBase()},
+                          [&](const auto& /*body*/, const ApiResult& result) { status = result.status; });
+    queue->runAll();
+    EXPECT_EQ(status, 200);
+    const auto& sent = *session->requests.at(0);
+    EXPECT_EQ(askedBy(sent), "ping?");
+    EXPECT_EQ(sent.headers().at("Accept"), "text/plain");
+    EXPECT_EQ(sent.headers().at("X-Own"), "1");
+    EXPECT_TRUE(sent.headers().contains("Authorization") && sent.headers().contains("Content-Type"));
 }
 
 TEST_F(RequestEngine, KeepsTheBackendAliveForTheWholeChain) {

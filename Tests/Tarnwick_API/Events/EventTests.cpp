@@ -1,5 +1,4 @@
 #include <Tarnwick_API/Events/Event.hpp>
-#include <Tarnwick_API/Events/PropertyObservable.hpp>
 
 #include <functional>
 #include <memory>
@@ -173,27 +172,6 @@ TEST(EventLifetime, ADisposedHandlerMayRaiseAndDisposeInItsDestructor) {
     disposable->dispose();
     EXPECT_THAT(*target, ElementsAre(7));
     EXPECT_EQ(event->handlerCount(), 0);
-}
-
-class Thermometer final : public PropertyObservable<double> {
-public:
-    [[nodiscard]] const std::shared_ptr<Event<PropertyType>>& propertyChanged() const override { return changed_; }
-    void set(double value) { changed_->raise(value); }
-
-private:
-    std::shared_ptr<Event<double>> changed_ = Event<double>::create();
-};
-
-TEST(PropertyObservable, AnnouncesThroughAnEventOfItsPropertysType) {
-    Thermometer thermometer;
-    const auto seen = std::make_shared<std::vector<double>>();
-    const PropertyObservable<double>& observable = thermometer;
-    const auto subscription = observable.propertyChanged()->addHandler(
-        seen, [](std::vector<double>& values, double value) { values.push_back(value); });
-    thermometer.set(36.6);
-    subscription->dispose();
-    thermometer.set(40);
-    EXPECT_THAT(*seen, ElementsAre(36.6));
 }
 
 }  // namespace

@@ -2,10 +2,12 @@
 #include <Tarnwick_API/Backends/ApiVersion2.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
 
-#include "HeldBackend.hpp"
+#include "BackendFixture.hpp"
 
 #include <memory>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,7 +16,6 @@ namespace Tarnwick_API {
 namespace {
 
 using ::testing::ElementsAre;
-using Testing::HeldBackend;
 
 static_assert(!std::is_default_constructible_v<TarnwickApi>);
 
@@ -93,12 +94,13 @@ TEST(Facade, TheVersion2BackendStartsLiveAndInheritsTheFallbackMode) {
     EXPECT_EQ(makeFacade(ApiVersion::v2)->username(), "");
 }
 
-TEST(Facade, TurnsProfilesIntoFilterIds) {
+using CatalogueQueries = Testing::BackendFixture;
+
+TEST_F(CatalogueQueries, TurnProfilesIntoFilterIds) {
     const auto facade = makeFacade();
-    const auto backend = std::make_shared<HeldBackend>();
     facade->setApi(backend);
     using enum ServerProfile;
-    facade->getCountries(general, 1.5, std::nullopt, {});
+    facade->getCountries(general, 1.5, 2.5, {});
     facade->getCountries(downloading, std::nullopt, std::nullopt, {});
     facade->getCountries(streaming, std::nullopt, std::nullopt, {});
     facade->getServers("DE", 1.5, 2.5, {});
@@ -109,16 +111,22 @@ TEST(Facade, TurnsProfilesIntoFilterIds) {
     facade->getCandidateServers("DE", streaming, std::nullopt, {});
     facade->getDefaultFavorites({});
     facade->getServer(42, {});
-    facade->getDevices({});
     facade->getAuthToken({});
     facade->setFilters(FilterIds{11, 12, 13, 14, 15, 16, 17, 18, 19});
     facade->getDefaultFavorites({});
-    EXPECT_THAT(
-        backend->asked,
-        ElementsAre("getCountries 2 1.500000 -", "getCountries 5 - -", "getCountries 7 - -",
-                    "getServers 4 DE 1.500000 2.500000", "getCandidateServers 1 - -", "getCandidateServers 3 DE 77",
-                    "getCandidateServers 6 - -", "getCandidateServers 8 - 77", "getCandidateServers 8 DE -",
-                    "getDefaultFavorites 9", "getServer 42", "getDevices", "getAuthToken", "getDefaultFavorites 19"));
+    std::vector<std::string> asked;
+    for (const auto& request : session->requests) {
+        asked.push_back(askedBy(*request));
+    }
+    EXPECT_THAT(asked, ElementsAre("servers?filter=2&filter_user_latitude=1.5&filter_user_longitude=2.5&",
+                                   "servers?filter=5&", "servers?filter=7&",
+                                   "servers?filter=4&filter_country=DE&filter_protocol=ipsec&filter_user_latitude=1.5&"
+                                   "filter_user_longitude=2.5&",
+                                   "servers?filter=1&filter_protocol=ipsec&",
+                                   "servers?filter=3&filter_content_id=77&filter_country=DE&filter_protocol=ipsec&",
+                                   "servers?filter=6&filter_protocol=ipsec&", "servers?filter=8&filter_protocol=ipsec&",
+                                   "servers?filter=8&filter_country=DE&filter_protocol=ipsec&", "servers?filter=9&",
+                                   "servers/42?", "users/me/authtoken?", "servers?filter=19&"));
 }
 
 }  // namespace

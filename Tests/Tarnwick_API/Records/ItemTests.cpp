@@ -5,9 +5,7 @@
 
 #include "JsonSupport.hpp"
 
-#include <functional>
 #include <string>
-#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -33,14 +31,6 @@ TEST(ApiItem, CreatesAListOrAnEmptyOne) {
                                      "[" + device + "," + with(device, "17", "x") + "]", "[" + device}) {
         EXPECT_TRUE(ApiItem::createArray<Device>(bytes).empty()) << bytes;
     }
-}
-
-TEST(JsonDecodeError, IsARegularValue) {
-    static_assert(std::is_copy_assignable_v<JsonDecodeError>);
-    const JsonDecodeError error = JsonDecodeError::IntParsingFailed;
-    EXPECT_EQ(error, JsonDecodeError::IntParsingFailed);
-    EXPECT_EQ(std::hash<JsonDecodeError>{}(error), std::hash<JsonDecodeError>{}(JsonDecodeError::IntParsingFailed));
-    EXPECT_EQ(error.localizedDescription(), "The value cannot be converted to an Int");
 }
 
 }  // namespace

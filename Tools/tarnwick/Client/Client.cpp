@@ -95,7 +95,7 @@ Client::Client(const Settings& settings)
 
 std::optional<OAuthToken> Client::storedToken() const {
     const auto login = Keychain::getLoginData(settings_.keychainService);
-    if (!login || isPlaceholder(login->username)) {
+    if (!login || login->isSignedOutPlaceholder()) {
         return std::nullopt;
     }
     return OAuthToken{login->username, login->password};

@@ -8,6 +8,7 @@
 namespace TarnwickClient {
 
 using Tarnwick_API::Keychain;
+using Tarnwick_API::LoginData;
 using Tarnwick_API::Platform::KeychainStatus;
 
 KeptItem keptItem(const std::string& service) {
@@ -20,13 +21,11 @@ KeptItem keptItem(const std::string& service) {
     if (found == nullptr) {
         return {.status = KeychainStatus::unknownFormat};
     }
-    return {.kind = isPlaceholder(found->account.value_or("")) ? KeptItem::Kind::placeholder : KeptItem::Kind::token,
+    // The secret is not asked for: the account alone tells the placeholder from an access token.
+    const auto isPlaceholder = found->account == LoginData::signedOutPlaceholder().username;
+    return {.kind = isPlaceholder ? KeptItem::Kind::placeholder : KeptItem::Kind::token,
             .reference = std::move(found->persistentReference),
             .requiresUserInteraction = found->comment == Keychain::requiresUserInteractionValue()};
-}
-
-bool isPlaceholder(const std::string& account) {
-    return account == "wipe";
 }
 
 }  // namespace TarnwickClient

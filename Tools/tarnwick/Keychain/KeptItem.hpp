@@ -21,7 +21,4 @@ struct KeptItem {
 
 [[nodiscard]] KeptItem keptItem(const std::string& service);
 
-/// Whether the account is what the library leaves in a token's place after signing out.
-[[nodiscard]] bool isPlaceholder(const std::string& account);
-
 }  // namespace TarnwickClient

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Calls/ApiBase.hpp>
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
 #include <Tarnwick_API/Facade/ApiUrl.hpp>
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
@@ -10,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Tarnwick_API {
@@ -44,7 +46,8 @@ public:
     /// The session of the whole process, made on first use from `defaultSessionConfiguration`. Thread: any.
     [[nodiscard]] static std::shared_ptr<Platform::HttpSession> sessionManager();
     /// Replaces it; none makes the next use create it anew. Requests of the old one are cancelled and tried again on
-    /// the new one. Thread: any.
+    /// the new one. Thread: any. What a host's own session throws is not caught: it reaches the caller of the
+    /// operation, or from a retry the main queue, and the operation's completion is not called.
     static void setSessionManager(std::shared_ptr<Platform::HttpSession> session);
     /// To be changed at will and given to `Platform::makeHttpSession`: the default headers, and a trust table that
     /// exempts the live and beta fallback address from the check of the certificate's name.
@@ -69,7 +72,7 @@ public:
     [[nodiscard]] const std::string& keychainTokenService() const noexcept { return keychainTokenService_; }
     void setKeychainTokenService(std::string service) { keychainTokenService_ = std::move(service); }
 
-    /// The access token's `token`; none when signed out.
+    /// No name, on purpose, but the access token's text; none when signed out.
     [[nodiscard]] std::optional<std::string> username() const override;
     [[nodiscard]] ApiEnvironment environment() const override { return environment_; }
     void setEnvironment(ApiEnvironment environment) override { environment_ = environment; }
@@ -80,9 +83,13 @@ public:
     [[nodiscard]] bool useFallbackIp() const override { return useFallbackIp_; }
     void setUseFallbackIp(bool useFallbackIp) override { useFallbackIp_ = useFallbackIp; }
 
+    /// What a call made now takes over from this backend: `AddDeviceCallV1{backend->apiBase()}`.
+    [[nodiscard]] ApiBase apiBase() const;
+
     void currentUser(Completion<User> onCompletion) override;
     void login(const std::string& username, const std::string& password, bool qvImport,
                Completion<void> onCompletion) override;
+    /// Writes the line "logout v1" to standard output, on purpose.
     void logout(Completion<void> onCompletion) override;
     void setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) override;
     void getCountries(std::int64_t filterId, std::optional<double> latitude, std::optional<double> longitude,
@@ -101,25 +108,30 @@ public:
     void getDefaultFavorites(std::int64_t filterId, Completion<std::vector<FavoriteEntry>> onCompletion) override;
 
     /// Sends one request: asks whether the service can be reached, adds "Host", and tries a failed transfer again
-    /// after 1.0, 1.1, 1.2, 1.35 and 1.5 seconds. Thread: any. `onCompletion` runs once on the main queue; inside
-    /// this call when the service can't be reached at the first try.
+    /// after 1.0, 1.1, 1.2, 1.35 and 1.5 seconds.
+    ///
+    /// Thread: any. `onCompletion` runs once, on the main queue; inside this call when the service can't be reached at
+    /// the first try; not at all when a host's own session answers with neither error nor response, or with success
+    /// but no body. Of a 202 the body is kept back.
+    /// Errors: `ResponseError`, in the result.
     void sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
                      Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
                      Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) override;
+    using ApiCommunicateable::sendRequest;
+
+    /// Sends any call, also those that no operation sends and an application's own, as the operations do: with the
+    /// call's parameters, the three standard headers ("Content-Type", "Accept", and "Authorization" with the access
+    /// token, if any) and the call's own headers, which count where both have one.
+    ///
+    /// Thread: the main thread. `onCompletion` runs as in `sendRequest`, with the body as it came:
+    /// `Platform::JsonDecoder` makes a record of it.
+    /// Errors: `ResponseError`, in the result. A call whose base URL is none ends the process, see `ApiCall::url`.
+    /// Lifetime: the call is not needed after this; the backend lives until the completion has run.
+    void dispatchCall(const ApiCallV1& call, RequestCompletion onCompletion);
 
 private:
-    struct RequestChain;
-
-    void attempt(const std::shared_ptr<const RequestChain>& chain, std::int64_t retryCount);
-    void handleAnswer(const std::shared_ptr<const RequestChain>& chain, std::int64_t retryCount,
-                      Platform::HttpAnswer answer);
-    void retryOrGiveUp(const std::shared_ptr<const RequestChain>& chain, std::int64_t retryCount);
-
     [[nodiscard]] std::string getOauthHeader() const;
     [[nodiscard]] Platform::HttpHeaders standardHeaders() const;
-
-    /// Sends a call with its parameters, the standard headers and the call's own.
-    void dispatchCall(const ApiCallV1& call, RequestCompletion onCompletion);
 
     std::int64_t maxRetries_ = 5;
     std::string consumerKey_;

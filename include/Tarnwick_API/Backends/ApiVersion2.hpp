@@ -10,12 +10,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Tarnwick_API {
 
-/// An early stub of the second API generation. It sends nothing, and NO completion is ever called: whoever waits for
-/// one waits for ever. Assigning its properties has no effect beyond reading them back.
+/// An early stub of the second API generation, on purpose: it sends nothing, and NO completion is ever called; whoever
+/// waits for one waits for ever. Assigning its properties has no effect beyond reading them back.
 class ApiVersion2 final : public ApiCommunicateable {
 public:
     ApiVersion2(std::optional<std::string> consumerKey, std::optional<std::string> consumerSecret,
@@ -53,6 +54,7 @@ public:
     void setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) override;
     void getCountries(std::int64_t filterId, std::optional<double> latitude, std::optional<double> longitude,
                       Completion<std::vector<Country>> onCompletion) override;
+    /// As empty as the others.
     void getCountries(const Completion<std::vector<Country>>& onCompletion);
     void getServers(std::int64_t filterId, const std::string& countryCode, std::optional<double> latitude,
                     std::optional<double> longitude, Completion<std::vector<Server>> onCompletion) override;
@@ -69,6 +71,7 @@ public:
     void sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
                      Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
                      Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) override;
+    using ApiCommunicateable::sendRequest;
 
 private:
     std::string consumerKey_;

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace Tarnwick_API {
 
@@ -16,7 +17,9 @@ namespace Tarnwick_API {
 class UserCallV1 final : public ApiCallV1 {
 public:
     using Answer = User;
-    UserCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl);
+    explicit UserCallV1(ApiBase base);
+    UserCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
+        : UserCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}} {}
 
 protected:
     [[nodiscard]] Platform::Parameters ownParameters() const override;
@@ -25,8 +28,18 @@ protected:
 /// Creates an account.
 class NewUserCallV1 final : public ApiCallV1 {
 public:
+    NewUserCallV1(ApiBase base, std::string email, std::string password, std::string machineName,
+                  std::string machineId);
     NewUserCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl, std::string email,
-                  std::string password, std::string machineName, std::string machineId);
+                  std::string password, std::string machineName, std::string machineId)
+        : NewUserCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}, std::move(email), std::move(password),
+                        std::move(machineName), std::move(machineId)} {}
+
+    /// Serves as the user name too.
+    [[nodiscard]] const std::string& email() const noexcept { return email_; }
+    [[nodiscard]] const std::string& password() const noexcept { return password_; }
+    [[nodiscard]] const std::string& machineName() const noexcept { return machineName_; }
+    [[nodiscard]] const std::string& machineId() const noexcept { return machineId_; }
 
 protected:
     [[nodiscard]] Platform::Parameters ownParameters() const override;
@@ -42,7 +55,12 @@ private:
 class LoginCallV1 final : public ApiCallV1 {
 public:
     using Answer = OAuthToken;
-    LoginCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl, bool qvImport);
+    LoginCallV1(ApiBase base, bool qvImport);
+    LoginCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl, bool qvImport)
+        : LoginCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}, qvImport} {}
+
+    /// Whether the service shall take over an account of the legacy system.
+    [[nodiscard]] bool qvImport() const noexcept { return qvImport_; }
 
 protected:
     [[nodiscard]] Platform::Parameters ownParameters() const override;
@@ -51,17 +69,28 @@ private:
     bool qvImport_;
 };
 
-/// Ends the life of one access token.
+/// Ends the life of one access token, which is part of the path.
 class LogoutCallV1 final : public ApiCallV1 {
 public:
-    LogoutCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl, std::string_view token);
+    LogoutCallV1(ApiBase base, std::string_view token);
+    LogoutCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl, std::string_view token)
+        : LogoutCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}, token} {}
 };
 
 /// Changes one part of the account.
 class UpdateUserCallV1 final : public ApiCallV1 {
 public:
+    UpdateUserCallV1(ApiBase base, UserField field, std::string newValue,
+                     std::optional<std::string> oldValue = std::nullopt);
     UpdateUserCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl, UserField field,
-                     std::string newValue, std::optional<std::string> oldValue = std::nullopt);
+                     std::string newValue, std::optional<std::string> oldValue = std::nullopt)
+        : UpdateUserCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}, field, std::move(newValue),
+                           std::move(oldValue)} {}
+
+    [[nodiscard]] UserField field() const noexcept { return field_; }
+    [[nodiscard]] const std::string& newValue() const noexcept { return newValue_; }
+    /// Sent for a password alone.
+    [[nodiscard]] const std::optional<std::string>& oldValue() const noexcept { return oldValue_; }
 
 protected:
     [[nodiscard]] Platform::Parameters ownParameters() const override;
@@ -75,15 +104,19 @@ private:
 /// Reads the user's authentication token, a plain text.
 class AuthTokenCallV1 final : public ApiCallV1 {
 public:
-    AuthTokenCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl);
+    explicit AuthTokenCallV1(ApiBase base);
+    AuthTokenCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
+        : AuthTokenCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}} {}
     using ApiCallV1::setEncoding;
     using ApiCallV1::setEnvironment;
 };
 
-/// Registers a device. No operation sends it; an application may, with `ApiCommunicateable::sendRequest`.
+/// Registers a device. No operation sends it; an application may, with `ApiVersion1::dispatchCall`.
 class AddDeviceCallV1 final : public ApiCallV1 {
 public:
-    AddDeviceCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl);
+    explicit AddDeviceCallV1(ApiBase base);
+    AddDeviceCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
+        : AddDeviceCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}} {}
 };
 
 }  // namespace Tarnwick_API

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Calls/ApiBase.hpp>
+#include <Tarnwick_API/Calls/ApiEndpoint.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 #include <Tarnwick_API/Platform/Application/Url.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
@@ -37,7 +39,8 @@ private:
 };
 
 /// Everything about one call of the version-1 service. Each endpoint has a class of its own; the type that its
-/// answer decodes to is the class's `Answer`, where it has one.
+/// answer decodes to is the class's `Answer`, where it has one. `ApiVersion1::dispatchCall` sends any of them, an
+/// application's own classes included.
 class ApiCallV1 : public ApiCall {
 public:
     [[nodiscard]] Platform::HttpMethod method() const noexcept { return method_; }
@@ -54,11 +57,9 @@ public:
     [[nodiscard]] std::map<std::string, std::string> defaultParameters() const;
 
 protected:
-    /// The parts in the order in which every call class keeps them, its own fields between the last two.
-    ApiCallV1(Platform::HttpMethod method, std::string urlPath, std::optional<Platform::HttpHeaders> headers,
-              ApiEnvironment environment, Platform::ParameterEncoding encoding, std::string baseUrl,
-              std::int64_t partnersId);
+    ApiCallV1(ApiEndpoint endpoint, ApiBase base);
 
+    /// The call's own parameters, without the default ones.
     [[nodiscard]] virtual Platform::Parameters ownParameters() const { return {}; }
 
     void setEnvironment(ApiEnvironment environment) noexcept { environment_ = environment; }

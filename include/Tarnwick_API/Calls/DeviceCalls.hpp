@@ -5,21 +5,28 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Tarnwick_API {
 
-/// Lists the devices on which the account is signed in. A GET whose parameters go as a JSON body.
+/// Lists the devices on which the account is signed in. A GET whose parameters go as a JSON body, on purpose: that is
+/// what the service reads here.
 class DevicesCallV1 final : public ApiCallV1 {
 public:
     using Answer = std::vector<Device>;
-    DevicesCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl);
+    explicit DevicesCallV1(ApiBase base);
+    DevicesCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
+        : DevicesCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}} {}
 };
 
-/// Removes a device: unfinished, it has no path and names no device. No operation sends it.
+/// Removes a device: unfinished, it has no path and names no device. No operation sends it. `LogoutCallV1` with the
+/// device's token ends that device's session.
 class RemoveDeviceCallV1 final : public ApiCallV1 {
 public:
-    RemoveDeviceCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl);
+    explicit RemoveDeviceCallV1(ApiBase base);
+    RemoveDeviceCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
+        : RemoveDeviceCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}} {}
 };
 
 }  // namespace Tarnwick_API

@@ -5,14 +5,17 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace Tarnwick_API {
 
-/// Reads the service's status. Mind the order of the constructor's arguments, which is this call's own.
+/// Reads the service's status. The order of the second constructor's arguments is this call's own, on purpose.
 class StatusCallV1 final : public ApiCallV1 {
 public:
     using Answer = Status;
-    StatusCallV1(ApiEnvironment environment, std::string baseUrl, std::int64_t partnersId);
+    explicit StatusCallV1(ApiBase base);
+    StatusCallV1(ApiEnvironment environment, std::string baseUrl, std::int64_t partnersId)
+        : StatusCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}} {}
     using ApiCallV1::setEncoding;
     using ApiCallV1::setEnvironment;
 };

@@ -15,15 +15,19 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Tarnwick_API {
 
 /// A backend: one generation of the service's API as the facade sees it. An application may bring its own, for its
-/// tests say, and give it to `TarnwickApi::setApi`.
+/// tests say, and give it to `TarnwickApi::setApi`. The spelling of the name is kept on purpose.
 ///
 /// Thread: meant for the main thread alone, on which the completions run too. An operation returns nothing and calls
 /// its completion at most once.
+/// Errors: an operation reports them through its completion. An override had better throw nothing: the facade catches
+/// nothing, so that an exception reaches the application's own call, or, where the facade goes on after a first answer
+/// (`currentUser` after `login`), whoever delivers that answer; the application's completion is then not called.
 class ApiCommunicateable {
 public:
     ApiCommunicateable() = default;
@@ -31,7 +35,8 @@ public:
     ApiCommunicateable& operator=(const ApiCommunicateable&) = delete;
     virtual ~ApiCommunicateable() = default;
 
-    /// The signed-in account's name as the backend knows it.
+    /// Who is signed in, in the backend's own terms: with version 1 no name but the access token's text. None when
+    /// nobody is.
     [[nodiscard]] virtual std::optional<std::string> username() const = 0;
 
     [[nodiscard]] virtual ApiEnvironment environment() const = 0;
@@ -50,7 +55,8 @@ public:
     virtual void login(const std::string& username, const std::string& password, bool qvImport,
                        Completion<void> onCompletion) = 0;
     virtual void logout(Completion<void> onCompletion) = 0;
-    /// Adopts a stored access token and fetches its user.
+    /// Adopts a stored access token and fetches its user. An error gives the token up. A user that can't be decoded
+    /// completes with neither result nor error, and the token stays.
     virtual void setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) = 0;
     virtual void getCountries(std::int64_t filterId, std::optional<double> latitude, std::optional<double> longitude,
                               Completion<std::vector<Country>> onCompletion) = 0;
@@ -64,6 +70,7 @@ public:
     virtual void createUser(const std::string& username, const std::string& password,
                             Completion<void> onCompletion) = 0;
     virtual void getStatus(Completion<Status> onCompletion) = 0;
+    /// Never calls back when the service answers 202 ("Accepted"): there is neither a token nor an error then.
     virtual void getAuthToken(Completion<std::string> onCompletion) = 0;
     virtual void getDevices(Completion<std::vector<Device>> onCompletion) = 0;
     virtual void getDefaultFavorites(std::int64_t filterId, Completion<std::vector<FavoriteEntry>> onCompletion) = 0;
@@ -72,6 +79,12 @@ public:
     virtual void sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
                              Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
                              Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) = 0;
+    /// As above, with no attempt made yet.
+    void sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
+                     Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
+                     Platform::HttpMethod method, RequestCompletion onCompletion) {
+        sendRequest(url, parameters, encoding, headers, method, 0, std::move(onCompletion));
+    }
 };
 
 }  // namespace Tarnwick_API

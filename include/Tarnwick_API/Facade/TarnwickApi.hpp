@@ -20,6 +20,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Tarnwick_API {
@@ -34,7 +35,8 @@ namespace Tarnwick_API {
 /// ever runs.
 /// Lifetime: operations under way keep the facade alive; the application may drop it at any time, inside a completion
 /// too, and its completions still run.
-/// Errors: `ResponseError` for what HTTP says; others where an operation names them. No argument is checked here.
+/// Errors: `ResponseError` for what HTTP says; others where an operation names them. No argument is checked here. What
+/// a completion throws is the application's: it passes through to whoever runs the main queue.
 class TarnwickApi final : public std::enable_shared_from_this<TarnwickApi> {
     struct Key {
         explicit Key() = default;
@@ -61,10 +63,12 @@ public:
     [[nodiscard]] std::optional<User> currentUser() const { return internalCurrentUser_; }
     /// What the last `getStatus` brought; none when it failed. Asks nobody.
     [[nodiscard]] std::optional<Status> currentStatus() const { return internalCurrentStatus_; }
-    /// The signed-in account's name as the backend knows it; empty when there is none.
+    /// The backend's `username`, on purpose no name with version 1 but the access token's text; empty when there is
+    /// none. The account's name is `currentUser()->username`.
     [[nodiscard]] std::string username() const;
 
-    /// These six reach a backend only when one is made: assign `version` to make one.
+    /// These six reach a backend only when one is made: assign `version` to make one. The first one's spelling is kept
+    /// on purpose.
     [[nodiscard]] const std::string& keychainTokenSerivce() const noexcept { return keychainTokenSerivce_; }
     void setKeychainTokenSerivce(std::string service) { keychainTokenSerivce_ = std::move(service); }
     [[nodiscard]] const std::string& consumerKey() const noexcept { return consumerKey_; }
@@ -119,8 +123,11 @@ public:
     /// the legacy system. Errors: `LoginError`; a wrong name or password is `ResponseError::unauthorized`.
     void login(const std::string& username, const std::string& password, bool qvImport, Completion<User> onCompletion);
 
-    /// Signs out. Whatever the outcome, `currentUser` is cleared and `ApiNotification::DidLogout` posted. Errors:
-    /// `Platform::DecodingError` ("Not logged in Error.") when nobody is signed in.
+    /// Signs out, and overwrites the token in the keychain with `LoginData::signedOutPlaceholder`. Whatever the
+    /// outcome, `currentUser` is cleared and `ApiNotification::DidLogout` posted; after a failure the backend still has
+    /// the token. Writes the line "logout v1" to standard output, on purpose.
+    /// Errors: when nobody is signed in, a `Platform::DecodingError` ("Not logged in Error."), on purpose too, and at
+    /// once, inside the call.
     void logout(Completion<void> onCompletion);
 
     /// Fetches the user. A failure leaves `currentUser` as it was.
@@ -145,14 +152,16 @@ public:
     /// Changes one part of the account; `currentUser` shows it after the next fetch.
     void updateUser(UserField field, const std::string& newValue, Completion<void> onCompletion);
 
-    /// Adopts an access token kept from an earlier run and fetches its user. On failure the token is given up,
-    /// `ApiNotification::DidLogout` is posted and `currentUser` cleared, in this order.
+    /// Adopts an access token kept from an earlier run and fetches its user. An error gives the token up. A user that
+    /// can't be decoded completes with neither result nor error, and the backend keeps the token. Without a user,
+    /// `ApiNotification::DidLogout` is posted and then `currentUser` cleared, in this order.
     void setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion);
 
     /// Reads the service's status into `currentStatus`.
     void getStatus(Completion<Status> onCompletion);
 
-    /// Reads the user's authentication token.
+    /// Reads the user's authentication token. `onCompletion` is never called when the service answers 202 ("Accepted"):
+    /// there is neither a token nor an error then.
     void getAuthToken(Completion<std::string> onCompletion);
 
     /// Lists the devices on which the account is signed in.
@@ -163,6 +172,7 @@ public:
 
 private:
     void postDidLogout();
+    void endSession();
 
     std::optional<User> internalCurrentUser_;
     std::optional<Status> internalCurrentStatus_;

@@ -5,32 +5,43 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace Tarnwick_API {
 
 /// A server as lists describe it. Every number of this shape arrives as a text.
-struct ServerShort {
+///
+/// `Text` is `std::string`; or `std::string_view`, for who keeps only a part of a long list: the texts then stay where
+/// they were parsed, and are valid while the `Platform::JsonDocument` lives.
+template <typename Text>
+struct BasicServerShort {
     std::int64_t id = 0;
     /// The server's internal name.
-    std::string apiName;
-    std::optional<std::string> displayName;
-    std::string ip;
-    std::optional<std::string> ipv6;
+    Text apiName;
+    std::optional<Text> displayName;
+    Text ip;
+    std::optional<Text> ipv6;
     std::int64_t maxUsers = 0;
     std::int64_t currentUsers = 0;
-    std::string countryCode;
+    Text countryCode;
     /// None as well when the text is no number, as are the coordinates.
     std::optional<double> distance;
     /// Degrees.
     std::optional<double> latitude;
     std::optional<double> longitude;
-    std::optional<std::string> city;
+    std::optional<Text> city;
 
     /// For logging.
     [[nodiscard]] std::string description() const;
 
     /// Throws `JsonDecodeError` when the id or a count is a text but no number.
-    [[nodiscard]] static ServerShort decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
+    [[nodiscard]] static BasicServerShort decode(const Platform::JsonObject& object,
+                                                 const Platform::JsonDecoder& decoder);
 };
+
+extern template struct BasicServerShort<std::string>;
+extern template struct BasicServerShort<std::string_view>;
+
+using ServerShort = BasicServerShort<std::string>;
 
 }  // namespace Tarnwick_API

@@ -18,10 +18,17 @@ struct TokenData {
     friend bool operator==(const TokenData&, const TokenData&) = default;
 };
 
-/// A stored user name with its secret.
+/// A stored user name with its secret. Of an item that the library has written, these are an access token and its
+/// secret.
 struct LoginData {
     std::string username;
     std::string password;
+
+    /// What signing out leaves in the access token's place: the item is overwritten, not deleted, and so keeps its
+    /// reference. Nothing secret, and nothing that a session can be brought back with.
+    [[nodiscard]] static LoginData signedOutPlaceholder() { return {"wipe", "wipe"}; }
+    /// Whether this is that placeholder: nobody is signed in, as with no item at all.
+    [[nodiscard]] bool isSignedOutPlaceholder() const { return *this == signedOutPlaceholder(); }
 
     friend bool operator==(const LoginData&, const LoginData&) = default;
 };
@@ -45,8 +52,8 @@ public:
     /// UTF-8 is left out: a new item is then without a secret, a changed one keeps the secret that it had.
     static void setPassword(const std::string& service, const std::string& account, const std::string& password);
 
-    /// None, for every item that this class writes: the keychain answers with bare bytes where a dictionary is expected
-    /// here. `getLoginData` gives the secret.
+    /// None, for every item that this class writes, and on purpose so: the keychain answers with bare bytes where a
+    /// dictionary is expected here. `getLoginData` gives the secret.
     [[nodiscard]] static std::optional<std::string> getPassword(const std::string& service, const std::string& account);
 
     /// The reference of the item; it stays the same through every change of account and secret.
@@ -55,10 +62,11 @@ public:
 
     [[nodiscard]] static std::optional<TokenData> getTokenData(const std::string& service);
 
-    /// None also for an item without a secret, or one that is no UTF-8. The empty secret is a secret.
+    /// None also for an item without a secret, or one that is no UTF-8. The empty secret is a secret. After signing out
+    /// this gives `LoginData::signedOutPlaceholder`.
     [[nodiscard]] static std::optional<LoginData> getLoginData(const std::string& service);
 
-    /// Whether `getLoginData` gives something.
+    /// Whether `getLoginData` gives something, the placeholder included: not whether somebody is signed in.
     [[nodiscard]] static bool hasLoginData(const std::string& service);
 
     /// Deletes what the keychain has for the service, whatever the account.
@@ -80,7 +88,7 @@ public:
     [[nodiscard]] static std::shared_ptr<Platform::KeychainStore> store();
 
     /// Replaces the process-wide keychain; none goes back to the user's own. Operations on their way keep the one they
-    /// began with.
+    /// began with. A store of the host's own should throw nothing: no operation catches it.
     static void setStore(std::shared_ptr<Platform::KeychainStore> store);
 };
 
