@@ -1,33 +1,17 @@
-#include <Platform/Concurrency/ThreadSignals.hpp>
 #include <Platform/Http/Caching/CacheThread.hpp>
 #include <Platform/Http/Caching/CachedExchange.hpp>
 #include <Platform/Http/Caching/RequestFields.hpp>
 
-#include <cstdlib>
-#include <memory>
-#include <stdexcept>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
 
 CacheThread& CacheThread::shared() {
-    // Never destroyed: other threads may still leave commands while the process exits.
-    static CacheThread* started = nullptr;
-    static CacheThread& thread = []() -> CacheThread& {
-        auto owner = std::make_unique<CacheThread>();
-        prepareRequestIdentities();
-        if (std::atexit([] {
-                if (started != nullptr) {
-                    started->stop();
-                }
-            }) != 0) {
-            throw std::runtime_error{"no room for an exit handler"};
-        }
-        owner->thread_ = std::thread{[&self = *owner] { self.run(); }};
-        started = owner.release();
-        return *started;
-    }();
-    return thread;
+    return ProcessLongThread<CacheThread>::worker();
+}
+
+CacheThread::CacheThread() {
+    prepareRequestIdentities();
 }
 
 void CacheThread::lookUp(Exchange exchange) {
@@ -46,7 +30,6 @@ void CacheThread::push(Command command) {
 }
 
 void CacheThread::run() {
-    blockSignals();
     std::unique_lock lock{mutex_};
     while (true) {
         hasWork_.wait(lock, [this] { return isStopping_ || !commands_.empty(); });
@@ -72,9 +55,6 @@ void CacheThread::stop() {
         isStopping_ = true;
     }
     hasWork_.notify_one();
-    if (thread_.get_id() != std::this_thread::get_id()) {
-        thread_.join();
-    }
 }
 
 }  // namespace Tarnwick_API::Platform

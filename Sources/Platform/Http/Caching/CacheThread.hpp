@@ -2,12 +2,12 @@
 
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
+#include <Platform/Concurrency/ProcessLongThread.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
 
 #include <condition_variable>
 #include <deque>
 #include <mutex>
-#include <thread>
 #include <variant>
 
 namespace Tarnwick_API::Platform {
@@ -16,9 +16,9 @@ namespace Tarnwick_API::Platform {
 /// main queue nor the transfers. It works in order: what an answer stores is there for every request made after that
 /// answer was delivered.
 ///
-/// Life: it starts with the first request that has a cache and runs until the process exits. A handler registered at
-/// the start then lets it finish the answers that have been delivered, so that a short-lived program keeps them too,
-/// and joins it; requests that wait are abandoned, as they are by `IoThread`.
+/// Life: a `ProcessLongThread` that starts with the first request that has a cache. At exit it finishes what it is at,
+/// so that a short-lived program too keeps every answer that was delivered; requests that wait are abandoned, as they
+/// are by `IoThread`.
 class CacheThread {
 public:
     /// The thread, started if need be. Throws std::system_error, std::runtime_error or std::bad_alloc when it can't be;
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] static CacheThread& shared();
 
     /// For `shared`, which starts the thread.
-    CacheThread() = default;
+    CacheThread();
 
     /// Completes the exchange from its cache, or sends it to the server. Thread: any.
     void lookUp(Exchange exchange);
@@ -35,6 +35,8 @@ public:
     void settle(Exchange exchange, HttpAnswer answer);
 
 private:
+    friend class ProcessLongThread<CacheThread>;
+
     struct LookUp {
         Exchange exchange;
     };
@@ -52,7 +54,6 @@ private:
     std::condition_variable hasWork_;
     std::deque<Command> commands_;
     bool isStopping_ = false;
-    std::thread thread_;
 };
 
 }  // namespace Tarnwick_API::Platform

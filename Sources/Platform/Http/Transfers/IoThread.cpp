@@ -1,10 +1,7 @@
-#include <Platform/Concurrency/ThreadSignals.hpp>
 #include <Platform/Http/Transfers/IoThread.hpp>
 #include <Platform/Http/Transfers/SessionState.hpp>
 
-#include <cstdlib>
 #include <exception>
-#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -18,23 +15,7 @@ constexpr std::size_t usualBatch = 1024;
 }  // namespace
 
 IoThread& IoThread::shared() {
-    // Never destroyed: see the class.
-    static IoThread* started = nullptr;
-    static IoThread& thread = []() -> IoThread& {
-        auto owner = std::make_unique<IoThread>();
-        // Setting up the engine has initialised the TLS library, so that this handler runs before the library's.
-        if (std::atexit([] {
-                if (started != nullptr) {
-                    started->stop();
-                }
-            }) != 0) {
-            throw std::runtime_error{"no room for an exit handler"};
-        }
-        owner->thread_ = std::thread{[&self = *owner] { self.run(); }};
-        started = owner.release();
-        return *started;
-    }();
-    return thread;
+    return ProcessLongThread<IoThread>::worker();
 }
 
 void IoThread::transfer(Exchange exchange) {
@@ -64,7 +45,6 @@ void IoThread::push(Command command) {
 }
 
 void IoThread::run() {
-    blockSignals();
     std::vector<Command> batch;
     bool mayWait = true;
     while (commands_.take(batch, mayWait)) {
@@ -91,10 +71,6 @@ void IoThread::run() {
 void IoThread::stop() {
     if (commands_.close()) {
         engine_.wake();
-    }
-    // A host's queue may run tasks at once, against its contract, and one of them call `exit`.
-    if (thread_.get_id() != std::this_thread::get_id()) {
-        thread_.join();
     }
 }
 
