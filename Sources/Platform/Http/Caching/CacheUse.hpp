@@ -3,7 +3,7 @@
 #include <Tarnwick_API/Platform/Application/WallClock.hpp>
 #include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
-#include <Platform/Http/Caching/StoredAnswer.hpp>
+#include <Platform/Http/Caching/StoredResponse.hpp>
 
 #include <memory>
 #include <optional>

@@ -3,9 +3,9 @@
 #include <Platform/Http/Caching/CacheThread.hpp>
 #include <Platform/Http/Caching/CacheUse.hpp>
 #include <Platform/Http/Caching/CachedExchange.hpp>
-#include <Platform/Http/Caching/StoredAnswer.hpp>
+#include <Platform/Http/Caching/StoredResponse.hpp>
 #include <Platform/Http/Transfers/IoThread.hpp>
-#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <exception>

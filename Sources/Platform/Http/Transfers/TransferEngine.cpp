@@ -1,5 +1,5 @@
-#include <Platform/Http/Transfers/SessionState.hpp>
 #include <Platform/Http/Transfers/TransferEngine.hpp>
+#include <Platform/Http/Transfers/TransferGroup.hpp>
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include <Platform/Http/Caching/CacheControl.hpp>
 #include <Platform/Http/Caching/HttpDate.hpp>
-#include <Platform/Http/Caching/StoredAnswer.hpp>
+#include <Platform/Http/Caching/StoredResponse.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>

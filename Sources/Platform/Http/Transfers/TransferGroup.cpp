@@ -1,5 +1,5 @@
 #include <Platform/Http/Requests/HeaderFields.hpp>
-#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 #include <Platform/Http/Caching/CachedExchange.hpp>
 #include <Platform/Http/Transfers/ConnectionTarget.hpp>
 #include <Platform/Http/Transfers/IoThread.hpp>
-#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Http/Transfers/TransferGroup.hpp>
 
 #include <utility>
 
