@@ -1,65 +1,84 @@
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
-#include <Platform/Http/Caching/CacheThread.hpp>
-#include <Platform/Http/Caching/CachedExchange.hpp>
+#include <Platform/Http/Caching/CachingTransport.hpp>
+#include <Platform/Http/Requests/HeaderFields.hpp>
 #include <Platform/Http/Transfers/ConnectionTarget.hpp>
-#include <Platform/Http/Transfers/IoThread.hpp>
-#include <Platform/Http/Transfers/TransferGroup.hpp>
+#include <Platform/Http/Transfers/CurlTransport.hpp>
+#include <Platform/Http/Transport.hpp>
 
+#include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
 
 namespace {
 
-class CurlHttpSession final : public HttpSession {
-public:
-    explicit CurlHttpSession(HttpSessionConfiguration configuration)
-        : state_{std::make_shared<SessionState>(std::move(configuration))} {}
+/// Hands an answer to who asked for it, on the main queue.
+struct Delivery {
+    std::shared_ptr<MainQueue> queue;
+    std::shared_ptr<const HttpRequest> request;
+    HttpSession::Completion completion;
 
-    CurlHttpSession(const CurlHttpSession&) = delete;
-    CurlHttpSession& operator=(const CurlHttpSession&) = delete;
-
-    ~CurlHttpSession() override {
-        state_->drop();
-        // An exchange that comes to the I/O thread only now finds that the session was dropped.
-        if (state_->hadTransfers()) {
-            IoThread::shared().cancelAll(state_);
+    void operator()(TransportResult result) {
+        if (!completion) {
+            return;
         }
+        struct Call {
+            HttpSession::Completion completion;
+            HttpAnswer answer;
+        };
+        result.answer.request = std::move(request);
+        // A host's queue may copy its tasks, and an answer is too great for that: so it is shared.
+        auto call = std::make_shared<Call>(Call{std::move(completion), std::move(result.answer)});
+        queue->soon([call = std::move(call)] { call->completion(std::move(call->answer)); });
     }
+};
 
-    [[nodiscard]] const HttpHeaders& defaultHeaders() const override {
-        return state_->configuration().additionalHeaders;
-    }
+class TransportSession final : public HttpSession {
+public:
+    TransportSession(std::shared_ptr<const HttpSessionConfiguration> configuration,
+                     std::unique_ptr<Transport> transport)
+        : configuration_{std::move(configuration)},
+          headerFault_{headerFault(configuration_->additionalHeaders)},
+          transport_{std::move(transport)} {}
+
+    [[nodiscard]] const HttpHeaders& defaultHeaders() const override { return configuration_->additionalHeaders; }
 
     [[nodiscard]] bool isReachable(std::string_view urlText) const override {
-        const auto& configuration = state_->configuration();
-        return configuration.reachability->isReachable(connectionTarget(urlText, configuration.connectTo));
+        return configuration_->reachability->isReachable(connectionTarget(urlText, configuration_->connectTo));
     }
 
     void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) override {
-        const auto& fault = request->encodingError() ? request->encodingError() : state_->fault();
-        Exchange exchange{state_, std::move(request), std::move(onCompletion), MainQueue::main(), nullptr, nullptr};
+        Delivery deliver{MainQueue::main(), request, std::move(onCompletion)};
+        const auto& fault = request->encodingError() ? request->encodingError() : headerFault_;
         if (fault) {
-            fail(std::move(exchange), {HttpError::Kind::encoding, *fault});
-            return;
-        }
-        CacheThread* const cacheThread = attachCache(exchange);
-        if (cacheThread != nullptr) {
-            cacheThread->lookUp(std::move(exchange));
+            deliver({failedAnswer({HttpError::Kind::encoding, *fault})});
         } else {
-            IoThread::transfer(std::move(exchange));
+            transport_->transfer(std::move(request), std::move(deliver));
         }
     }
 
 private:
-    std::shared_ptr<SessionState> state_;
+    std::shared_ptr<const HttpSessionConfiguration> configuration_;
+    /// Why no request of this session can be sent, if so.
+    std::optional<std::string> headerFault_;
+    std::unique_ptr<Transport> transport_;
 };
 
 }  // namespace
 
 std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configuration) {
-    return std::make_shared<CurlHttpSession>(std::move(configuration));
+    if (!configuration.reachability) {
+        configuration.reachability = makeRouteReachability();
+    }
+    const auto shared = std::make_shared<const HttpSessionConfiguration>(std::move(configuration));
+    auto transport =
+        std::make_unique<CachingTransport>(std::make_shared<CurlTransport>(shared), shared->cache,
+                                           std::shared_ptr<const HttpHeaders>{shared, &shared->additionalHeaders});
+    return std::make_shared<TransportSession>(shared, std::move(transport));
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -1,5 +1,4 @@
 #include <Platform/Http/Caching/CacheThread.hpp>
-#include <Platform/Http/Caching/CachedExchange.hpp>
 #include <Platform/Http/Caching/RequestFields.hpp>
 
 #include <utility>
@@ -11,40 +10,29 @@ CacheThread& CacheThread::shared() {
 }
 
 CacheThread::CacheThread() {
-    prepareRequestIdentities();
+    prepareSecondaryKeys();
 }
 
-void CacheThread::lookUp(Exchange exchange) {
-    push(LookUp{std::move(exchange)});
-}
-
-void CacheThread::settle(Exchange exchange, HttpAnswer answer) {
-    push(Settle{std::move(exchange), std::move(answer)});
-}
-
-void CacheThread::push(Command command) {
+void CacheThread::push(Job job) {
     const std::lock_guard lock{mutex_};
     // Late ones stay, untouched, for ever.
-    commands_.push_back(std::move(command));
+    jobs_.push_back(std::move(job));
     hasWork_.notify_one();
 }
 
 void CacheThread::run() {
     std::unique_lock lock{mutex_};
     while (true) {
-        hasWork_.wait(lock, [this] { return isStopping_ || !commands_.empty(); });
+        hasWork_.wait(lock, [this] { return isStopping_ || !jobs_.empty(); });
         if (isStopping_) {
             return;
         }
-        auto command = std::move(commands_.front());
-        commands_.pop_front();
+        auto job = std::move(jobs_.front());
+        jobs_.pop_front();
         lock.unlock();
-        if (auto* const lookUp = std::get_if<LookUp>(&command)) {
-            answerOrTransfer(std::move(lookUp->exchange));
-        } else {
-            auto& settle = std::get<Settle>(command);
-            settleWithCache(std::move(settle.exchange), std::move(settle.answer));
-        }
+        job();
+        // What it holds goes without the lock too.
+        job = nullptr;
         lock.lock();
     }
 }

@@ -1,7 +1,5 @@
-#include <Platform/Http/Caching/CacheControl.hpp>
-#include <Platform/Http/Caching/HttpDate.hpp>
+#include <Platform/Http/Caching/ResponseFields.hpp>
 #include <Platform/Http/Caching/StoredResponse.hpp>
-#include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <array>
@@ -15,20 +13,12 @@ namespace {
 
 using std::chrono::seconds;
 
-constexpr const char* requestTimeKey = "HttpRequestTime";
-constexpr const char* responseTimeKey = "HttpResponseTime";
-constexpr const char* requestIdentityKey = "HttpRequestIdentity";
+// These names are in the caches' files.
+constexpr const char* requestTimeName = "HttpRequestTime";
+constexpr const char* responseTimeName = "HttpResponseTime";
+constexpr const char* secondaryKeyName = "HttpRequestIdentity";
 
-std::string_view field(const HttpResponse& response, std::string_view lowerCaseName) {
-    const auto header = response.headers.find(lowerCaseName);
-    return header == response.headers.end() ? std::string_view{} : std::string_view{header->second};
-}
-
-bool hasValidator(const HttpResponse& response) {
-    return !field(response, "etag").empty() || !field(response, "last-modified").empty();
-}
-
-/// Headers of one connection, which no answer keeps.
+/// Fields of one connection, which are not stored.
 bool isOfConnection(std::string_view lowerCaseName) {
     static constexpr std::array<std::string_view, 9> names{"connection",
                                                            "keep-alive",
@@ -47,143 +37,89 @@ bool describesBody(std::string_view lowerCaseName) {
            lowerCaseName == "content-range" || lowerCaseName == "content-type";
 }
 
-/// How long the answer is good for from the moment the server made it; none when it doesn't say.
-std::optional<seconds> lifetime(const HttpResponse& response, WallTime responseTime) {
-    if (const auto maxAge = parseCacheControl(field(response, "cache-control")).maxAge) {
-        return maxAge;
-    }
-    if (response.headers.contains("expires")) {
-        const auto expires = parseHttpDate(field(response, "expires"));
-        const auto date = parseHttpDate(field(response, "date")).value_or(std::chrono::floor<seconds>(responseTime));
-        return expires ? *expires - date : seconds{0};
-    }
-    return std::nullopt;
-}
-
-/// The age that an answer had already when it came.
-WallTime::duration initialAge(const HttpResponse& response, const ExchangeTimes& times) {
-    const auto zero = WallTime::duration::zero();
-    const auto list = field(response, "age");
-    const auto said = parseDeltaSeconds(list.substr(0, list.find_first_of(", "))).value_or(seconds{0});
-    const auto onTheWay = said + std::max(times.response - times.request, zero);
-    const auto date = parseHttpDate(field(response, "date"));
-    const auto apparent = date ? std::max(times.response - WallTime{*date}, zero) : zero;
-    return std::max<WallTime::duration>(onTheWay, apparent);
-}
-
-/// Whether an entity tag is weak makes no difference to a GET.
-std::string_view withoutWeakness(std::string_view tag) {
-    return tag.substr(tag.starts_with("W/") ? 2 : 0);
+/// The weak comparison of entity tags, which is the one for GET.
+bool weaklyMatch(std::string_view left, std::string_view right) {
+    const auto opaque = [](std::string_view tag) { return tag.substr(tag.starts_with("W/") ? 2 : 0); };
+    return opaque(left) == opaque(right);
 }
 
 template <typename Value>
-std::optional<Value> noted(const UserInformation& information, const char* key) {
-    const auto entry = information.find(key);
-    const auto* const value = entry == information.end() ? nullptr : std::get_if<Value>(&entry->second);
+std::optional<Value> noted(const UserInformation& information, const char* name) {
+    const auto note = information.find(name);
+    const auto* const value = note == information.end() ? nullptr : std::get_if<Value>(&note->second);
     return value != nullptr ? std::optional{*value} : std::nullopt;
 }
 
 }  // namespace
 
-CacheControl requestControl(const RequestFields& fields) {
-    auto control = parseCacheControl(fields.value("Cache-Control"));
-    if (fields.value("Cache-Control").empty() && equalsIgnoringAsciiCase(fields.value("Pragma"), "no-cache")) {
-        control.noCache = true;
-    }
-    return control;
-}
-
-bool mayUseCache(const HttpRequest& request, const RequestFields& fields) {
-    if (request.method() != HttpMethod::get || request.body() || requestControl(fields).noStore) {
-        return false;
-    }
-    // Parts of an answer, and questions that the host asks the server itself.
-    static constexpr std::array<std::string_view, 6> names{
-        "Range", "If-Match", "If-None-Match", "If-Modified-Since", "If-Unmodified-Since", "If-Range"};
-    return std::all_of(names.begin(), names.end(), [&](auto name) { return fields.value(name).empty(); });
-}
-
-bool mayBeStored(const HttpResponse& response) {
-    // The codes whose answer is the whole thing asked for, so that nothing else has to be understood about them.
-    const auto status = response.status;
-    if (status != 200 && status != 203 && status != 204) {
-        return false;
-    }
-    if (parseCacheControl(field(response, "cache-control")).noStore ||
-        field(response, "vary").find('*') != std::string_view::npos) {
-        return false;
-    }
-    return lifetime(response, {}).has_value() || hasValidator(response);
-}
-
-std::optional<StoredAnswer> StoredAnswer::read(std::shared_ptr<const CachedUrlResponse> record,
-                                               const RequestFields& fields) {
-    if (!record || !record->body || !record->userInformation) {
+std::optional<StoredResponse> StoredResponse::read(std::shared_ptr<const CachedUrlResponse> entry,
+                                                   const RequestFields& fields) {
+    if (!entry || !entry->body || !entry->userInformation) {
         return std::nullopt;
     }
-    const auto request = noted<WallTime>(*record->userInformation, requestTimeKey);
-    const auto response = noted<WallTime>(*record->userInformation, responseTimeKey);
-    const auto identity = noted<UserInformationBytes>(*record->userInformation, requestIdentityKey);
-    if (!request || !response || !identity || identity->bytes != fields.identity(field(record->response, "vary"))) {
+    const auto request = noted<WallTime>(*entry->userInformation, requestTimeName);
+    const auto response = noted<WallTime>(*entry->userInformation, responseTimeName);
+    const auto key = noted<UserInformationBytes>(*entry->userInformation, secondaryKeyName);
+    if (!request || !response || !key || key->bytes != fields.secondaryKey(fieldValue(entry->response, "vary"))) {
         return std::nullopt;
     }
-    return StoredAnswer{std::move(record), {*request, *response}};
+    return StoredResponse{std::move(entry), {*request, *response}};
 }
 
-std::shared_ptr<const CachedUrlResponse> StoredAnswer::record(HttpResponse response, std::shared_ptr<const Bytes> body,
-                                                              const RequestFields& fields, const ExchangeTimes& times) {
-    auto identity = fields.identity(field(response, "vary"));
+std::shared_ptr<const CachedUrlResponse> StoredResponse::entry(HttpResponse response, std::shared_ptr<const Bytes> body,
+                                                               const RequestFields& fields,
+                                                               const ExchangeTimes& times) {
+    auto key = fields.secondaryKey(fieldValue(response, "vary"));
     std::erase_if(response.headers, [](const auto& header) { return isOfConnection(header.first); });
     return std::make_shared<const CachedUrlResponse>(CachedUrlResponse{
         .response = std::move(response),
         .body = std::move(body),
-        .userInformation = UserInformation{{requestTimeKey, times.request},
-                                           {responseTimeKey, times.response},
-                                           {requestIdentityKey, UserInformationBytes{std::move(identity)}}}});
+        .userInformation = UserInformation{{requestTimeName, times.request},
+                                           {responseTimeName, times.response},
+                                           {secondaryKeyName, UserInformationBytes{std::move(key)}}}});
 }
 
-std::chrono::seconds StoredAnswer::age(WallTime now) const {
-    // A clock that was set back makes an answer no younger than it was.
-    const auto resident = std::max(now - times_.response, WallTime::duration::zero());
-    return std::chrono::floor<seconds>(initialAge(response(), times_) + resident);
+seconds StoredResponse::currentAge(WallTime now) const {
+    return Platform::currentAge(response(), times_, now);
 }
 
-bool StoredAnswer::isFresh(WallTime now, const CacheControl& request) const {
-    if (request.noCache || parseCacheControl(field(response(), "cache-control")).noCache) {
+bool StoredResponse::isFresh(WallTime now, const CacheControl& requestDirectives) const {
+    if (requestDirectives.noCache || parseCacheControl(fieldValue(response(), "cache-control")).noCache) {
         return false;
     }
-    const auto present = age(now);
-    const auto good = lifetime(response(), times_.response).value_or(seconds{0});
-    return good > present + request.minFresh.value_or(seconds{0}) && (!request.maxAge || present <= *request.maxAge);
+    const auto age = currentAge(now);
+    const auto lifetime = freshnessLifetime(response(), times_.response).value_or(seconds{0});
+    return lifetime > age + requestDirectives.minFresh.value_or(seconds{0}) &&
+           (!requestDirectives.maxAge || age <= *requestDirectives.maxAge);
 }
 
-std::shared_ptr<const HttpRequest> StoredAnswer::conditional(const HttpRequest& request) const {
+std::shared_ptr<const HttpRequest> StoredResponse::validationRequest(const HttpRequest& request) const {
     if (!hasValidator(response())) {
         return nullptr;
     }
-    auto asking = request;
-    if (const auto tag = field(response(), "etag"); !tag.empty()) {
-        asking = std::move(asking).withHeader("If-None-Match", tag);
+    auto conditional = request;
+    if (const auto tag = fieldValue(response(), "etag"); !tag.empty()) {
+        conditional = std::move(conditional).withHeader("If-None-Match", tag);
     }
-    if (const auto date = field(response(), "last-modified"); !date.empty()) {
-        asking = std::move(asking).withHeader("If-Modified-Since", date);
+    if (const auto date = fieldValue(response(), "last-modified"); !date.empty()) {
+        conditional = std::move(conditional).withHeader("If-Modified-Since", date);
     }
-    return asking.encodingError() ? nullptr : std::make_shared<const HttpRequest>(std::move(asking));
+    return conditional.encodingError() ? nullptr : std::make_shared<const HttpRequest>(std::move(conditional));
 }
 
-std::optional<HttpResponse> StoredAnswer::confirmedBy(const HttpResponse& confirmation) const {
-    const auto newTag = field(confirmation, "etag");
-    if (!newTag.empty() && withoutWeakness(newTag) != withoutWeakness(field(response(), "etag"))) {
+std::optional<HttpResponse> StoredResponse::freshenedBy(const HttpResponse& validation) const {
+    const auto tag = fieldValue(validation, "etag");
+    if (!tag.empty() && !weaklyMatch(tag, fieldValue(response(), "etag"))) {
         return std::nullopt;
     }
-    auto confirmed = response();
-    confirmed.headers.erase("age");
-    for (const auto& [name, value] : confirmation.headers) {
+    auto freshened = response();
+    freshened.headers.erase("age");
+    for (const auto& [name, value] : validation.headers) {
         if (!describesBody(name) && !isOfConnection(name)) {
-            confirmed.headers.insert_or_assign(name, value);
+            freshened.headers.insert_or_assign(name, value);
         }
     }
-    return confirmed;
+    return freshened;
 }
 
 }  // namespace Tarnwick_API::Platform

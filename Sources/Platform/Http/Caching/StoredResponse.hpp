@@ -5,62 +5,48 @@
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <Platform/Http/Caching/CacheControl.hpp>
+#include <Platform/Http/Caching/Freshness.hpp>
 #include <Platform/Http/Caching/RequestFields.hpp>
 
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace Tarnwick_API::Platform {
 
-/// When an exchange with a server began and when its answer came.
-struct ExchangeTimes {
-    WallTime request;
-    WallTime response;
-};
-
-/// What the request itself says of caches.
-[[nodiscard]] CacheControl requestControl(const RequestFields& fields);
-
-/// Whether a cache may answer the request, and keep what comes in answer to it.
-[[nodiscard]] bool mayUseCache(const HttpRequest& request, const RequestFields& fields);
-
-/// Whether an answer to such a request may be kept.
-[[nodiscard]] bool mayBeStored(const HttpResponse& response);
-
 /// What a cache gave for a request, judged as RFC 9111 has it for a private cache without heuristics.
-class StoredAnswer {
+class StoredResponse {
 public:
-    /// None when this layer has not stored it, or not for a request with these fields.
-    [[nodiscard]] static std::optional<StoredAnswer> read(std::shared_ptr<const CachedUrlResponse> record,
-                                                          const RequestFields& fields);
+    /// None when this layer has not stored the entry, or for a request with another secondary key.
+    [[nodiscard]] static std::optional<StoredResponse> read(std::shared_ptr<const CachedUrlResponse> entry,
+                                                            const RequestFields& fields);
 
-    /// A record of an answer, for a cache.
-    [[nodiscard]] static std::shared_ptr<const CachedUrlResponse> record(HttpResponse response,
-                                                                         std::shared_ptr<const Bytes> body,
-                                                                         const RequestFields& fields,
-                                                                         const ExchangeTimes& times);
+    /// A response as an entry for a cache.
+    [[nodiscard]] static std::shared_ptr<const CachedUrlResponse> entry(HttpResponse response,
+                                                                        std::shared_ptr<const Bytes> body,
+                                                                        const RequestFields& fields,
+                                                                        const ExchangeTimes& times);
 
-    [[nodiscard]] std::chrono::seconds age(WallTime now) const;
+    [[nodiscard]] std::chrono::seconds currentAge(WallTime now) const;
 
-    /// Whether it may be given without asking the server.
-    [[nodiscard]] bool isFresh(WallTime now, const CacheControl& request) const;
+    /// Whether it may answer a request with these directives without validation.
+    [[nodiscard]] bool isFresh(WallTime now, const CacheControl& requestDirectives) const;
 
-    /// `request` with what asks the server whether this answer still holds; null when there is nothing to ask with.
-    [[nodiscard]] std::shared_ptr<const HttpRequest> conditional(const HttpRequest& request) const;
+    /// `request` made conditional, to have the server validate this response; null when there is no validator.
+    [[nodiscard]] std::shared_ptr<const HttpRequest> validationRequest(const HttpRequest& request) const;
 
-    /// The answer's head after the server confirmed it with `confirmation`, an answer 304; none when that confirms
-    /// another answer.
-    [[nodiscard]] std::optional<HttpResponse> confirmedBy(const HttpResponse& confirmation) const;
+    /// The response's head, freshened by `validation`, a response 304; none when that is about another response.
+    [[nodiscard]] std::optional<HttpResponse> freshenedBy(const HttpResponse& validation) const;
 
-    [[nodiscard]] const HttpResponse& response() const noexcept { return record_->response; }
-    [[nodiscard]] const std::shared_ptr<const Bytes>& body() const noexcept { return record_->body; }
+    [[nodiscard]] const HttpResponse& response() const noexcept { return entry_->response; }
+    [[nodiscard]] const std::shared_ptr<const Bytes>& body() const noexcept { return entry_->body; }
 
 private:
-    StoredAnswer(std::shared_ptr<const CachedUrlResponse> record, ExchangeTimes times)
-        : record_{std::move(record)}, times_{times} {}
+    StoredResponse(std::shared_ptr<const CachedUrlResponse> entry, ExchangeTimes times)
+        : entry_{std::move(entry)}, times_{times} {}
 
-    std::shared_ptr<const CachedUrlResponse> record_;
+    std::shared_ptr<const CachedUrlResponse> entry_;
     ExchangeTimes times_;
 };
 

@@ -1,8 +1,8 @@
 #include <Platform/Http/Transfers/IoThread.hpp>
-#include <Platform/Http/Transfers/TransferGroup.hpp>
 
-#include <exception>
+#include <cstddef>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace Tarnwick_API::Platform {
@@ -18,24 +18,12 @@ IoThread& IoThread::shared() {
     return ProcessLongThread<IoThread>::worker();
 }
 
-void IoThread::transfer(Exchange exchange) {
-    IoThread* thread = nullptr;
-    try {
-        thread = &shared();
-    } catch (const std::exception& error) {
-        fail(std::move(exchange), {HttpError::Kind::other, error.what()});
-        return;
-    }
-    exchange.session->noteTransfer();
-    thread->start(std::move(exchange));
-}
-
 void IoThread::start(Exchange exchange) {
     push(std::move(exchange));
 }
 
-void IoThread::cancelAll(std::shared_ptr<SessionState> session) {
-    push(CancelAll{std::move(session)});
+void IoThread::cancelAll(std::shared_ptr<TransferGroup> group) {
+    push(CancelAll{std::move(group)});
 }
 
 void IoThread::push(Command command) {
@@ -57,7 +45,7 @@ void IoThread::run() {
             if (auto* const exchange = std::get_if<Exchange>(&command)) {
                 engine_.start(std::move(*exchange));
             } else {
-                engine_.cancelAll(*std::get<CancelAll>(command).session);
+                engine_.cancelAll(*std::get<CancelAll>(command).group);
             }
         }
         batch.clear();

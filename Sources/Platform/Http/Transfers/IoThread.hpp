@@ -12,7 +12,7 @@ namespace Tarnwick_API::Platform {
 ///
 /// Life: a `ProcessLongThread` that starts with the first request. At exit it ends before the TLS library, which
 /// setting up the engine has initialised, tears itself down. From then on nothing happens any more: requests under way
-/// or waiting are abandoned, their completions are neither called nor destroyed, and the handles stay as they are until
+/// or waiting are abandoned, their `onAnswer` is neither called nor destroyed, and the handles stay as they are until
 /// the process is gone. A request or a session's end that comes still later is dropped. A child of `fork` must not use
 /// sessions when its parent did.
 class IoThread {
@@ -21,17 +21,14 @@ public:
     /// be; the next call tries again. Thread: any.
     [[nodiscard]] static IoThread& shared();
 
-    /// Begins or queues an exchange on the shared thread; fails it when that can't be started. Thread: any.
-    static void transfer(Exchange exchange);
-
     /// For `shared`, which starts the thread. Throws std::runtime_error when libcurl can't be set up.
     IoThread() = default;
 
     /// Begins or queues an exchange. Thread: any.
     void start(Exchange exchange);
 
-    /// Cancels all exchanges of `session`. Thread: any.
-    void cancelAll(std::shared_ptr<SessionState> session);
+    /// Cancels all exchanges of `group`. Thread: any.
+    void cancelAll(std::shared_ptr<TransferGroup> group);
 
 private:
     friend class ProcessLongThread<IoThread>;

@@ -1,8 +1,6 @@
-#include <Platform/Http/Requests/HeaderFields.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
-#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -26,45 +24,34 @@ CurlList makeList(const std::vector<std::string>& lines) {
 
 }  // namespace
 
-SessionState::SessionState(HttpSessionConfiguration configuration)
-    : configuration_{std::move(configuration)},
-      fault_{headerFault(configuration_.additionalHeaders)},
-      connectTo_{makeList(configuration_.connectTo)} {
-    // A limit of nothing would let requests wait for ever.
-    configuration_.connectionsPerHost = std::max<std::size_t>(configuration_.connectionsPerHost, 1);
-    configuration_.streamsPerConnection = std::max<std::size_t>(configuration_.streamsPerConnection, 1);
-    if (!configuration_.reachability) {
-        configuration_.reachability = makeRouteReachability();
-    }
+TransferGroup::TransferGroup(std::shared_ptr<const HttpSessionConfiguration> configuration)
+    : configuration_{std::move(configuration)}, connectTo_{makeList(configuration_->connectTo)} {
 }
 
-bool SessionState::allowsScheme(std::string_view scheme) const noexcept {
+bool TransferGroup::allowsScheme(std::string_view scheme) const noexcept {
     return equalsIgnoringAsciiCase(scheme, "https") ||
-           (configuration_.allowsPlainHttp && equalsIgnoringAsciiCase(scheme, "http"));
+           (configuration_->allowsPlainHttp && equalsIgnoringAsciiCase(scheme, "http"));
 }
 
-HostValidation SessionState::hostValidation(std::string_view host) const {
-    const auto policy = configuration_.trustPolicies.find(host);
-    return policy == configuration_.trustPolicies.end() ? HostValidation::full : policy->second;
+HostValidation TransferGroup::hostValidation(std::string_view host) const {
+    const auto policy = configuration_->trustPolicies.find(host);
+    return policy == configuration_->trustPolicies.end() ? HostValidation::full : policy->second;
 }
 
-OriginQueue& SessionState::origin(const Url& url) {
-    return origins_.try_emplace(originKey(url), configuration_.connectionsPerHost, configuration_.streamsPerConnection)
+OriginQueue& TransferGroup::originQueue(const Url& url) {
+    return originQueues_
+        .try_emplace(originKey(url), configuration_->connectionsPerHost, configuration_->streamsPerConnection)
         .first->second;
 }
 
-std::vector<Exchange> SessionState::takeWaiting() {
+std::vector<Exchange> TransferGroup::takeWaiting() {
     std::vector<Exchange> exchanges;
-    for (auto& [key, origin] : origins_) {
-        while (origin.hasWaiting()) {
-            exchanges.push_back(origin.takeWaiting());
+    for (auto& [key, queue] : originQueues_) {
+        while (queue.hasWaiting()) {
+            exchanges.push_back(queue.takeWaiting());
         }
     }
     return exchanges;
-}
-
-HttpError sessionDropped() {
-    return {HttpError::Kind::cancelled, "the session was dropped"};
 }
 
 }  // namespace Tarnwick_API::Platform
