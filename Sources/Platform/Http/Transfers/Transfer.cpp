@@ -1,3 +1,4 @@
+#include <Platform/Http/Transfers/OptionSetter.hpp>
 #include <Platform/Http/Transfers/Transfer.hpp>
 #include <Platform/Http/Transfers/TransferError.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
@@ -11,10 +12,10 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
+/// 0 also for what libcurl doesn't know.
 curl_off_t transferInfo(CURL* handle, CURLINFO info) {
     curl_off_t value = 0;
-    curl_easy_getinfo(handle, info, &value);
-    return value;
+    return curl_easy_getinfo(handle, info, &value) == CURLE_OK ? value : 0;
 }
 
 }  // namespace
@@ -26,21 +27,27 @@ Transfer::Transfer(CURLSH* share, const Time& now) : handle_{curl_easy_init()}, 
     }
 }
 
-CURLcode Transfer::begin(Exchange exchange, OriginQueue& queue) {
+Transfer* Transfer::on(CURL* handle) noexcept {
+    Transfer* transfer = nullptr;
+    return curl_easy_getinfo(handle, CURLINFO_PRIVATE, &transfer) == CURLE_OK ? transfer : nullptr;
+}
+
+std::optional<HttpError> Transfer::begin(Exchange exchange, OriginQueue& queue) {
     exchange_ = std::move(exchange);
     queue_ = &queue;
     body_.begin(exchange_.group->configuration().maximumBodySize);
     lastProgress_ = now_;
-    auto* const handle = handle_.get();
-    curl_easy_setopt(handle, CURLOPT_PRIVATE, this);
-    curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
-    curl_easy_setopt(handle, CURLOPT_HEADERDATA, this);
-    curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &Transfer::onBody);
-    curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
-    curl_easy_setopt(handle, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
-    curl_easy_setopt(handle, CURLOPT_XFERINFODATA, this);
-    curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 0L);
-    return setTransferOptions(handle, exchange_, headers_);
+    OptionSetter set{handle_.get()};
+    set(CURLOPT_PRIVATE, this);
+    set(CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
+    set(CURLOPT_HEADERDATA, this);
+    set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
+    set(CURLOPT_WRITEDATA, this);
+    set(CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
+    set(CURLOPT_XFERINFODATA, this);
+    set(CURLOPT_NOPROGRESS, 0L);
+    setTransferOptions(set, exchange_, headers_);
+    return set.error();
 }
 
 Transfer::Time Transfer::deadline() const noexcept {
@@ -49,14 +56,14 @@ Transfer::Time Transfer::deadline() const noexcept {
 
 bool Transfer::isMultiplexed() const {
     long version = 0;
-    curl_easy_getinfo(handle_.get(), CURLINFO_HTTP_VERSION, &version);
-    return version >= CURL_HTTP_VERSION_2_0;
+    return curl_easy_getinfo(handle_.get(), CURLINFO_HTTP_VERSION, &version) == CURLE_OK &&
+           version >= CURL_HTTP_VERSION_2_0;
 }
 
 std::unique_ptr<Hop> Transfer::redirect() const {
     const char* location = nullptr;
-    curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &location);
-    if (!headParser_.isComplete() || location == nullptr) {
+    if (!headParser_.isComplete() || curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &location) != CURLE_OK ||
+        location == nullptr) {
         return nullptr;
     }
     const auto* const current = exchange_.hop.get();

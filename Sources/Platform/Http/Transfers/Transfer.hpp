@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include <curl/curl.h>
@@ -26,8 +27,11 @@ public:
     /// this. Throws std::bad_alloc.
     Transfer(CURLSH* share, const Time& now);
 
-    /// Takes over `exchange`, which `queue` has admitted, and sets up the handle for it.
-    [[nodiscard]] CURLcode begin(Exchange exchange, OriginQueue& queue);
+    /// The transfer that runs on `handle`; null when none does.
+    [[nodiscard]] static Transfer* on(CURL* handle) noexcept;
+
+    /// Takes over `exchange`, which `queue` has admitted, and sets up the handle for it. Returns why that can't be.
+    [[nodiscard]] std::optional<HttpError> begin(Exchange exchange, OriginQueue& queue);
 
     [[nodiscard]] CURL* handle() const noexcept { return handle_.get(); }
     [[nodiscard]] const Exchange& exchange() const noexcept { return exchange_; }

@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <optional>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
@@ -19,6 +21,13 @@ constexpr long idleConnections = 64;
 
 /// Enough for one full HTTP/2 connection.
 constexpr std::size_t mostSpareTransfers = 128;
+
+std::optional<HttpError> multiError(CURLMcode code) {
+    if (code == CURLM_OK) {
+        return std::nullopt;
+    }
+    return HttpError{HttpError::Kind::other, std::string{"libcurl takes no transfer: "} + curl_multi_strerror(code)};
+}
 
 }  // namespace
 
@@ -66,13 +75,12 @@ void TransferEngine::launch(Exchange exchange, OriginQueue& queue) {
         spare_.pop_back();
         return last;
     }();
-    auto code = transfer->begin(std::move(exchange), queue);
-    if (code == CURLE_OK && curl_multi_add_handle(multi_.get(), transfer->handle()) != CURLM_OK) {
-        code = CURLE_FAILED_INIT;
+    auto error = transfer->begin(std::move(exchange), queue);
+    if (!error) {
+        error = multiError(curl_multi_add_handle(multi_.get(), transfer->handle()));
     }
-    if (code != CURLE_OK) {
-        auto answer = transfer->takeAnswer(code);
-        complete(recycle(std::move(transfer)), std::move(answer));
+    if (error) {
+        complete(recycle(std::move(transfer)), failedAnswer(std::move(*error)));
         return;
     }
     queue.enter();
@@ -95,11 +103,9 @@ bool TransferEngine::perform() {
     curl_multi_perform(multi_.get(), &stillRunning);
     int messagesLeft = 0;
     while (const auto* const message = curl_multi_info_read(multi_.get(), &messagesLeft)) {
-        if (message->msg == CURLMSG_DONE) {
-            const auto code = message->data.result;
-            Transfer* transfer = nullptr;
-            curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
-            finish(*transfer, code);
+        auto* const transfer = Transfer::on(message->easy_handle);
+        if (message->msg == CURLMSG_DONE && transfer != nullptr) {
+            finish(*transfer, message->data.result);
         }
     }
     if (now_ >= nextCheck_) {

@@ -15,25 +15,6 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-class OptionSetter {
-public:
-    explicit OptionSetter(CURL* handle) : handle_{handle} {}
-
-    template <typename Value>
-    void operator()(CURLoption option, Value value) {
-        const auto code = curl_easy_setopt(handle_, option, value);
-        if (firstFault_ == CURLE_OK) {
-            firstFault_ = code;
-        }
-    }
-
-    [[nodiscard]] CURLcode firstFault() const noexcept { return firstFault_; }
-
-private:
-    CURL* handle_;
-    CURLcode firstFault_ = CURLE_OK;
-};
-
 bool goesAlong(std::string_view name, const Hop& hop) noexcept {
     const auto is = [name](std::string_view other) { return equalsIgnoringAsciiCase(name, other); };
     if (is("If-None-Match") || is("If-Modified-Since")) {
@@ -139,12 +120,10 @@ void setConnection(OptionSetter& set, const Exchange& exchange) {
 
 }  // namespace
 
-CURLcode setTransferOptions(CURL* handle, const Exchange& exchange, HeaderList& headers) {
-    OptionSetter set{handle};
+void setTransferOptions(OptionSetter& set, const Exchange& exchange, HeaderList& headers) {
     setMessage(set, exchange, headers);
     setTrust(set, exchange);
     setConnection(set, exchange);
-    return set.firstFault();
 }
 
 }  // namespace Tarnwick_API::Platform
