@@ -53,11 +53,12 @@ protected:
 
     ScriptedServer server;
     std::shared_ptr<HttpSession> session = makeHttpSession(plainConfiguration());
-    const HttpHeaders headers{{"Authorization", "OAuth x"}, {"Host", "api.example.test"}, {"X", "y"}};
+    const HttpHeaders headers{
+        {"Authorization", "OAuth x"}, {"Host", "api.example.test"}, {"If-None-Match", "a"}, {"X", "y"}};
     const std::string accept = "Accept: */*\r\nAccept-Encoding: gzip\r\n";
 };
 
-TEST_F(RedirectsOnTheWire, SendTheBodyAgainButNotTheAuthorization) {
+TEST_F(RedirectsOnTheWire, SendTheBodyAgainButNotWhatConcernsTheFirstUrl) {
     server.answer(redirect(307, "/second?q#f"));
     server.answer(redirect(302, server.url() + "/third"));
     server.answer(okAnswer("done"));
@@ -69,9 +70,10 @@ TEST_F(RedirectsOnTheWire, SendTheBodyAgainButNotTheAuthorization) {
     const std::string form = "Content-Type: application/x-www-form-urlencoded; charset=utf-8\r\n";
     EXPECT_THAT(server.requests(),
                 testing::ElementsAre("POST /first HTTP/1.1\r\nHost: api.example.test\r\n" + accept +
-                                         "Authorization: OAuth x\r\n" + form + "X: y\r\nContent-Length: 3\r\n\r\na=1",
+                                         "Authorization: OAuth x\r\n" + form +
+                                         "If-None-Match: a\r\nX: y\r\nContent-Length: 3\r\n\r\na=1",
                                      "POST /second?q HTTP/1.1\r\nHost: api.example.test\r\n" + accept + form +
-                                         "X: y\r\nContent-Length: 3\r\n\r\na=1",
+                                         "If-None-Match: a\r\nX: y\r\nContent-Length: 3\r\n\r\na=1",
                                      "GET /third HTTP/1.1\r\nHost: api.example.test\r\n" + accept + "X: y\r\n\r\n"));
     EXPECT_EQ(server.connections(), 1U);
 }
@@ -85,9 +87,9 @@ TEST_F(RedirectsOnTheWire, DropAHostHeaderMeantForAnother) {
     const auto other = makeHttpSession(configuration);
     EXPECT_EQ(errorName(exchange(*other, request(server.url(), HttpMethod::put, {}, ParameterEncoding::json, headers))),
               "none");
-    EXPECT_EQ(server.requests().back(), "PUT /n HTTP/1.1\r\nHost: localhost:" + std::to_string(server.port()) + "\r\n" +
-                                            accept +
-                                            "Content-Type: application/json\r\nX: y\r\nContent-Length: 2\r\n\r\n{}");
+    EXPECT_EQ(server.requests().back(),
+              "PUT /n HTTP/1.1\r\nHost: localhost:" + std::to_string(server.port()) + "\r\n" + accept +
+                  "Content-Type: application/json\r\nIf-None-Match: a\r\nX: y\r\nContent-Length: 2\r\n\r\n{}");
 }
 
 TEST_F(RedirectsOnTheWire, EndAfterTwenty) {

@@ -110,7 +110,7 @@ TEST_F(RequestWire, AddsTheSessionsHeadersUnlessTheRequestHasItsOwn) {
                   "Accept-Encoding: gzip;q=1.0, compress;q=0.5\r\n\r\n");
 }
 
-TEST_F(RequestWire, SendsNothingThatCouldNotBeEncoded) {
+TEST_F(RequestWire, SendsNothingThatCannotBeSent) {
     const auto session = makeHttpSession(plainConfiguration());
     const std::shared_ptr<const HttpRequest> faulty[] = {
         request(server.url(), HttpMethod::get, {}, ParameterEncoding::url, {{"X", "a\r\nY: b"}}),
@@ -126,6 +126,8 @@ TEST_F(RequestWire, SendsNothingThatCouldNotBeEncoded) {
         EXPECT_EQ(answer.request, sent);
         EXPECT_FALSE(answer.response);
     }
+    const auto tooLong = exchange(*session, request(server.url() + "/" + std::string(9'000'000, 'x')));
+    EXPECT_THAT(tooLong.error.value().description, testing::HasSubstr("option URL"));
     auto configuration = plainConfiguration();
     configuration.additionalHeaders = {{"User-Agent", "a\nb"}};
     EXPECT_EQ(errorName(exchange(*makeHttpSession(configuration), request(server.url()))), "encoding");

@@ -118,17 +118,6 @@ TEST_F(Session, AnswersOnTheQueueInstalledAtTheCall) {
     EXPECT_TRUE(waitForAnswers(1));
 }
 
-TEST_F(Session, HandsOnTheBodyWithoutACopy) {
-    server.answer(okAnswer(std::string(1 << 20, 'x')));
-    const auto session = makeHttpSession(configuration);
-    bool isDone = false;
-    session->send(request(server.url()), [&](const HttpAnswer& answer) {
-        isDone = true;
-        EXPECT_EQ(answer.body.value().size(), 1U << 20U);
-    });
-    EXPECT_TRUE(queue->runUntil([&] { return isDone; }));
-}
-
 TEST_F(Session, TakesRequestsFromManyThreads) {
     server.answerAlways(okAnswer("x"));
     const auto session = makeHttpSession(configuration);

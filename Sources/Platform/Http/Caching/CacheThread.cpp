@@ -1,67 +1,38 @@
-#include <Platform/Concurrency/ThreadSignals.hpp>
 #include <Platform/Http/Caching/CacheThread.hpp>
-#include <Platform/Http/Caching/CachedExchange.hpp>
 #include <Platform/Http/Caching/RequestFields.hpp>
 
-#include <cstdlib>
-#include <memory>
-#include <stdexcept>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
 
 CacheThread& CacheThread::shared() {
-    // Never destroyed: other threads may still leave commands while the process exits.
-    static CacheThread* started = nullptr;
-    static CacheThread& thread = []() -> CacheThread& {
-        auto owner = std::make_unique<CacheThread>();
-        prepareRequestIdentities();
-        if (std::atexit([] {
-                if (started != nullptr) {
-                    started->stop();
-                }
-            }) != 0) {
-            throw std::runtime_error{"no room for an exit handler"};
-        }
-        owner->thread_ = std::thread{[&self = *owner] { self.run(); }};
-        started = owner.release();
-        return *started;
-    }();
-    return thread;
+    return ProcessLongThread<CacheThread>::worker();
 }
 
-void CacheThread::lookUp(Exchange exchange) {
-    push(LookUp{std::move(exchange)});
+CacheThread::CacheThread() {
+    prepareSecondaryKeys();
 }
 
-void CacheThread::settle(Exchange exchange, HttpAnswer answer) {
-    push(Settle{std::move(exchange), std::move(answer)});
-}
-
-void CacheThread::push(Command command) {
+void CacheThread::push(Job job) {
     const std::lock_guard lock{mutex_};
     // Late ones stay, untouched, for ever.
-    commands_.push_back(std::move(command));
+    jobs_.push_back(std::move(job));
     hasWork_.notify_one();
 }
 
 void CacheThread::run() {
-    blockSignals();
     std::unique_lock lock{mutex_};
     while (true) {
-        hasWork_.wait(lock, [this] { return isStopping_ || !commands_.empty(); });
+        hasWork_.wait(lock, [this] { return isStopping_ || !jobs_.empty(); });
         if (isStopping_) {
             return;
         }
-        auto command = std::move(commands_.front());
-        commands_.pop_front();
+        auto job = std::move(jobs_.front());
+        jobs_.pop_front();
         lock.unlock();
-        if (auto* const lookUp = std::get_if<LookUp>(&command)) {
-            answerOrTransfer(std::move(lookUp->exchange));
-        } else {
-            auto& settle = std::get<Settle>(command);
-            settleWithCache(std::move(settle.exchange), std::move(settle.answer));
-        }
+        job();
+        // What it holds goes without the lock too.
+        job = nullptr;
         lock.lock();
     }
 }
@@ -72,9 +43,6 @@ void CacheThread::stop() {
         isStopping_ = true;
     }
     hasWork_.notify_one();
-    if (thread_.get_id() != std::this_thread::get_id()) {
-        thread_.join();
-    }
 }
 
 }  // namespace Tarnwick_API::Platform

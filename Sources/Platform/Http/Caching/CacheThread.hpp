@@ -1,58 +1,45 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
-
-#include <Platform/Http/Transfers/Exchange.hpp>
+#include <Platform/Concurrency/ProcessLongThread.hpp>
 
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
-#include <thread>
-#include <variant>
 
 namespace Tarnwick_API::Platform {
 
-/// The process's one thread for what exchanges have to do with caches, so that waiting for a disk holds up neither the
-/// main queue nor the transfers. It works in order: what an answer stores is there for every request made after that
-/// answer was delivered.
+/// The process's one thread for work with caches, so that waiting for a disk holds up neither the main queue nor the
+/// transfers. It works in order: what a response stores is there for every request made after its answer was
+/// delivered.
 ///
-/// Life: it starts with the first request that has a cache and runs until the process exits. A handler registered at
-/// the start then lets it finish the answers that have been delivered, so that a short-lived program keeps them too,
-/// and joins it; requests that wait are abandoned, as they are by `IoThread`.
+/// Life: a `ProcessLongThread` that starts with the first request that has a cache. At exit it finishes what it is at,
+/// so that a short-lived program too keeps every answer that was delivered; what waits is abandoned, neither done nor
+/// destroyed, as it is by the I/O thread.
 class CacheThread {
 public:
+    using Job = std::function<void()>;
+
     /// The thread, started if need be. Throws std::system_error, std::runtime_error or std::bad_alloc when it can't be;
     /// the next call tries again. Thread: any.
     [[nodiscard]] static CacheThread& shared();
 
-    /// For `shared`, which starts the thread.
-    CacheThread() = default;
+    /// For `shared`, which starts the thread. Throws std::runtime_error when no digest can be computed.
+    CacheThread();
 
-    /// Completes the exchange from its cache, or sends it to the server. Thread: any.
-    void lookUp(Exchange exchange);
-
-    /// Completes the exchange with the server's answer, which has no error. Thread: any.
-    void settle(Exchange exchange, HttpAnswer answer);
+    /// Does `job` after those handed over before. It is moved, never copied. Thread: any.
+    void push(Job job);
 
 private:
-    struct LookUp {
-        Exchange exchange;
-    };
-    struct Settle {
-        Exchange exchange;
-        HttpAnswer answer;
-    };
-    using Command = std::variant<LookUp, Settle>;
+    friend class ProcessLongThread<CacheThread>;
 
-    void push(Command command);
     void run();
     void stop();
 
     std::mutex mutex_;
     std::condition_variable hasWork_;
-    std::deque<Command> commands_;
+    std::deque<Job> jobs_;
     bool isStopping_ = false;
-    std::thread thread_;
 };
 
 }  // namespace Tarnwick_API::Platform

@@ -1,14 +1,10 @@
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <Platform/Http/Caching/CacheThread.hpp>
-#include <Platform/Http/Caching/CacheUse.hpp>
 #include <Platform/Http/Caching/CachedExchange.hpp>
-#include <Platform/Http/Caching/StoredAnswer.hpp>
-#include <Platform/Http/Transfers/IoThread.hpp>
-#include <Platform/Http/Transfers/SessionState.hpp>
-#include <Platform/Logging/DebugChannel.hpp>
+#include <Platform/Http/Caching/CachingRules.hpp>
 
-#include <exception>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -17,16 +13,15 @@ namespace Tarnwick_API::Platform {
 namespace {
 
 constexpr std::int64_t notModified = 304;
-constexpr std::int64_t firstSuccess = 200;
-constexpr std::int64_t firstFailure = 400;
 
-RequestFields fieldsOf(const Exchange& exchange) {
-    return {*exchange.request, exchange.session->configuration().additionalHeaders};
+RequestFields fieldsOf(const CachedExchange& exchange) {
+    return {*exchange.request, *exchange.sessionHeaders};
 }
 
-bool mayChangeState(HttpMethod method) {
-    return method != HttpMethod::get && method != HttpMethod::head && method != HttpMethod::options &&
-           method != HttpMethod::trace;
+bool isSuccessOrRedirect(const HttpResponse& response) {
+    constexpr std::int64_t firstSuccess = 200;
+    constexpr std::int64_t firstError = 400;
+    return response.status >= firstSuccess && response.status < firstError;
 }
 
 HttpAnswer answerFrom(HttpResponse response, const Bytes& body, HttpAnswer::Source source) {
@@ -40,104 +35,102 @@ HttpAnswer answerFrom(HttpResponse response, const Bytes& body, HttpAnswer::Sour
     return answer;
 }
 
-void transfer(Exchange exchange) {
-    exchange.cacheUse->requestTime = WallClock::now();
-    IoThread::transfer(std::move(exchange));
+/// Invalidates the stored response that an unsafe request may have changed.
+void settleUnsafe(CachedExchange exchange, TransportResult result) {
+    const bool isInvalidated = isSuccessOrRedirect(*result.answer.response);
+    exchange.onAnswer(std::move(result));
+    if (isInvalidated) {
+        exchange.cache->removeCachedResponse(
+            {HttpMethod::get, exchange.request->url(), {}, ParameterEncoding::url, {}});
+    }
 }
 
-void settleConfirmation(Exchange exchange, const HttpResponse& confirmation, const ExchangeTimes& times) {
-    auto confirmed = exchange.cacheUse->stored->confirmedBy(confirmation);
-    if (!confirmed) {
-        // The server speaks of another answer than the one asked about: only a whole one helps now.
-        exchange.cacheUse->stored.reset();
-        exchange.cacheUse->conditional.reset();
-        transfer(std::move(exchange));
+/// Answers with the stored response that the server was asked to validate, and freshens it.
+void settleValidation(CachedExchange exchange, const HttpResponse& validation, const ExchangeTimes& times) {
+    auto freshened = exchange.stored->freshenedBy(validation);
+    if (!freshened) {
+        // The server speaks of another response than the one asked about: only a whole one helps now.
+        exchange.stored.reset();
+        forward(std::move(exchange));
         return;
     }
-    const auto request = exchange.request;
-    const auto cache = exchange.cacheUse->cache;
-    const auto record = StoredAnswer::record(*confirmed, exchange.cacheUse->stored->body(), fieldsOf(exchange), times);
-    complete(std::move(exchange), answerFrom(std::move(*confirmed), *record->body, HttpAnswer::Source::revalidated));
-    cache->storeCachedResponse(record, *request);
+    const auto entry = StoredResponse::entry(*freshened, exchange.stored->body(), fieldsOf(exchange), times);
+    exchange.onAnswer({answerFrom(std::move(*freshened), *entry->body, HttpAnswer::Source::revalidated)});
+    exchange.cache->storeCachedResponse(entry, *exchange.request);
+}
+
+/// Answers with the server's response, and stores it or gives up what it makes invalid.
+void settle(CachedExchange exchange, TransportResult result) {
+    const ExchangeTimes times{exchange.requestTime, WallClock::now()};
+    if (!isSafe(exchange.request->method())) {
+        settleUnsafe(std::move(exchange), std::move(result));
+        return;
+    }
+    const auto& response = *result.answer.response;
+    if (response.status == notModified && exchange.stored) {
+        settleValidation(std::move(exchange), response, times);
+        return;
+    }
+    // What is behind a redirect belongs to another URL.
+    const bool isStored = !result.isRedirected && mayBeStored(response);
+    const bool isReplaced = isSuccessOrRedirect(response);
+    const auto entry = isStored ? StoredResponse::entry(response, std::make_shared<const Bytes>(*result.answer.body),
+                                                        fieldsOf(exchange), times)
+                                : nullptr;
+    exchange.onAnswer(std::move(result));
+    if (entry) {
+        exchange.cache->storeCachedResponse(entry, *exchange.request);
+    } else if (isReplaced) {
+        exchange.cache->removeCachedResponse(*exchange.request);
+    }
+}
+
+void transfer(CachedExchange exchange, std::shared_ptr<const HttpRequest> request) {
+    const auto next = exchange.next.lock();
+    if (!next) {
+        exchange.onAnswer({cancelledAnswer()});
+        return;
+    }
+    exchange.requestTime = WallClock::now();
+    next->transfer(std::move(request), [exchange = std::move(exchange)](TransportResult result) mutable {
+        if (result.answer.error) {
+            exchange.onAnswer(std::move(result));
+            return;
+        }
+        CacheThread::shared().push([exchange = std::move(exchange), result = std::move(result)]() mutable {
+            settle(std::move(exchange), std::move(result));
+        });
+    });
 }
 
 }  // namespace
 
-CacheThread* attachCache(Exchange& exchange) {
-    const auto& own = exchange.session->configuration().cache;
-    auto cache = own ? own : UrlCache::installed();
-    if (!cache) {
-        return nullptr;
-    }
-    const bool mayAnswer = mayUseCache(*exchange.request, fieldsOf(exchange));
-    if (!mayAnswer && !mayChangeState(exchange.request->method())) {
-        return nullptr;
-    }
-    try {
-        auto& thread = CacheThread::shared();
-        exchange.cacheUse = std::make_unique<CacheUse>();
-        exchange.cacheUse->cache = std::move(cache);
-        return mayAnswer ? &thread : nullptr;
-    } catch (const std::exception& error) {
-        if (DebugChannel::isOpen()) {
-            DebugChannel::write(std::string{"The cache is not used: "}.append(error.what()), "attachCache");
-        }
-        return nullptr;
-    }
-}
-
-void answerOrTransfer(Exchange exchange) {
-    if (exchange.session->isDropped()) {
-        fail(std::move(exchange), sessionDropped());
+void answerOrForward(CachedExchange exchange) {
+    if (exchange.next.expired()) {
+        exchange.onAnswer({cancelledAnswer()});
         return;
     }
-    auto& use = *exchange.cacheUse;
-    auto stored = StoredAnswer::read(use.cache->cachedResponse(*exchange.request), fieldsOf(exchange));
+    const auto fields = fieldsOf(exchange);
+    auto stored = StoredResponse::read(exchange.cache->cachedResponse(*exchange.request), fields);
     const auto now = WallClock::now();
-    if (stored && stored->isFresh(now, requestControl(fieldsOf(exchange)))) {
+    if (stored && stored->isFresh(now, requestDirectives(fields))) {
         auto response = stored->response();
-        response.headers.insert_or_assign("age", std::to_string(stored->age(now).count()));
-        complete(std::move(exchange), answerFrom(std::move(response), *stored->body(), HttpAnswer::Source::cache));
+        response.headers.insert_or_assign("age", std::to_string(stored->currentAge(now).count()));
+        exchange.onAnswer({answerFrom(std::move(response), *stored->body(), HttpAnswer::Source::cache)});
         return;
     }
-    if (stored) {
-        use.conditional = stored->conditional(*exchange.request);
-        if (use.conditional) {
-            use.stored = std::move(stored);
-        }
+    auto validation = stored ? stored->validationRequest(*exchange.request) : nullptr;
+    if (validation) {
+        exchange.stored = std::move(stored);
+        transfer(std::move(exchange), std::move(validation));
+    } else {
+        forward(std::move(exchange));
     }
-    transfer(std::move(exchange));
 }
 
-void settleWithCache(Exchange exchange, HttpAnswer answer) {
-    const auto request = exchange.request;
-    const auto cache = exchange.cacheUse->cache;
-    const auto& response = *answer.response;
-    const ExchangeTimes times{exchange.cacheUse->requestTime, WallClock::now()};
-    if (mayChangeState(request->method())) {
-        const bool isDone = response.status >= firstSuccess && response.status < firstFailure;
-        complete(std::move(exchange), std::move(answer));
-        if (isDone) {
-            cache->removeCachedResponse({HttpMethod::get, request->url(), {}, ParameterEncoding::url, {}});
-        }
-        return;
-    }
-    if (response.status == notModified && exchange.cacheUse->stored) {
-        settleConfirmation(std::move(exchange), response, times);
-        return;
-    }
-    // What is behind a redirect belongs to another URL.
-    const bool isStored = !exchange.hop && mayBeStored(response);
-    const bool isReplaced = response.status >= firstSuccess && response.status < firstFailure;
-    const auto record = isStored ? StoredAnswer::record(response, std::make_shared<const Bytes>(*answer.body),
-                                                        fieldsOf(exchange), times)
-                                 : nullptr;
-    complete(std::move(exchange), std::move(answer));
-    if (record) {
-        cache->storeCachedResponse(record, *request);
-    } else if (isReplaced) {
-        cache->removeCachedResponse(*request);
-    }
+void forward(CachedExchange exchange) {
+    auto request = exchange.request;
+    transfer(std::move(exchange), std::move(request));
 }
 
 }  // namespace Tarnwick_API::Platform

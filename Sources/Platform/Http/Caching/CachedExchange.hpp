@@ -1,20 +1,33 @@
 #pragma once
 
-#include <Platform/Http/Transfers/Exchange.hpp>
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
+
+#include <Platform/Http/Caching/StoredResponse.hpp>
+#include <Platform/Http/Transport.hpp>
+
+#include <memory>
+#include <optional>
 
 namespace Tarnwick_API::Platform {
 
-class CacheThread;
+/// One request that a cache has to know of, from `CachingTransport::transfer` to its answer.
+struct CachedExchange {
+    std::shared_ptr<UrlCache> cache;
+    /// Not kept alive: it has to go when the session is dropped, to cancel what is under way.
+    std::weak_ptr<Transport> next;
+    std::shared_ptr<const HttpHeaders> sessionHeaders;
+    std::shared_ptr<const HttpRequest> request;
+    Transport::OnAnswer onAnswer;
+    /// The response that the server is asked to validate, if any.
+    std::optional<StoredResponse> stored = std::nullopt;
+    WallTime requestTime = {};
+};
 
-/// Gives a new exchange its cache, if there is one and it has to know of the exchange. The thread on which the cache is
-/// to be asked for the answer; null when the server is.
-[[nodiscard]] CacheThread* attachCache(Exchange& exchange);
+/// Answers from the cache or by the next transport. May wait for the disk. Thread: the cache's.
+void answerOrForward(CachedExchange exchange);
 
-/// Completes an exchange from its cache, or sends it to the server. May wait for the disk.
-void answerOrTransfer(Exchange exchange);
-
-/// Completes an exchange with the server's answer, and keeps that for later or gives up what it makes invalid. May wait
-/// for the disk.
-void settleWithCache(Exchange exchange, HttpAnswer answer);
+/// Answers by the next transport, and lets the cache know of it, on its thread, which runs already. Thread: any.
+void forward(CachedExchange exchange);
 
 }  // namespace Tarnwick_API::Platform

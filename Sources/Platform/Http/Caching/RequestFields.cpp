@@ -6,6 +6,7 @@
 #include <array>
 #include <set>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 #include <openssl/evp.h>
@@ -15,7 +16,7 @@ namespace Tarnwick_API::Platform {
 namespace {
 
 /// The names in `vary`, in lower case and in order, with those that always count.
-std::set<std::string> selectingNames(std::string_view vary) {
+std::set<std::string> nominatedNames(std::string_view vary) {
     std::set<std::string> names{"authorization", "host"};
     std::string name;
     const auto finish = [&] {
@@ -56,16 +57,16 @@ std::string_view RequestFields::value(std::string_view name) const {
     return equalsIgnoringAsciiCase(name, "Host") ? request_.url().host() : std::string_view{};
 }
 
-Bytes RequestFields::identity(std::string_view vary) const {
+Bytes RequestFields::secondaryKey(std::string_view vary) const {
     std::string text;
-    for (const auto& name : selectingNames(vary)) {
+    for (const auto& name : nominatedNames(vary)) {
         // No name and no value holds a line end.
         text.append(name).append(":").append(value(name)).append("\n");
     }
     return digest(text);
 }
 
-void prepareRequestIdentities() {
+void prepareSecondaryKeys() {
     static_cast<void>(digest({}));
 }
 

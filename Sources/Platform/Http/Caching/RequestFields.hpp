@@ -1,8 +1,8 @@
 #pragma once
 
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
-#include <string>
 #include <string_view>
 
 namespace Tarnwick_API::Platform {
@@ -17,9 +17,9 @@ public:
     /// The value, or the empty text; "Host" also when it is not said.
     [[nodiscard]] std::string_view value(std::string_view name) const;
 
-    /// What stands for the values of "Authorization", of "Host" and of the headers that `vary`, the value of an
-    /// answer's "Vary", names: a digest, as a cache on disk must not hold credentials. Equal only for equal values.
-    [[nodiscard]] Bytes identity(std::string_view vary) const;
+    /// What tells the requests of one URL apart: the values of "Authorization", of "Host" and of the fields that
+    /// `vary`, the value of a response's "Vary", nominates. A digest, as a cache on disk must not hold credentials.
+    [[nodiscard]] Bytes secondaryKey(std::string_view vary) const;
 
 private:
     const HttpRequest& request_;
@@ -28,6 +28,6 @@ private:
 
 /// Makes the digests ready, so that the library that computes them ends after whoever calls this at the start and
 /// registers an exit handler then.
-void prepareRequestIdentities();
+void prepareSecondaryKeys();
 
 }  // namespace Tarnwick_API::Platform

@@ -9,9 +9,9 @@
 
 namespace Tarnwick_API::Platform {
 
-/// Asks the I/O thread to cancel what a session has under way.
+/// Asks the I/O thread to cancel all exchanges of a group.
 struct CancelAll {
-    std::shared_ptr<SessionState> session;
+    std::shared_ptr<TransferGroup> group;
 };
 
 using Command = std::variant<Exchange, CancelAll>;

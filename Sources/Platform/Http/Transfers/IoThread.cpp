@@ -1,11 +1,8 @@
-#include <Platform/Concurrency/ThreadSignals.hpp>
 #include <Platform/Http/Transfers/IoThread.hpp>
-#include <Platform/Http/Transfers/SessionState.hpp>
 
-#include <cstdlib>
-#include <exception>
-#include <stdexcept>
+#include <cstddef>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace Tarnwick_API::Platform {
@@ -18,43 +15,15 @@ constexpr std::size_t usualBatch = 1024;
 }  // namespace
 
 IoThread& IoThread::shared() {
-    // Never destroyed: see the class.
-    static IoThread* started = nullptr;
-    static IoThread& thread = []() -> IoThread& {
-        auto owner = std::make_unique<IoThread>();
-        // Setting up the engine has initialised the TLS library, so that this handler runs before the library's.
-        if (std::atexit([] {
-                if (started != nullptr) {
-                    started->stop();
-                }
-            }) != 0) {
-            throw std::runtime_error{"no room for an exit handler"};
-        }
-        owner->thread_ = std::thread{[&self = *owner] { self.run(); }};
-        started = owner.release();
-        return *started;
-    }();
-    return thread;
-}
-
-void IoThread::transfer(Exchange exchange) {
-    IoThread* thread = nullptr;
-    try {
-        thread = &shared();
-    } catch (const std::exception& error) {
-        fail(std::move(exchange), {HttpError::Kind::other, error.what()});
-        return;
-    }
-    exchange.session->noteTransfer();
-    thread->start(std::move(exchange));
+    return ProcessLongThread<IoThread>::worker();
 }
 
 void IoThread::start(Exchange exchange) {
     push(std::move(exchange));
 }
 
-void IoThread::cancelAll(std::shared_ptr<SessionState> session) {
-    push(CancelAll{std::move(session)});
+void IoThread::cancelAll(std::shared_ptr<TransferGroup> group) {
+    push(CancelAll{std::move(group)});
 }
 
 void IoThread::push(Command command) {
@@ -64,7 +33,6 @@ void IoThread::push(Command command) {
 }
 
 void IoThread::run() {
-    blockSignals();
     std::vector<Command> batch;
     bool mayWait = true;
     while (commands_.take(batch, mayWait)) {
@@ -77,7 +45,7 @@ void IoThread::run() {
             if (auto* const exchange = std::get_if<Exchange>(&command)) {
                 engine_.start(std::move(*exchange));
             } else {
-                engine_.cancelAll(*std::get<CancelAll>(command).session);
+                engine_.cancelAll(*std::get<CancelAll>(command).group);
             }
         }
         batch.clear();
@@ -91,10 +59,6 @@ void IoThread::run() {
 void IoThread::stop() {
     if (commands_.close()) {
         engine_.wake();
-    }
-    // A host's queue may run tasks at once, against its contract, and one of them call `exit`.
-    if (thread_.get_id() != std::this_thread::get_id()) {
-        thread_.join();
     }
 }
 

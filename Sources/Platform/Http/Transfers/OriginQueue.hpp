@@ -1,7 +1,10 @@
 #pragma once
 
+#include <Tarnwick_API/Platform/Application/Url.hpp>
+
 #include <Platform/Http/Transfers/Exchange.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <deque>
 #include <string>
@@ -9,12 +12,13 @@
 
 namespace Tarnwick_API::Platform {
 
-/// Admits the requests of one session to one origin. libcurl gets only what can run at once: its own list of pending
+/// Admits the exchanges of one session with one origin. libcurl gets only what can run at once: its own list of pending
 /// transfers costs time by the square of its length, and a whole easy handle for each.
 class OriginQueue {
 public:
+    // A limit of nothing would let requests wait for ever.
     OriginQueue(std::size_t connections, std::size_t streams) noexcept
-        : connections_{connections}, streams_{streams}, limit_{connections} {}
+        : connections_{std::max<std::size_t>(connections, 1)}, streams_{std::max<std::size_t>(streams, 1)} {}
 
     [[nodiscard]] bool isFull() const noexcept { return running_ >= limit_; }
     void enter() noexcept { ++running_; }
@@ -33,7 +37,7 @@ public:
 private:
     std::size_t connections_;
     std::size_t streams_;
-    std::size_t limit_;
+    std::size_t limit_ = connections_;
     std::size_t running_ = 0;
     std::deque<Exchange> waiting_;
 };

@@ -1,6 +1,7 @@
-#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Http/Transfers/OptionSetter.hpp>
 #include <Platform/Http/Transfers/Transfer.hpp>
 #include <Platform/Http/Transfers/TransferError.hpp>
+#include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Http/Transfers/TransferOptions.hpp>
 
 #include <exception>
@@ -11,10 +12,10 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
+/// 0 also for what libcurl doesn't know.
 curl_off_t transferInfo(CURL* handle, CURLINFO info) {
     curl_off_t value = 0;
-    curl_easy_getinfo(handle, info, &value);
-    return value;
+    return curl_easy_getinfo(handle, info, &value) == CURLE_OK ? value : 0;
 }
 
 }  // namespace
@@ -26,41 +27,47 @@ Transfer::Transfer(CURLSH* share, const Time& now) : handle_{curl_easy_init()}, 
     }
 }
 
-CURLcode Transfer::begin(Exchange exchange, OriginQueue& origin) {
+Transfer* Transfer::on(CURL* handle) noexcept {
+    Transfer* transfer = nullptr;
+    return curl_easy_getinfo(handle, CURLINFO_PRIVATE, &transfer) == CURLE_OK ? transfer : nullptr;
+}
+
+std::optional<HttpError> Transfer::begin(Exchange exchange, OriginQueue& queue) {
     exchange_ = std::move(exchange);
-    origin_ = &origin;
-    body_.begin(exchange_.session->configuration().maximumBodySize);
+    queue_ = &queue;
+    body_.begin(exchange_.group->configuration().maximumBodySize);
     lastProgress_ = now_;
-    auto* const handle = handle_.get();
-    curl_easy_setopt(handle, CURLOPT_PRIVATE, this);
-    curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
-    curl_easy_setopt(handle, CURLOPT_HEADERDATA, this);
-    curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &Transfer::onBody);
-    curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
-    curl_easy_setopt(handle, CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
-    curl_easy_setopt(handle, CURLOPT_XFERINFODATA, this);
-    curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 0L);
-    return setTransferOptions(handle, exchange_, headers_);
+    OptionSetter set{handle_.get()};
+    set(CURLOPT_PRIVATE, this);
+    set(CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
+    set(CURLOPT_HEADERDATA, this);
+    set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
+    set(CURLOPT_WRITEDATA, this);
+    set(CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
+    set(CURLOPT_XFERINFODATA, this);
+    set(CURLOPT_NOPROGRESS, 0L);
+    setTransferOptions(set, exchange_, headers_);
+    return set.error();
 }
 
 Transfer::Time Transfer::deadline() const noexcept {
-    return lastProgress_ + exchange_.session->configuration().idleTimeout;
+    return lastProgress_ + exchange_.group->configuration().idleTimeout;
 }
 
 bool Transfer::isMultiplexed() const {
     long version = 0;
-    curl_easy_getinfo(handle_.get(), CURLINFO_HTTP_VERSION, &version);
-    return version >= CURL_HTTP_VERSION_2_0;
+    return curl_easy_getinfo(handle_.get(), CURLINFO_HTTP_VERSION, &version) == CURLE_OK &&
+           version >= CURL_HTTP_VERSION_2_0;
 }
 
 std::unique_ptr<Hop> Transfer::redirect() const {
     const char* location = nullptr;
-    curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &location);
-    if (!head_.isComplete() || location == nullptr) {
+    if (!headParser_.isComplete() || curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &location) != CURLE_OK ||
+        location == nullptr) {
         return nullptr;
     }
     const auto* const current = exchange_.hop.get();
-    auto next = nextHop(*exchange_.request, current, head_.status(), location);
+    auto next = nextHop(*exchange_.request, current, headParser_.status(), location);
     if (next) {
         next->spent = std::chrono::microseconds{transferInfo(handle_.get(), CURLINFO_TOTAL_TIME_T)};
         if (current != nullptr) {
@@ -72,8 +79,8 @@ std::unique_ptr<Hop> Transfer::redirect() const {
 
 Exchange Transfer::end() {
     curl_easy_reset(handle_.get());
-    origin_ = nullptr;
-    static_cast<void>(head_.take());
+    queue_ = nullptr;
+    static_cast<void>(headParser_.take());
     static_cast<void>(body_.take());
     isTooLarge_ = false;
     bytesMoved_ = 0;
@@ -86,16 +93,16 @@ HttpAnswer Transfer::takeAnswer(CURLcode code) {
         answer.error = HttpError{HttpError::Kind::tooLarge, "the body passes the session's limit"};
     } else if (code != CURLE_OK) {
         answer.error = transferError(handle_.get(), code);
-    } else if (!head_.isComplete()) {
+    } else if (!headParser_.isComplete()) {
         // libcurl calls this a success.
         answer.error = HttpError{HttpError::Kind::connectionLost, "the connection was closed within the header"};
     }
     constexpr std::int64_t noContent = 204;
     constexpr std::int64_t resetContent = 205;
-    const bool hasNoBody = isTooLarge_ || head_.status() == noContent || head_.status() == resetContent;
+    const bool hasNoBody = isTooLarge_ || headParser_.status() == noContent || headParser_.status() == resetContent;
     answer.body = hasNoBody ? Bytes{} : body_.take();
-    if (head_.isComplete()) {
-        answer.response = head_.take();
+    if (headParser_.isComplete()) {
+        answer.response = headParser_.take();
     }
     return answer;
 }
@@ -104,7 +111,7 @@ std::size_t Transfer::onHeader(const char* bytes, std::size_t size, std::size_t 
     auto& self = *static_cast<Transfer*>(transfer);
     try {
         self.lastProgress_ = self.now_;
-        self.head_.add({bytes, size * count});
+        self.headParser_.add({bytes, size * count});
         return size * count;
     } catch (const std::exception&) {
         return 0;

@@ -9,6 +9,8 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
+#include <string_view>
 
 #include <curl/curl.h>
 
@@ -25,18 +27,21 @@ public:
     /// this. Throws std::bad_alloc.
     Transfer(CURLSH* share, const Time& now);
 
-    /// Takes over `exchange` and sets up the handle for it.
-    [[nodiscard]] CURLcode begin(Exchange exchange, OriginQueue& origin);
+    /// The transfer that runs on `handle`; null when none does.
+    [[nodiscard]] static Transfer* on(CURL* handle) noexcept;
+
+    /// Takes over `exchange`, which `queue` has admitted, and sets up the handle for it. Returns why that can't be.
+    [[nodiscard]] std::optional<HttpError> begin(Exchange exchange, OriginQueue& queue);
 
     [[nodiscard]] CURL* handle() const noexcept { return handle_.get(); }
     [[nodiscard]] const Exchange& exchange() const noexcept { return exchange_; }
-    [[nodiscard]] OriginQueue& origin() const noexcept { return *origin_; }
+    [[nodiscard]] OriginQueue& queue() const noexcept { return *queue_; }
 
     /// When the exchange ends for want of progress, unless bytes come or go before.
     [[nodiscard]] Time deadline() const noexcept;
 
     /// Whether an answer came, and over a connection for many requests at once.
-    [[nodiscard]] bool hasAnswer() const noexcept { return head_.isComplete(); }
+    [[nodiscard]] bool hasAnswer() const noexcept { return headParser_.isComplete(); }
     [[nodiscard]] bool isMultiplexed() const;
 
     /// The redirect that the answer asks for, or null.
@@ -62,9 +67,9 @@ private:
     CurlEasy handle_;
     const Time& now_;
     Exchange exchange_;
-    OriginQueue* origin_ = nullptr;
+    OriginQueue* queue_ = nullptr;
     HeaderList headers_;
-    ResponseHeadParser head_;
+    ResponseHeadParser headParser_;
     BodyBuffer body_;
     bool isTooLarge_ = false;
     Time lastProgress_;

@@ -1,10 +1,14 @@
-#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Http/Transfers/OriginQueue.hpp>
+#include <Platform/Http/Transfers/Transfer.hpp>
 #include <Platform/Http/Transfers/TransferEngine.hpp>
+#include <Platform/Http/Transfers/TransferGroup.hpp>
 
 #include <algorithm>
 #include <chrono>
-#include <new>
+#include <cstddef>
+#include <optional>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
@@ -17,6 +21,13 @@ constexpr long idleConnections = 64;
 
 /// Enough for one full HTTP/2 connection.
 constexpr std::size_t mostSpareTransfers = 128;
+
+std::optional<HttpError> multiError(CURLMcode code) {
+    if (code == CURLM_OK) {
+        return std::nullopt;
+    }
+    return HttpError{HttpError::Kind::other, std::string{"libcurl takes no transfer: "} + curl_multi_strerror(code)};
+}
 
 }  // namespace
 
@@ -34,26 +45,28 @@ TransferEngine::TransferEngine() : now_{std::chrono::steady_clock::now()} {
     }
 }
 
+TransferEngine::~TransferEngine() = default;
+
 void TransferEngine::start(Exchange exchange) {
-    auto& session = *exchange.session;
-    if (session.isDropped()) {
-        fail(std::move(exchange), sessionDropped());
+    auto& group = *exchange.group;
+    if (group.isDropped()) {
+        complete(std::move(exchange), cancelledAnswer());
         return;
     }
-    if (!session.allowsScheme(exchange.url().scheme())) {
-        fail(std::move(exchange), {HttpError::Kind::other, "the URL's scheme is not allowed"});
+    if (!group.allowsScheme(exchange.url().scheme())) {
+        complete(std::move(exchange), failedAnswer({HttpError::Kind::other, "the URL's scheme is not allowed"}));
         return;
     }
-    auto& origin = session.origin(exchange.url());
+    auto& queue = group.originQueue(exchange.url());
     // Those that wait come first, also in the moment when one has just left.
-    if (origin.isFull() || origin.hasWaiting()) {
-        origin.wait(std::move(exchange));
+    if (queue.isFull() || queue.hasWaiting()) {
+        queue.wait(std::move(exchange));
     } else {
-        launch(std::move(exchange), origin);
+        launch(std::move(exchange), queue);
     }
 }
 
-void TransferEngine::launch(Exchange exchange, OriginQueue& origin) {
+void TransferEngine::launch(Exchange exchange, OriginQueue& queue) {
     auto transfer = [this] {
         if (spare_.empty()) {
             return std::make_unique<Transfer>(share_.get(), now_);
@@ -62,25 +75,24 @@ void TransferEngine::launch(Exchange exchange, OriginQueue& origin) {
         spare_.pop_back();
         return last;
     }();
-    auto code = transfer->begin(std::move(exchange), origin);
-    if (code == CURLE_OK && curl_multi_add_handle(multi_.get(), transfer->handle()) != CURLM_OK) {
-        code = CURLE_FAILED_INIT;
+    auto error = transfer->begin(std::move(exchange), queue);
+    if (!error) {
+        error = multiError(curl_multi_add_handle(multi_.get(), transfer->handle()));
     }
-    if (code != CURLE_OK) {
-        auto answer = transfer->takeAnswer(code);
-        complete(recycle(std::move(transfer)), std::move(answer));
+    if (error) {
+        complete(recycle(std::move(transfer)), failedAnswer(std::move(*error)));
         return;
     }
-    origin.enter();
+    queue.enter();
     nextCheck_ = std::min(nextCheck_, transfer->deadline());
     transfer->position = running_.size();
     running_.push_back(std::move(transfer));
     hasNew_ = true;
 }
 
-void TransferEngine::admitWaiting(OriginQueue& origin) {
-    while (!origin.isFull() && origin.hasWaiting()) {
-        launch(origin.takeWaiting(), origin);
+void TransferEngine::admitWaiting(OriginQueue& queue) {
+    while (!queue.isFull() && queue.hasWaiting()) {
+        launch(queue.takeWaiting(), queue);
     }
 }
 
@@ -91,11 +103,9 @@ bool TransferEngine::perform() {
     curl_multi_perform(multi_.get(), &stillRunning);
     int messagesLeft = 0;
     while (const auto* const message = curl_multi_info_read(multi_.get(), &messagesLeft)) {
-        if (message->msg == CURLMSG_DONE) {
-            const auto code = message->data.result;
-            Transfer* transfer = nullptr;
-            curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
-            finish(*transfer, code);
+        auto* const transfer = Transfer::on(message->easy_handle);
+        if (message->msg == CURLMSG_DONE && transfer != nullptr) {
+            finish(*transfer, message->data.result);
         }
     }
     if (now_ >= nextCheck_) {
@@ -105,29 +115,29 @@ bool TransferEngine::perform() {
 }
 
 void TransferEngine::finish(Transfer& transfer, CURLcode code) {
-    auto& origin = transfer.origin();
-    origin.leave();
+    auto& queue = transfer.queue();
+    queue.leave();
     if (transfer.hasAnswer()) {
-        origin.answered(transfer.isMultiplexed());
+        queue.answered(transfer.isMultiplexed());
     }
     auto hop = code == CURLE_OK ? transfer.redirect() : nullptr;
     const bool isLoop = hop && hop->number > maximumRedirects;
     auto answer = transfer.takeAnswer(isLoop ? CURLE_TOO_MANY_REDIRECTS : code);
     auto exchange = recycle(detach(transfer));
-    // The session may end with the exchange, and the origin with it.
-    const auto session = exchange.session;
+    // The group may end with the exchange, and the queue with it.
+    const auto group = exchange.group;
     if (hop && !isLoop) {
         exchange.hop = std::move(hop);
         start(std::move(exchange));
     } else {
-        conclude(std::move(exchange), std::move(answer));
+        complete(std::move(exchange), std::move(answer));
     }
-    admitWaiting(origin);
+    admitWaiting(queue);
 }
 
 void TransferEngine::finishOverdue() {
     std::vector<Transfer*> overdue;
-    nextCheck_ = Transfer::Time::max();
+    nextCheck_ = Time::max();
     for (const auto& transfer : running_) {
         if (transfer->deadline() <= now_) {
             overdue.push_back(transfer.get());
@@ -140,19 +150,19 @@ void TransferEngine::finishOverdue() {
     }
 }
 
-void TransferEngine::cancelAll(SessionState& session) {
+void TransferEngine::cancelAll(TransferGroup& group) {
     std::vector<Transfer*> transfers;
     for (const auto& transfer : running_) {
-        if (transfer->exchange().session.get() == &session) {
+        if (transfer->exchange().group.get() == &group) {
             transfers.push_back(transfer.get());
         }
     }
     for (auto* const transfer : transfers) {
-        transfer->origin().leave();
-        fail(recycle(detach(*transfer)), sessionDropped());
+        transfer->queue().leave();
+        complete(recycle(detach(*transfer)), cancelledAnswer());
     }
-    for (auto& exchange : session.takeWaiting()) {
-        fail(std::move(exchange), sessionDropped());
+    for (auto& exchange : group.takeWaiting()) {
+        complete(std::move(exchange), cancelledAnswer());
     }
 }
 

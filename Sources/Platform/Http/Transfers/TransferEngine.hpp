@@ -2,14 +2,18 @@
 
 #include <Platform/Http/Transfers/CurlHandles.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
-#include <Platform/Http/Transfers/Transfer.hpp>
 
+#include <chrono>
 #include <memory>
 #include <vector>
 
+#include <curl/curl.h>
+
 namespace Tarnwick_API::Platform {
 
-class SessionState;
+class OriginQueue;
+class Transfer;
+class TransferGroup;
 
 /// Runs exchanges on one multi handle: admission, redirects, time-outs, completion. Thread: the I/O thread, but for
 /// the constructor and `wake`.
@@ -17,12 +21,15 @@ class TransferEngine {
 public:
     /// Throws std::runtime_error when libcurl can't be set up.
     TransferEngine();
+    TransferEngine(const TransferEngine&) = delete;
+    TransferEngine& operator=(const TransferEngine&) = delete;
+    ~TransferEngine();
 
     /// Begins an exchange, or lets it wait until its origin has room.
     void start(Exchange exchange);
 
-    /// Cancels all exchanges of `session`.
-    void cancelAll(SessionState& session);
+    /// Cancels all exchanges of `group`.
+    void cancelAll(TransferGroup& group);
 
     /// Moves everything on as far as it goes without waiting. Returns whether there is more to do right away.
     [[nodiscard]] bool perform();
@@ -34,8 +41,10 @@ public:
     void wake();
 
 private:
-    void launch(Exchange exchange, OriginQueue& origin);
-    void admitWaiting(OriginQueue& origin);
+    using Time = std::chrono::steady_clock::time_point;
+
+    void launch(Exchange exchange, OriginQueue& queue);
+    void admitWaiting(OriginQueue& queue);
     void finish(Transfer& transfer, CURLcode code);
     void finishOverdue();
     [[nodiscard]] std::unique_ptr<Transfer> detach(Transfer& transfer);
@@ -43,11 +52,11 @@ private:
 
     CurlShare share_;
     CurlMulti multi_;
-    Transfer::Time now_;
+    Time now_;
     std::vector<std::unique_ptr<Transfer>> running_;
     std::vector<std::unique_ptr<Transfer>> spare_;
     /// No transfer is overdue before this. It may be too early, as progress moves deadlines on.
-    Transfer::Time nextCheck_ = Transfer::Time::max();
+    Time nextCheck_ = Time::max();
     bool hasNew_ = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <system_error>
+#include <utility>
 
 namespace Tarnwick_API::Platform {
 
@@ -89,6 +90,15 @@ HttpError transferError(CURL* handle, CURLcode code) {
     }
     description += ")";
     return {errorKind(code), std::move(description)};
+}
+
+HttpError optionError(CURLoption option, CURLcode code) {
+    const auto* const known = curl_easy_option_by_id(option);
+    std::string description = "libcurl's option ";
+    description += known != nullptr ? known->name : std::to_string(option);
+    description.append(" can't be set: ").append(curl_easy_strerror(code));
+    description += " (" + std::to_string(code) + ")";
+    return {HttpError::Kind::other, std::move(description)};
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -13,4 +13,7 @@ namespace Tarnwick_API::Platform {
 /// libcurl's own message may quote what the server sent.
 [[nodiscard]] HttpError transferError(CURL* handle, CURLcode code);
 
+/// The error of a transfer that can't begin, as libcurl refused `option` with `code`.
+[[nodiscard]] HttpError optionError(CURLoption option, CURLcode code);
+
 }  // namespace Tarnwick_API::Platform

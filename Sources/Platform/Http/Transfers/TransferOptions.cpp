@@ -1,56 +1,44 @@
 #include <Platform/Http/Requests/HeaderFields.hpp>
-#include <Platform/Http/Transfers/SessionState.hpp>
+#include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Http/Transfers/TransferOptions.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <limits>
+#include <string_view>
+
+#include <curl/curl.h>
 
 namespace Tarnwick_API::Platform {
 
 namespace {
 
-class OptionSetter {
-public:
-    explicit OptionSetter(CURL* handle) : handle_{handle} {}
-
-    template <typename Value>
-    void operator()(CURLoption option, Value value) {
-        const auto code = curl_easy_setopt(handle_, option, value);
-        if (firstFault_ == CURLE_OK) {
-            firstFault_ = code;
-        }
+bool goesAlong(std::string_view name, const Hop& hop) noexcept {
+    const auto is = [name](std::string_view other) { return equalsIgnoringAsciiCase(name, other); };
+    if (is("If-None-Match") || is("If-Modified-Since")) {
+        // What was asked about one URL's representation concerns no other's. With other methods these guard a change,
+        // which is better refused than made unguarded.
+        return hop.method != HttpMethod::get && hop.method != HttpMethod::head;
     }
-
-    [[nodiscard]] CURLcode firstFault() const noexcept { return firstFault_; }
-
-private:
-    CURL* handle_;
-    CURLcode firstFault_ = CURLE_OK;
-};
+    return !is("Authorization") && (hop.keepsHost || !is("Host")) && (hop.sendsBody || !is("Content-Type"));
+}
 
 void fillHeaders(HeaderList& list, const Exchange& exchange) {
     const auto isSent = [&](std::string_view name) {
         // The length is libcurl's to say: one that differs from the body's would split the request in two.
-        if (equalsIgnoringAsciiCase(name, "Content-Length") || equalsIgnoringAsciiCase(name, "Transfer-Encoding")) {
-            return false;
-        }
-        if (!exchange.hop) {
-            return true;
-        }
-        return !equalsIgnoringAsciiCase(name, "Authorization") &&
-               (exchange.hop->keepsHost || !equalsIgnoringAsciiCase(name, "Host")) &&
-               (exchange.hop->sendsBody || !equalsIgnoringAsciiCase(name, "Content-Type"));
+        return !equalsIgnoringAsciiCase(name, "Content-Length") &&
+               !equalsIgnoringAsciiCase(name, "Transfer-Encoding") && (!exchange.hop || goesAlong(name, *exchange.hop));
     };
     list.clear();
-    const auto& own = exchange.headers();
+    const auto& own = exchange.request->headers();
     for (const auto& [name, value] : own) {
         if (isSent(name)) {
             list.add(name, value);
         }
     }
-    for (const auto& [name, value] : exchange.session->configuration().additionalHeaders) {
+    for (const auto& [name, value] : exchange.group->configuration().additionalHeaders) {
         if (isSent(name) && !hasHeader(own, name)) {
             list.add(name, value);
         }
@@ -84,8 +72,8 @@ void setMessage(OptionSetter& set, const Exchange& exchange, HeaderList& headers
 }
 
 void setTrust(OptionSetter& set, const Exchange& exchange) {
-    const auto& session = *exchange.session;
-    const auto& ownRoots = session.configuration().trustedRootsFile;
+    const auto& group = *exchange.group;
+    const auto& ownRoots = group.configuration().trustedRootsFile;
     const char* const roots = ownRoots ? ownRoots->c_str() : curl_version_info(CURLVERSION_NOW)->cainfo;
     if (roots != nullptr) {
         // With a directory set besides the file, libcurl would read all certificates anew for each connection.
@@ -93,7 +81,7 @@ void setTrust(OptionSetter& set, const Exchange& exchange) {
         set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
     }
     constexpr long nameMustMatch = 2;
-    const bool checksName = session.hostValidation(exchange.url().host()) == HostValidation::full;
+    const bool checksName = group.hostValidation(exchange.url().host()) == HostValidation::full;
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, checksName ? nameMustMatch : 0L);
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
@@ -106,8 +94,8 @@ long curlMilliseconds(std::chrono::microseconds time) {
 }
 
 void setConnection(OptionSetter& set, const Exchange& exchange) {
-    const auto& session = *exchange.session;
-    const auto& configuration = session.configuration();
+    const auto& group = *exchange.group;
+    const auto& configuration = group.configuration();
     const char* const schemes = configuration.allowsPlainHttp ? "http,https" : "https";
     set(CURLOPT_PROTOCOLS_STR, schemes);
     set(CURLOPT_NOSIGNAL, 1L);
@@ -117,8 +105,8 @@ void setConnection(OptionSetter& set, const Exchange& exchange) {
     // Wait for the first connection to tell whether it takes many requests, before opening another. Without TLS it
     // would tell only with its first answer, and takes one at a time.
     set(CURLOPT_PIPEWAIT, equalsIgnoringAsciiCase(exchange.url().scheme(), "https") ? 1L : 0L);
-    if (session.connectTo() != nullptr) {
-        set(CURLOPT_CONNECT_TO, session.connectTo());
+    if (group.connectTo() != nullptr) {
+        set(CURLOPT_CONNECT_TO, group.connectTo());
     }
     if (!configuration.usesProxy) {
         set(CURLOPT_PROXY, "");
@@ -132,12 +120,10 @@ void setConnection(OptionSetter& set, const Exchange& exchange) {
 
 }  // namespace
 
-CURLcode setTransferOptions(CURL* handle, const Exchange& exchange, HeaderList& headers) {
-    OptionSetter set{handle};
+void setTransferOptions(OptionSetter& set, const Exchange& exchange, HeaderList& headers) {
     setMessage(set, exchange, headers);
     setTrust(set, exchange);
     setConnection(set, exchange);
-    return set.firstFault();
 }
 
 }  // namespace Tarnwick_API::Platform

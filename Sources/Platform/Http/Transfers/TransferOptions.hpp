@@ -2,13 +2,12 @@
 
 #include <Platform/Http/Transfers/Exchange.hpp>
 #include <Platform/Http/Transfers/HeaderList.hpp>
-
-#include <curl/curl.h>
+#include <Platform/Http/Transfers/OptionSetter.hpp>
 
 namespace Tarnwick_API::Platform {
 
 /// Sets up a fresh or reset easy handle to send `exchange`, or its current hop. `headers` is filled and, like the
-/// exchange, must stay alive and unchanged while the transfer runs. Returns the first fault.
-[[nodiscard]] CURLcode setTransferOptions(CURL* handle, const Exchange& exchange, HeaderList& headers);
+/// exchange, must stay alive and unchanged while the transfer runs.
+void setTransferOptions(OptionSetter& set, const Exchange& exchange, HeaderList& headers);
 
 }  // namespace Tarnwick_API::Platform

@@ -1,0 +1,84 @@
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Http/HttpSession.hpp>
+
+#include <Platform/Http/Caching/CachingTransport.hpp>
+#include <Platform/Http/Requests/HeaderFields.hpp>
+#include <Platform/Http/Transfers/ConnectionTarget.hpp>
+#include <Platform/Http/Transfers/CurlTransport.hpp>
+#include <Platform/Http/Transport.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace Tarnwick_API::Platform {
+
+namespace {
+
+/// Hands an answer to who asked for it, on the main queue.
+struct Delivery {
+    std::shared_ptr<MainQueue> queue;
+    std::shared_ptr<const HttpRequest> request;
+    HttpSession::Completion completion;
+
+    void operator()(TransportResult result) {
+        if (!completion) {
+            return;
+        }
+        struct Call {
+            HttpSession::Completion completion;
+            HttpAnswer answer;
+        };
+        result.answer.request = std::move(request);
+        // A host's queue may copy its tasks, and an answer is too great for that: so it is shared.
+        auto call = std::make_shared<Call>(Call{std::move(completion), std::move(result.answer)});
+        queue->soon([call = std::move(call)] { call->completion(std::move(call->answer)); });
+    }
+};
+
+class TransportSession final : public HttpSession {
+public:
+    TransportSession(std::shared_ptr<const HttpSessionConfiguration> configuration,
+                     std::unique_ptr<Transport> transport)
+        : configuration_{std::move(configuration)},
+          headerFault_{headerFault(configuration_->additionalHeaders)},
+          transport_{std::move(transport)} {}
+
+    [[nodiscard]] const HttpHeaders& defaultHeaders() const override { return configuration_->additionalHeaders; }
+
+    [[nodiscard]] bool isReachable(std::string_view urlText) const override {
+        return configuration_->reachability->isReachable(connectionTarget(urlText, configuration_->connectTo));
+    }
+
+    void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) override {
+        Delivery deliver{MainQueue::main(), request, std::move(onCompletion)};
+        const auto& fault = request->encodingError() ? request->encodingError() : headerFault_;
+        if (fault) {
+            deliver({failedAnswer({HttpError::Kind::encoding, *fault})});
+        } else {
+            transport_->transfer(std::move(request), std::move(deliver));
+        }
+    }
+
+private:
+    std::shared_ptr<const HttpSessionConfiguration> configuration_;
+    /// Why no request of this session can be sent, if so.
+    std::optional<std::string> headerFault_;
+    std::unique_ptr<Transport> transport_;
+};
+
+}  // namespace
+
+std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configuration) {
+    if (!configuration.reachability) {
+        configuration.reachability = makeRouteReachability();
+    }
+    const auto shared = std::make_shared<const HttpSessionConfiguration>(std::move(configuration));
+    auto transport =
+        std::make_unique<CachingTransport>(std::make_shared<CurlTransport>(shared), shared->cache,
+                                           std::shared_ptr<const HttpHeaders>{shared, &shared->additionalHeaders});
+    return std::make_shared<TransportSession>(shared, std::move(transport));
+}
+
+}  // namespace Tarnwick_API::Platform
