@@ -1,5 +1,5 @@
 <<<<<<< HEAD
-#include "HttpDate.hpp"
+#include "Http/HttpDate.hpp"
 =======
 #include <Tarnwick_API/Platform/Application/WallClock.hpp>
 #include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
