@@ -1,5 +1,6 @@
 // Which store the user's choice falls on, and how what the file holds gets to the keyring.
 
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
@@ -32,7 +33,6 @@ protected:
     UserKeychainStore() {
         Logging::setSink([this](const auto& entry) { log << entry.message << '\n'; });
     }
-    ~UserKeychainStore() override { Logging::setSink({}); }
 
     [[nodiscard]] std::shared_ptr<KeychainStore> fresh(std::chrono::milliseconds wait = patience) const {
         return makeUserKeychainStore(file, wait);
@@ -49,6 +49,7 @@ protected:
     FileKeychainStore inFile{file};
     const std::shared_ptr<KeychainStore> inKeyring = makeSecretServiceKeychainStore(patience);
     std::ostringstream log;
+    ScopedProcessValues scope;
 };
 
 TEST_F(UserKeychainStore, IsTheKeyringWhereThereIsOneAndTheFileElsewhere) {
