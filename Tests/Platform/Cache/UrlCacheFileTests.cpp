@@ -1,5 +1,6 @@
 // What lies on the disk, and what becomes of it when the disk, the rights or the file are not as they should be.
 
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
@@ -49,7 +50,6 @@ protected:
     void SetUp() override {
         Logging::setSink([this](const auto&... /*entry*/) { ++complaints; });
     }
-    void TearDown() override { Logging::setSink({}); }
 
     [[nodiscard]] UrlCache open(std::size_t memory = capacity) const {
         return UrlCache{memory, capacity, file.parent_path()};
@@ -78,6 +78,7 @@ protected:
     TemporaryFolder folder;
     fs::path file = folder.path() / "made" / "for it" / "Cache.db";
     int complaints = 0;
+    ScopedProcessValues scope;
 };
 
 TEST_F(UrlCacheFile, IsPrivateAndMadeByAStoreOnly) {

@@ -1,5 +1,6 @@
 // The Secret Service locked, hung, killed, missing, and written by several at once.
 
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
@@ -44,8 +45,6 @@ std::size_t occurrences(const std::string& text, const std::string& part) {
 
 class SecretService : public ::testing::Test {
 protected:
-    ~SecretService() override { Logging::setSink({}); }
-
     static std::vector<KeychainStatus> everyCall(KeychainStore& store) {
         return {store.copyMatching(query, all).status,
                 store.copyMatching(query, {}).status,
@@ -76,6 +75,7 @@ protected:
 
     PrivateKeyring keyring;
     const std::shared_ptr<KeychainStore> store = makeSecretServiceKeychainStore(timeout);
+    ScopedProcessValues scope;
 };
 
 TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenCollection) {

@@ -1,5 +1,6 @@
 // Which store the user's choice falls on, and how what the file holds gets to the Secret Service.
 
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
@@ -36,7 +37,6 @@ protected:
     UserKeychainStore() {
         Logging::setSink([this](const auto& entry) { log << entry.message << '\n'; });
     }
-    ~UserKeychainStore() override { Logging::setSink({}); }
 
     [[nodiscard]] std::shared_ptr<KeychainStore> fresh(std::chrono::milliseconds wait = timeout) const {
         return makeUserKeychainStore(file, wait);
@@ -53,6 +53,7 @@ protected:
     FileKeychainStore inFile{file};
     const std::shared_ptr<KeychainStore> inSecretService = makeSecretServiceKeychainStore(timeout);
     std::ostringstream log;
+    ScopedProcessValues scope;
 };
 
 TEST_F(UserKeychainStore, IsTheSecretServiceWhereThereIsOneAndTheFileElsewhere) {

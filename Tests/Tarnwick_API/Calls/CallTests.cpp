@@ -3,6 +3,7 @@
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 #include <Tarnwick_API/Platform/Application/Preferences.hpp>
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 
 #include <map>
 #include <string>
@@ -22,7 +23,6 @@ const std::string base = "https://h.example/vb";
 class Calls : public ::testing::Test {
 protected:
     Calls() { install("en_GB", "7100", std::nullopt); }
-    ~Calls() override { install("", std::monostate{}, std::nullopt); }
 
     static void install(const std::string& locale,
                         const std::variant<std::monostate, const char*, std::int64_t>& version,
@@ -44,6 +44,9 @@ protected:
         own.insert({{"language", "en"}, {"region", "GB"}, {"version", "7100"}, {"os", "mac"}, {"partnersId", "7"}});
         return own;
     }
+
+private:
+    Platform::ScopedProcessValues scope_;
 };
 
 TEST_F(Calls, SendDefaultParametersWithTheirFallbacks) {

@@ -1,3 +1,4 @@
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Storage/CustomUrlCache.hpp>
 
 #include "CachedAnswers.hpp"
@@ -24,7 +25,6 @@ constexpr WallTime start{std::chrono::hours{24 * 20'000}};
 class CustomUrlCacheTest : public ::testing::Test {
 protected:
     void SetUp() override { setClock(start); }
-    void TearDown() override { WallClock::setSource({}); }
 
     static void setClock(WallTime now) {
         WallClock::setSource([now] { return now; });
@@ -52,6 +52,7 @@ protected:
     }
 
     TemporaryFolder folder;
+    Platform::ScopedProcessValues scope;
 };
 
 TEST_F(CustomUrlCacheTest, ServesAnEntryForTenMinutesAndThenRemovesIt) {

@@ -1,4 +1,5 @@
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
 #include "KeychainStoreKinds.hpp"
@@ -27,10 +28,10 @@ const std::string noUtf8 = "caf\xE9";
 class EveryKeychain : public ::testing::TestWithParam<Platform::KeychainStoreKind> {
 protected:
     void SetUp() override { Keychain::setStore(store); }
-    void TearDown() override { Keychain::setStore(nullptr); }
 
     TemporaryFolder folder{std::filesystem::temp_directory_path()};
     std::shared_ptr<Platform::KeychainStore> store = GetParam().make(folder.path());
+    Platform::ScopedProcessValues scope;
 };
 
 TEST_P(EveryKeychain, HasNothingForAServiceWithoutItem) {
@@ -110,10 +111,6 @@ INSTANTIATE_TEST_SUITE_P(Stores, EveryKeychain, ::testing::ValuesIn(Platform::ev
 class KeychainCalls : public ::testing::Test {
 protected:
     void SetUp() override { reset(); }
-    void TearDown() override {
-        Keychain::setStore(nullptr);
-        Platform::Bundle::setMain({});
-    }
 
     void reset() {
         store = std::make_shared<RecordingKeychainStore>();
@@ -126,6 +123,7 @@ protected:
     }
 
     std::shared_ptr<RecordingKeychainStore> store;
+    Platform::ScopedProcessValues scope;
 };
 
 std::string addition(const std::string& data, const std::string& label = "VPN App") {
