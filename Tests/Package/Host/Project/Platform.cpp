@@ -1,0 +1,5 @@
+#include "Platform.hpp"
+
+std::string Platform::apiHost() const {
+    return "api.example";
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <string>
+
+class Platform {
+public:
+    std::string apiHost() const;
+};
