@@ -5,6 +5,7 @@
 #include <Platform/Http/Caching/CachingRules.hpp>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 
