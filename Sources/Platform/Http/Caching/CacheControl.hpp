@@ -9,7 +9,7 @@ namespace Tarnwick_API::Platform {
 /// The directives of "Cache-Control" that mean something to a private cache.
 struct CacheControl {
     bool noStore = false;
-    /// Also for "no-cache" with names of headers: such an answer is confirmed as a whole.
+    /// Also for "no-cache" with names of headers: such a response is validated as a whole.
     bool noCache = false;
     /// 0 for what is no number; the smallest of several.
     std::optional<std::chrono::seconds> maxAge = std::nullopt;

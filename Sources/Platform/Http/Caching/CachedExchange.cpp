@@ -5,6 +5,7 @@
 #include <Platform/Http/Caching/CachingRules.hpp>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -36,7 +37,7 @@ HttpAnswer answerFrom(HttpResponse response, const Bytes& body, HttpAnswer::Sour
 }
 
 /// Invalidates the stored response that an unsafe request may have changed.
-void settleUnsafe(CachedExchange exchange, TransportResult result) {
+void settleUnsafe(const CachedExchange& exchange, TransportResult result) {
     const bool isInvalidated = isSuccessOrRedirect(*result.answer.response);
     exchange.onAnswer(std::move(result));
     if (isInvalidated) {
@@ -63,7 +64,7 @@ void settleValidation(CachedExchange exchange, const HttpResponse& validation, c
 void settle(CachedExchange exchange, TransportResult result) {
     const ExchangeTimes times{exchange.requestTime, WallClock::now()};
     if (!isSafe(exchange.request->method())) {
-        settleUnsafe(std::move(exchange), std::move(result));
+        settleUnsafe(exchange, std::move(result));
         return;
     }
     const auto& response = *result.answer.response;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <Platform/Http/Caching/CacheControl.hpp>

@@ -2,6 +2,10 @@
 
 #include <Platform/Text/Utf8.hpp>
 
+#include <string>
+#include <string_view>
+#include <utility>
+
 namespace Tarnwick_API::Platform {
 
 namespace {

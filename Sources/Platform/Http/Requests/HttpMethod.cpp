@@ -1,5 +1,7 @@
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 
+#include <string_view>
+
 namespace Tarnwick_API::Platform {
 
 std::string_view name(HttpMethod method) noexcept {

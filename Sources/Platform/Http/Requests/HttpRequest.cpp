@@ -5,6 +5,10 @@
 #include <Platform/Json/JsonWriter.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
+#include <map>
+#include <string_view>
+#include <utility>
+
 namespace Tarnwick_API::Platform {
 
 namespace {

@@ -3,6 +3,8 @@
 
 #include <array>
 #include <charconv>
+#include <cstdint>
+#include <string_view>
 #include <variant>
 
 namespace Tarnwick_API::Platform {

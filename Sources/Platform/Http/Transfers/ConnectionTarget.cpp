@@ -2,6 +2,8 @@
 
 #include <Platform/Http/Transfers/ConnectionTarget.hpp>
 
+#include <optional>
+
 namespace Tarnwick_API::Platform {
 
 namespace {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
-
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>

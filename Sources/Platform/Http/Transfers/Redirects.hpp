@@ -9,7 +9,7 @@
 
 namespace Tarnwick_API::Platform {
 
-/// How a request goes on after a redirect. "Authorization" never goes along.
+/// How a request goes on after a redirect. "Authorization" never goes along, nor do the validators of a GET.
 struct Hop {
     Url url;
     HttpMethod method;

@@ -3,8 +3,11 @@
 
 #include <Platform/Text/AsciiText.hpp>
 
+#include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

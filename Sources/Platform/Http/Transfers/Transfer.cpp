@@ -4,6 +4,7 @@
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Http/Transfers/TransferOptions.hpp>
 
+#include <cstdint>
 #include <exception>
 #include <new>
 #include <utility>

@@ -137,9 +137,9 @@ struct HttpSessionConfiguration {
 };
 
 /// A session on the process's one I/O thread, which is started with the first request and stopped at exit of the
-/// process. Cookies are neither kept nor sent; redirects are followed without "Authorization". Dropping the session
-/// ends its requests with `HttpError::Kind::cancelled`. Requests still under way when the process exits, or started
-/// then, are abandoned: their completions are not called.
+/// process. Cookies are neither kept nor sent; redirects are followed without "Authorization", and a GET without
+/// "If-None-Match" and "If-Modified-Since". Dropping the session ends its requests with `HttpError::Kind::cancelled`.
+/// Requests still under way when the process exits, or started then, are abandoned: their completions are not called.
 [[nodiscard]] std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configuration);
 
 }  // namespace Tarnwick_API::Platform
