@@ -1,5 +1,6 @@
-#include <Platform/Application/MachineInfo.hpp>
 #include <Platform/Application/SystemHostName.hpp>
+
+#include <Platform/Application/MachineInfo.hpp>
 #include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>

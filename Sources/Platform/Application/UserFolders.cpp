@@ -1,6 +1,6 @@
-#include <Tarnwick_API/Platform/Application/Bundle.hpp>
-
 #include <Platform/Application/UserFolders.hpp>
+
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 
 #include <array>
 #include <cerrno>

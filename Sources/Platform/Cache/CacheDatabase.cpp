@@ -1,4 +1,5 @@
 #include <Platform/Cache/CacheDatabase.hpp>
+
 #include <Platform/Sqlite/SqliteStatement.hpp>
 
 #include <array>

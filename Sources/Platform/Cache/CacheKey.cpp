@@ -1,4 +1,5 @@
 #include <Platform/Cache/CacheKey.hpp>
+
 #include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>

@@ -1,5 +1,6 @@
-#include <Platform/Application/PrivateFile.hpp>
 #include <Platform/Cache/DiskUrlCache.hpp>
+
+#include <Platform/Application/PrivateFile.hpp>
 
 #include <cerrno>
 #include <mutex>

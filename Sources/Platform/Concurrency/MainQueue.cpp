@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
+
+#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 
 #include <Platform/Application/ProcessWide.hpp>
 

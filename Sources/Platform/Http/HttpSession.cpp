@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
+
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <Platform/Http/Caching/CachingTransport.hpp>
 #include <Platform/Http/Requests/HeaderFields.hpp>

@@ -1,4 +1,5 @@
 #include <Platform/Json/JsonArrayPieces.hpp>
+
 #include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>

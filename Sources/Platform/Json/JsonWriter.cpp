@@ -1,4 +1,5 @@
 #include <Platform/Json/JsonWriter.hpp>
+
 #include <Platform/Text/Utf8.hpp>
 
 #include <array>

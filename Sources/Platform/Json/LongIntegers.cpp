@@ -1,6 +1,7 @@
+#include <Platform/Json/LongIntegers.hpp>
+
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
-#include <Platform/Json/LongIntegers.hpp>
 #include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>

@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
+
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <utility>
 

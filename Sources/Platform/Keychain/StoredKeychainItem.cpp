@@ -1,6 +1,6 @@
-#include <Tarnwick_API/Platform/Application/Uuid.hpp>
-
 #include <Platform/Keychain/StoredKeychainItem.hpp>
+
+#include <Tarnwick_API/Platform/Application/Uuid.hpp>
 
 #include <utility>
 

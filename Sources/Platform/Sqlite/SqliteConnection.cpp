@@ -1,4 +1,5 @@
 #include <Platform/Sqlite/SqliteConnection.hpp>
+
 #include <Platform/Sqlite/SqliteError.hpp>
 
 #include <sqlite3.h>

@@ -1,5 +1,6 @@
-#include <Platform/Sqlite/SqliteError.hpp>
 #include <Platform/Sqlite/SqliteStatement.hpp>
+
+#include <Platform/Sqlite/SqliteError.hpp>
 
 #include <sqlite3.h>
 

@@ -1,5 +1,6 @@
-#include <Platform/Text/AsciiCharacters.hpp>
 #include <Platform/Text/AsciiText.hpp>
+
+#include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>
 

@@ -9,7 +9,7 @@
 #include <iostream>
 #include <utility>
 
-#include <DecodeAnswer.hpp>
+#include "DecodeAnswer.hpp"
 
 namespace Tarnwick_API {
 

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include <BuildConstants.hpp>
-#include <OAuthHeader.hpp>
-#include <RequestEngine.hpp>
-#include <SharedSession.hpp>
+#include "BuildConstants.hpp"
+#include "OAuthHeader.hpp"
+#include "RequestEngine.hpp"
+#include "SharedSession.hpp"
 
 namespace Tarnwick_API {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include <BuildConstants.hpp>
-#include <DeviceRegistration.hpp>
+#include "BuildConstants.hpp"
+#include "DeviceRegistration.hpp"
 
 namespace Tarnwick_API {
 

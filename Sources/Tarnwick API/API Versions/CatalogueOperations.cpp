@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include <DecodeAnswer.hpp>
+#include "DecodeAnswer.hpp"
 
 namespace Tarnwick_API {
 

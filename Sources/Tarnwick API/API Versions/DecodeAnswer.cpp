@@ -1,10 +1,10 @@
+#include "DecodeAnswer.hpp"
+
 #include <Tarnwick_API/Platform/Json/DecodingError.hpp>
 
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <string>
-
-#include <DecodeAnswer.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,4 +1,4 @@
-#include <DeviceRegistration.hpp>
+#include "DeviceRegistration.hpp"
 
 namespace Tarnwick_API {
 

@@ -1,4 +1,4 @@
-#include <OAuthHeader.hpp>
+#include "OAuthHeader.hpp"
 
 namespace Tarnwick_API {
 

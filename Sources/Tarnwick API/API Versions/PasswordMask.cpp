@@ -1,9 +1,9 @@
+#include "PasswordMask.hpp"
+
 #include <Platform/Text/AsciiCharacters.hpp>
 
 #include <algorithm>
 #include <cstddef>
-
-#include <PasswordMask.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,3 +1,5 @@
+#include "RequestEngine.hpp"
+
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <Calls/DeliverCompletion.hpp>
@@ -10,8 +12,7 @@
 #include <string_view>
 #include <utility>
 
-#include <PasswordMask.hpp>
-#include <RequestEngine.hpp>
+#include "PasswordMask.hpp"
 
 namespace Tarnwick_API {
 

@@ -1,9 +1,10 @@
+#include "SharedSession.hpp"
+
 #include <Platform/Application/ProcessWide.hpp>
 
 #include <utility>
 
-#include <BuildConstants.hpp>
-#include <SharedSession.hpp>
+#include "BuildConstants.hpp"
 
 namespace Tarnwick_API {
 

@@ -1,4 +1,5 @@
 #include <Tarnwick_API/Calls/ApiCall.hpp>
+
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 #include <Tarnwick_API/Platform/Application/Preferences.hpp>

@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Calls/HttpStatus.hpp>
 #include <Tarnwick_API/Calls/ResponseError.hpp>
+
+#include <Tarnwick_API/Calls/HttpStatus.hpp>
 
 #include <Platform/Text/Utf8.hpp>
 

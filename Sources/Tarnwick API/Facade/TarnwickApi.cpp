@@ -1,6 +1,7 @@
+#include <Tarnwick_API/Facade/TarnwickApi.hpp>
+
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Backends/ApiVersion2.hpp>
-#include <Tarnwick_API/Facade/TarnwickApi.hpp>
 
 #include <utility>
 

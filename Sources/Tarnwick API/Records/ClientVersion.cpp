@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Records/ClientVersion.hpp>
+
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 
 #include <Records/NumberText.hpp>
 

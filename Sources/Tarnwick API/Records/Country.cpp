@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
+
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Records/LenientReading.hpp>
 
 #include <utility>

@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Platform/Application/Locale.hpp>
 #include <Tarnwick_API/Records/CountryNameable.hpp>
+
+#include <Tarnwick_API/Platform/Application/Locale.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,4 +1,5 @@
 #include <Tarnwick_API/Records/FavoriteItem.hpp>
+
 #include <Tarnwick_API/Records/LenientReading.hpp>
 
 namespace Tarnwick_API {

@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Records/LenientReading.hpp>
 #include <Tarnwick_API/Records/LocationType.hpp>
+
+#include <Tarnwick_API/Records/LenientReading.hpp>
 
 namespace Tarnwick_API {
 

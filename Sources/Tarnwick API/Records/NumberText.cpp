@@ -1,6 +1,6 @@
-#include <Tarnwick_API/Records/JsonDecodeError.hpp>
-
 #include <Records/NumberText.hpp>
+
+#include <Tarnwick_API/Records/JsonDecodeError.hpp>
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Records/ApiJsonDecoder.hpp>
 #include <Tarnwick_API/Records/OAuthToken.hpp>
+
+#include <Tarnwick_API/Records/ApiJsonDecoder.hpp>
 
 namespace Tarnwick_API {
 

@@ -1,5 +1,6 @@
-#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
+
+#include <Tarnwick_API/Platform/Application/Bundle.hpp>
 
 #include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Text/Utf8.hpp>

@@ -2,7 +2,7 @@
 
 #include "BackendFixture.hpp"
 
-#include <DeviceRegistration.hpp>
+#include "DeviceRegistration.hpp"
 #include <gtest/gtest.h>
 
 namespace Tarnwick_API {

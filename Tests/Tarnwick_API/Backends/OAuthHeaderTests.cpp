@@ -1,4 +1,5 @@
-#include <OAuthHeader.hpp>
+#include "OAuthHeader.hpp"
+
 #include <gtest/gtest.h>
 
 namespace Tarnwick_API {

@@ -1,6 +1,7 @@
 #include <string>
 
-#include <PasswordMask.hpp>
+#include "PasswordMask.hpp"
+
 #include <gtest/gtest.h>
 
 namespace Tarnwick_API {

@@ -1,4 +1,5 @@
 #include <Platform/Http/Caching/CacheThread.hpp>
+
 #include <Platform/Http/Caching/RequestFields.hpp>
 
 #include <utility>

@@ -1,7 +1,8 @@
+#include <Platform/Http/Caching/CachedExchange.hpp>
+
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <Platform/Http/Caching/CacheThread.hpp>
-#include <Platform/Http/Caching/CachedExchange.hpp>
 #include <Platform/Http/Caching/CachingRules.hpp>
 
 #include <cstdint>

@@ -1,4 +1,5 @@
 #include <Platform/Http/Caching/CachingRules.hpp>
+
 #include <Platform/Http/Caching/Freshness.hpp>
 #include <Platform/Http/Caching/ResponseFields.hpp>
 #include <Platform/Text/AsciiText.hpp>

@@ -1,7 +1,8 @@
+#include <Platform/Http/Caching/CachingTransport.hpp>
+
 #include <Platform/Http/Caching/CacheThread.hpp>
 #include <Platform/Http/Caching/CachedExchange.hpp>
 #include <Platform/Http/Caching/CachingRules.hpp>
-#include <Platform/Http/Caching/CachingTransport.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <exception>

@@ -1,5 +1,6 @@
-#include <Platform/Http/Caching/CacheControl.hpp>
 #include <Platform/Http/Caching/Freshness.hpp>
+
+#include <Platform/Http/Caching/CacheControl.hpp>
 #include <Platform/Http/Caching/HttpDate.hpp>
 #include <Platform/Http/Caching/ResponseFields.hpp>
 

@@ -1,5 +1,6 @@
-#include <Platform/Http/Caching/ResponseFields.hpp>
 #include <Platform/Http/Caching/StoredResponse.hpp>
+
+#include <Platform/Http/Caching/ResponseFields.hpp>
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
+#include <Platform/Http/Requests/DefaultHeaders.hpp>
+
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
-
-#include <Platform/Http/Requests/DefaultHeaders.hpp>
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,5 @@
 #include <Platform/Http/Requests/HeaderFields.hpp>
+
 #include <Platform/Text/AsciiCharacters.hpp>
 #include <Platform/Text/AsciiText.hpp>
 

@@ -1,4 +1,5 @@
 #include <Platform/Http/Requests/QueryEncoding.hpp>
+
 #include <Platform/Text/Utf8.hpp>
 
 #include <array>

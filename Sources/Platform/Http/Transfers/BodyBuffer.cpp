@@ -1,6 +1,6 @@
-#include <Tarnwick_API/Platform/Json/Json.hpp>
-
 #include <Platform/Http/Transfers/BodyBuffer.hpp>
+
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <algorithm>
 #include <utility>

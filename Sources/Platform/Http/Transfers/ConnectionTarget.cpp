@@ -1,6 +1,6 @@
-#include <Tarnwick_API/Platform/Application/Url.hpp>
-
 #include <Platform/Http/Transfers/ConnectionTarget.hpp>
+
+#include <Tarnwick_API/Platform/Application/Url.hpp>
 
 #include <optional>
 

@@ -1,4 +1,5 @@
 #include <Platform/Http/Transfers/CurlTransport.hpp>
+
 #include <Platform/Http/Transfers/IoThread.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 

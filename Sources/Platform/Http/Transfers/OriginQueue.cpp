@@ -1,4 +1,5 @@
 #include <Platform/Http/Transfers/OriginQueue.hpp>
+
 #include <Platform/Text/AsciiCharacters.hpp>
 #include <Platform/Text/AsciiText.hpp>
 

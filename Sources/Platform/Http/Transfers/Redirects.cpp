@@ -1,4 +1,5 @@
 #include <Platform/Http/Transfers/Redirects.hpp>
+
 #include <Platform/Text/AsciiText.hpp>
 
 #include <optional>

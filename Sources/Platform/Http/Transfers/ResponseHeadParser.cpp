@@ -1,4 +1,5 @@
 #include <Platform/Http/Transfers/ResponseHeadParser.hpp>
+
 #include <Platform/Text/AsciiCharacters.hpp>
 #include <Platform/Text/AsciiText.hpp>
 

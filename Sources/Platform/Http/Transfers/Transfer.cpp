@@ -1,5 +1,6 @@
-#include <Platform/Http/Transfers/OptionSetter.hpp>
 #include <Platform/Http/Transfers/Transfer.hpp>
+
+#include <Platform/Http/Transfers/OptionSetter.hpp>
 #include <Platform/Http/Transfers/TransferError.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Http/Transfers/TransferOptions.hpp>

@@ -1,6 +1,7 @@
+#include <Platform/Http/Transfers/TransferEngine.hpp>
+
 #include <Platform/Http/Transfers/OriginQueue.hpp>
 #include <Platform/Http/Transfers/Transfer.hpp>
-#include <Platform/Http/Transfers/TransferEngine.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 
 #include <algorithm>

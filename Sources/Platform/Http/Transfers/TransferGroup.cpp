@@ -1,4 +1,5 @@
 #include <Platform/Http/Transfers/TransferGroup.hpp>
+
 #include <Platform/Text/AsciiText.hpp>
 
 #include <new>

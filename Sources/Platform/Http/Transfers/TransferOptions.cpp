@@ -1,6 +1,7 @@
+#include <Platform/Http/Transfers/TransferOptions.hpp>
+
 #include <Platform/Http/Requests/HeaderFields.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
-#include <Platform/Http/Transfers/TransferOptions.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 #include <Platform/Keychain/File/KeychainDatabase.hpp>
+
 #include <Platform/Keychain/File/KeychainFile.hpp>
 #include <Platform/Sqlite/SqliteStatement.hpp>
 

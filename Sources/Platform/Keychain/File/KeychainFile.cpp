@@ -1,5 +1,6 @@
-#include <Platform/Application/PrivateFile.hpp>
 #include <Platform/Keychain/File/KeychainFile.hpp>
+
+#include <Platform/Application/PrivateFile.hpp>
 
 #include <cerrno>
 #include <utility>

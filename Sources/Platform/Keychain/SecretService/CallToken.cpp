@@ -1,4 +1,5 @@
 #include <Platform/Keychain/SecretService/CallToken.hpp>
+
 #include <Platform/Keychain/SecretService/SecretServiceError.hpp>
 
 namespace Tarnwick_API::Platform {

@@ -1,4 +1,5 @@
 #include <Platform/Keychain/SecretService/SecretServiceAttributes.hpp>
+
 #include <Platform/Text/Utf8.hpp>
 
 #include <charconv>

@@ -1,4 +1,5 @@
 #include <Platform/Keychain/SecretService/SecretServiceConnection.hpp>
+
 #include <Platform/Keychain/SecretService/SecretServiceTypes.hpp>
 
 #include <string_view>

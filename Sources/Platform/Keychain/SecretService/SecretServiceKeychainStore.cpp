@@ -1,8 +1,9 @@
+#include <Platform/Keychain/SecretService/SecretServiceKeychainStore.hpp>
+
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <Platform/Concurrency/DetachedThread.hpp>
 #include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
-#include <Platform/Keychain/SecretService/SecretServiceKeychainStore.hpp>
 #include <Platform/Keychain/SecretService/ThreadMainContext.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 

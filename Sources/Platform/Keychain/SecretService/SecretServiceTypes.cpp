@@ -1,5 +1,6 @@
-#include <Platform/Keychain/SecretService/GLibOwners.hpp>
 #include <Platform/Keychain/SecretService/SecretServiceTypes.hpp>
+
+#include <Platform/Keychain/SecretService/GLibOwners.hpp>
 
 #include <libsecret/secret.h>
 

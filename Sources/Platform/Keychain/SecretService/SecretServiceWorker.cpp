@@ -1,5 +1,6 @@
-#include <Platform/Concurrency/DetachedThread.hpp>
 #include <Platform/Keychain/SecretService/SecretServiceWorker.hpp>
+
+#include <Platform/Concurrency/DetachedThread.hpp>
 #include <Platform/Keychain/SecretService/ThreadMainContext.hpp>
 
 #include <algorithm>
