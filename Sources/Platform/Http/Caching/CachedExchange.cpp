@@ -14,16 +14,12 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
+constexpr std::int64_t firstSuccess = 200;
 constexpr std::int64_t notModified = 304;
+constexpr std::int64_t firstError = 400;
 
 RequestFields fieldsOf(const CachedExchange& exchange) {
     return {*exchange.request, *exchange.sessionHeaders};
-}
-
-bool isSuccessOrRedirect(const HttpResponse& response) {
-    constexpr std::int64_t firstSuccess = 200;
-    constexpr std::int64_t firstError = 400;
-    return response.status >= firstSuccess && response.status < firstError;
 }
 
 HttpAnswer answerFrom(HttpResponse response, const Bytes& body, HttpAnswer::Source source) {
@@ -35,16 +31,6 @@ HttpAnswer answerFrom(HttpResponse response, const Bytes& body, HttpAnswer::Sour
     answer.body->append(body);
     answer.source = source;
     return answer;
-}
-
-/// Invalidates the stored response that an unsafe request may have changed.
-void settleUnsafe(const CachedExchange& exchange, TransportResult result) {
-    const bool isInvalidated = isSuccessOrRedirect(*result.answer.response);
-    exchange.onAnswer(std::move(result));
-    if (isInvalidated) {
-        exchange.cache->removeCachedResponse(
-            {HttpMethod::get, exchange.request->url(), {}, ParameterEncoding::url, {}});
-    }
 }
 
 /// Answers with the stored response that the server was asked to validate, and freshens it.
@@ -64,25 +50,29 @@ void settleValidation(CachedExchange exchange, const HttpResponse& validation, c
 /// Answers with the server's response, and stores it or gives up what it makes invalid.
 void settle(CachedExchange exchange, TransportResult result) {
     const ExchangeTimes times{exchange.requestTime, WallClock::now()};
-    if (!isSafe(exchange.request->method())) {
-        settleUnsafe(exchange, std::move(result));
-        return;
-    }
     const auto& response = *result.answer.response;
     if (response.status == notModified && exchange.stored) {
         settleValidation(std::move(exchange), response, times);
         return;
     }
+    const bool isError = response.status < firstSuccess || response.status >= firstError;
+    if (!isSafe(exchange.request->method())) {
+        exchange.onAnswer(std::move(result));
+        if (!isError) {
+            const HttpRequest changed{HttpMethod::get, exchange.request->url(), {}, ParameterEncoding::url, {}};
+            exchange.cache->removeCachedResponse(changed);
+        }
+        return;
+    }
     // What is behind a redirect belongs to another URL.
     const bool isStored = !result.isRedirected && mayBeStored(response);
-    const bool isReplaced = isSuccessOrRedirect(response);
     const auto entry = isStored ? StoredResponse::entry(response, std::make_shared<const Bytes>(*result.answer.body),
                                                         fieldsOf(exchange), times)
                                 : nullptr;
     exchange.onAnswer(std::move(result));
     if (entry) {
         exchange.cache->storeCachedResponse(entry, *exchange.request);
-    } else if (isReplaced) {
+    } else if (!isError) {
         exchange.cache->removeCachedResponse(*exchange.request);
     }
 }
@@ -123,7 +113,7 @@ void answerOrForward(CachedExchange exchange) {
     }
     auto validation = stored ? stored->validationRequest(*exchange.request) : nullptr;
     if (validation) {
-        exchange.stored = std::move(stored);
+        exchange.stored = std::make_shared<const StoredResponse>(*std::move(stored));
         transfer(std::move(exchange), std::move(validation));
     } else {
         forward(std::move(exchange));

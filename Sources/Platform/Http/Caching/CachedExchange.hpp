@@ -7,7 +7,6 @@
 #include <Platform/Http/Transport.hpp>
 
 #include <memory>
-#include <optional>
 
 namespace Tarnwick_API::Platform {
 
@@ -20,7 +19,7 @@ struct CachedExchange {
     std::shared_ptr<const HttpRequest> request;
     Transport::OnAnswer onAnswer;
     /// The response that the server is asked to validate, if any.
-    std::optional<StoredResponse> stored = std::nullopt;
+    std::shared_ptr<const StoredResponse> stored = nullptr;
     WallTime requestTime = {};
 };
 
