@@ -1,11 +1,7 @@
-<<<<<<< HEAD
-#include "Http/HttpDate.hpp"
-=======
 #include <Tarnwick_API/Platform/Application/WallClock.hpp>
 #include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include "Http/HttpDate.hpp"
->>>>>>> service
 #include "ServiceFixture.hpp"
 
 #include <atomic>

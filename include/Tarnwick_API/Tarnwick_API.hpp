@@ -3,7 +3,9 @@
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Backends/ApiVersion2.hpp>
 #include <Tarnwick_API/Calls/AccountCalls.hpp>
+#include <Tarnwick_API/Calls/ApiBase.hpp>
 #include <Tarnwick_API/Calls/ApiCall.hpp>
+#include <Tarnwick_API/Calls/ApiEndpoint.hpp>
 #include <Tarnwick_API/Calls/ApiError.hpp>
 #include <Tarnwick_API/Calls/ApiResult.hpp>
 #include <Tarnwick_API/Calls/CatalogueCalls.hpp>
