@@ -11,7 +11,7 @@ namespace Tarnwick_API::Platform {
 
 namespace dom = simdjson::dom;
 
-/// The one place that knows that a view's handle is the parser's own view.
+/// Knows, as JsonDocument does and nothing else, that a view's handle is the parser's own view.
 struct JsonAccess {
     template <typename View>
     static View as(const JsonHandle& handle) noexcept {

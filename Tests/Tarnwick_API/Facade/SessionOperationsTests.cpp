@@ -70,11 +70,11 @@ public:
                      const Platform::HttpHeaders&, Platform::HttpMethod, std::int64_t, RequestCompletion) override {}
 };
 
-class SessionState : public ::testing::Test {
+class SessionOperations : public ::testing::Test {
 protected:
-    SessionState() { facade->setApi(backend); }
+    SessionOperations() { facade->setApi(backend); }
     // What the backend still holds keeps the facade alive, and that the backend.
-    ~SessionState() override {
+    ~SessionOperations() override {
         backend->pendingVoid = {};
         backend->pendingUser = {};
         backend->pendingStatus = {};
@@ -125,7 +125,7 @@ protected:
         });
 };
 
-TEST_F(SessionState, LoginFetchesTheUserAndAnnouncesNothing) {
+TEST_F(SessionOperations, LoginFetchesTheUserAndAnnouncesNothing) {
     facade->login("bob", "pw", true, userCompletion());
     EXPECT_FALSE(facade->currentUser());
     backend->pendingVoid(std::nullopt);
@@ -137,7 +137,7 @@ TEST_F(SessionState, LoginFetchesTheUserAndAnnouncesNothing) {
     EXPECT_FALSE(receivedError);
 }
 
-TEST_F(SessionState, LoginRefusedClearsThenPostsThenCompletes) {
+TEST_F(SessionOperations, LoginRefusedClearsThenPostsThenCompletes) {
     signInAs("old");
     facade->login("bob", "pw", false, userCompletion());
     backend->pendingVoid(anError);
@@ -147,7 +147,7 @@ TEST_F(SessionState, LoginRefusedClearsThenPostsThenCompletes) {
     EXPECT_THAT(backend->asked, ElementsAre("currentUser", "login bob pw"));
 }
 
-TEST_F(SessionState, LoginWithoutAUserEndsTheSessionToo) {
+TEST_F(SessionOperations, LoginWithoutAUserEndsTheSessionToo) {
     for (const auto& error : {std::optional<ApiError>{anError}, std::optional<ApiError>{}}) {
         journal.clear();
         signInAs("old");
@@ -160,7 +160,7 @@ TEST_F(SessionState, LoginWithoutAUserEndsTheSessionToo) {
     }
 }
 
-TEST_F(SessionState, LogoutEndsTheSessionWhateverTheOutcome) {
+TEST_F(SessionOperations, LogoutEndsTheSessionWhateverTheOutcome) {
     for (const auto& error : {std::optional<ApiError>{anError}, std::optional<ApiError>{}}) {
         journal.clear();
         signInAs("bob");
@@ -171,7 +171,7 @@ TEST_F(SessionState, LogoutEndsTheSessionWhateverTheOutcome) {
     }
 }
 
-TEST_F(SessionState, CurrentUserThatFailsLeavesTheUser) {
+TEST_F(SessionOperations, CurrentUserThatFailsLeavesTheUser) {
     signInAs("bob");
     facade->getCurrentUser(userCompletion());
     backend->pendingUser(std::nullopt, anError);
@@ -183,7 +183,7 @@ TEST_F(SessionState, CurrentUserThatFailsLeavesTheUser) {
     EXPECT_FALSE(receivedError);
 }
 
-TEST_F(SessionState, SetTokenPostsBeforeItClears) {
+TEST_F(SessionOperations, SetTokenPostsBeforeItClears) {
     signInAs("old");
     facade->setToken("t", "s", userCompletion());
     backend->pendingUser(userNamed("bob"), std::nullopt);
@@ -201,7 +201,7 @@ TEST_F(SessionState, SetTokenPostsBeforeItClears) {
     }
 }
 
-TEST_F(SessionState, StatusIsReplacedByWhateverCame) {
+TEST_F(SessionOperations, StatusIsReplacedByWhateverCame) {
     Status status;
     status.ip = "192.0.2.1";
     std::optional<std::string> seenInside;
@@ -215,7 +215,7 @@ TEST_F(SessionState, StatusIsReplacedByWhateverCame) {
     EXPECT_FALSE(facade->currentStatus());
 }
 
-TEST_F(SessionState, OtherOperationsTouchNothing) {
+TEST_F(SessionOperations, OtherOperationsTouchNothing) {
     signInAs("bob");
     facade->createUser("u", "p", voidCompletion());
     backend->pendingVoid(anError);
@@ -224,7 +224,7 @@ TEST_F(SessionState, OtherOperationsTouchNothing) {
     EXPECT_THAT(journal, ElementsAre("completion with user bob", "completion with user bob"));
 }
 
-TEST_F(SessionState, AnObserverMayDropTheFacade) {
+TEST_F(SessionOperations, AnObserverMayDropTheFacade) {
     const auto dropping = Platform::NotificationCenter::defaultCenter().addObserver(
         "DidLogout", [this](const Platform::Notification& /*posted*/) { facade.reset(); });
     bool completed = false;
