@@ -160,6 +160,13 @@ void ScriptedServer::answerAlways(ScriptedAnswer answer) {
     always_ = std::move(answer);
 }
 
+void ScriptedServer::say(const std::string& bytes) {
+    const std::lock_guard lock{mutex_};
+    for (const auto& connection : connections_) {
+        static_cast<void>(connection->write(bytes));
+    }
+}
+
 std::vector<std::string> ScriptedServer::requests() const {
     const std::lock_guard lock{mutex_};
     return requests_;
@@ -212,7 +219,7 @@ void ScriptedServer::serve(Connection& connection) {
         }
         const auto answer = record(buffer.substr(0, size));
         buffer.erase(0, size);
-        goesOn = answer && connection.write(answer->bytes) && answer->then != ScriptedAnswer::Then::close;
+        goesOn = answer && waitForRequests(answer->afterRequests) && connection.write(answer->bytes) && answer->then != ScriptedAnswer::Then::close;
         while (goesOn && answer->then == ScriptedAnswer::Then::hold) {
             goesOn = connection.read(buffer);
         }

@@ -23,6 +23,8 @@ struct ScriptedAnswer {
     };
     std::string bytes;
     Then then = Then::keepOpen;
+    /// So many requests must have come before it says anything.
+    std::size_t afterRequests = 0;
 };
 
 /// A whole answer with a body and its length.
@@ -41,6 +43,9 @@ public:
     void answer(ScriptedAnswer answer);
     /// The answer to each request from now on.
     void answerAlways(ScriptedAnswer answer);
+
+    /// Sends bytes that nobody asked for on every open connection. Without TLS only.
+    void say(const std::string& bytes);
 
     [[nodiscard]] int port() const noexcept { return port_; }
     [[nodiscard]] std::string authority() const { return "127.0.0.1:" + std::to_string(port_); }

@@ -127,6 +127,27 @@ TEST_F(Answer, OverTheLimitIsRefused) {
               "tooLarge");
 }
 
+TEST_F(Answer, WithAHeadOverTheLimitIsRefused) {
+    configuration.maximumHeadSize = 1000;
+    const std::string lines(2'000, 'x');
+    const std::string ok = "HTTP/1.1 200 OK\r\n";
+    for (const auto& bytes : {ok + "X: " + lines + "\r\n\r\n", "HTTP/1.1 103 Hints\r\nX: " + lines + "\r\n\r\n" + ok,
+                              ok + "Transfer-Encoding: chunked\r\n\r\n0\r\nX: " + lines + "\r\n"}) {
+        EXPECT_EQ(errorName(answerTo({bytes, Then::hold})), "tooLarge") << bytes.substr(0, 40);
+    }
+}
+
+TEST_F(Answer, ThatBeginsWithAContinuationEndsItsOwnRequestAlone) {
+    ScriptedServer server;
+    const auto session = makeHttpSession(configuration);
+    for (int round = 0; round < 3; ++round) {
+        server.answer(okAnswer("good"));
+        server.answer({"HTTP/1.1 200 OK\r\n x: y\r\nContent-Length: 0\r\n\r\n", Then::close});
+        EXPECT_EQ(exchange(*session, request(server.url())).body, "good");
+        EXPECT_EQ(errorName(exchange(*session, request(server.url()))), "badAnswer");
+    }
+}
+
 TEST_F(Answer, LeavesRoomForTheParser) {
     const std::string text(100'000, '1');
     const std::string chunk = "186a0\r\n" + text + "\r\n";

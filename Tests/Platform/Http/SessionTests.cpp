@@ -65,6 +65,41 @@ TEST_F(Session, AdmitsInOrder) {
     }
 }
 
+TEST_F(Session, SendsNothingButAGetAgainWhenAKeptConnectionEnds) {
+    const struct {
+        HttpMethod method;
+        std::string error;
+        std::size_t requests;
+    } rows[] = {
+        {HttpMethod::get, "none", 3},
+        {HttpMethod::post, "connectionLost", 2},
+        {HttpMethod::put, "connectionLost", 2},
+        {HttpMethod::delete_, "connectionLost", 2},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(name(row.method));
+        ScriptedServer scripted;
+        scripted.answer(okAnswer("first"));
+        scripted.answer({"", Then::close});
+        scripted.answer(okAnswer("again"));
+        const auto session = makeHttpSession(configuration);
+        exchange(*session, request(scripted.url()));
+        EXPECT_EQ(errorName(exchange(*session, request(scripted.url(), row.method))), row.error);
+        EXPECT_EQ(scripted.requests().size(), row.requests);
+    }
+}
+
+TEST_F(Session, TakesNothingForAnAnswerThatCameBeforeTheRequest) {
+    server.answerAlways(okAnswer("own"));
+    const auto session = makeHttpSession(configuration);
+    exchange(*session, request(server.url()));
+    server.say("HTTP/1.1 408 Request Time-out\r\nContent-Length: 6\r\n\r\nothers");
+    const auto answer = exchange(*session, request(server.url(), HttpMethod::post));
+    EXPECT_EQ(answer.body, "own");
+    EXPECT_EQ(server.connections(), 2U);
+    EXPECT_EQ(server.requests().size(), 2U);
+}
+
 TEST_F(Session, LimitsEachOriginForItself) {
     configuration.connectionsPerHost = 1;
     ScriptedServer other;

@@ -62,6 +62,22 @@ protected:
     const RootsFile roots{authority.certificatePem()};
 };
 
+TEST_F(Trust, IsKeptForConnectionsThatTheServerMayHaveClosedMeanwhile) {
+    // Six are as many as libcurl tries in vain before it gives a request up.
+    constexpr std::size_t count = 6;
+    ScriptedServer server{authority.issue(forNames({}, {"127.0.0.1"}))};
+    for (std::size_t number = 0; number < count; ++number) {
+        server.answer({okAnswer("before").bytes, ScriptedAnswer::Then::close, count});
+    }
+    server.answer(okAnswer("after"));
+    const auto session = makeSession(HostValidation::full);
+    for (std::size_t number = 0; number < count; ++number) {
+        send(*session, request(server.url()));
+    }
+    ASSERT_TRUE(waitForAnswers(count) && server.waitForClosed(count));
+    EXPECT_EQ(exchange(*session, request(server.url())).body, "after");
+}
+
 TEST_F(Trust, DependsOnTheCertificateAndThePolicy) {
     struct Row {
         const char* name;

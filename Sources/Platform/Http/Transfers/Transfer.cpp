@@ -22,7 +22,8 @@ curl_off_t transferInfo(CURL* handle, CURLINFO info) {
 
 }  // namespace
 
-Transfer::Transfer(CURLSH* share, const Time& now) : handle_{curl_easy_init()}, now_{now} {
+Transfer::Transfer(CURLSH* share, ConnectionSockets& sockets, const Time& now)
+    : handle_{curl_easy_init()}, sockets_{sockets}, now_{now} {
     // The share survives the reset between two transfers.
     if (!handle_ || curl_easy_setopt(handle_.get(), CURLOPT_SHARE, share) != CURLE_OK) {
         throw std::bad_alloc{};
@@ -41,6 +42,9 @@ std::optional<HttpError> Transfer::begin(Exchange exchange, OriginQueue& queue) 
     lastProgress_ = now_;
     OptionSetter set{handle_.get()};
     set(CURLOPT_PRIVATE, this);
+    sockets_.serve(set);
+    set(CURLOPT_PREREQFUNCTION, &Transfer::onReadyToSend);
+    set(CURLOPT_PREREQDATA, this);
     set(CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
     set(CURLOPT_HEADERDATA, this);
     set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
@@ -84,24 +88,23 @@ Exchange Transfer::end() {
     queue_ = nullptr;
     static_cast<void>(headParser_.take());
     static_cast<void>(body_.take());
-    isTooLarge_ = false;
+    headSize_ = 0;
+    refusal_ = Refusal::none;
+    mayHaveBeenSent_ = false;
     bytesMoved_ = 0;
     return std::exchange(exchange_, {});
 }
 
 HttpAnswer Transfer::takeAnswer(CURLcode code) {
     HttpAnswer answer;
-    if (isTooLarge_) {
-        answer.error = HttpError{HttpError::Kind::tooLarge, "the body passes the session's limit"};
-    } else if (code != CURLE_OK) {
-        answer.error = transferError(handle_.get(), code);
-    } else if (!headParser_.isComplete()) {
-        // libcurl calls this a success.
-        answer.error = HttpError{HttpError::Kind::connectionLost, "the connection was closed within the header"};
+    // libcurl calls it a success when the connection is closed within the header.
+    if (code != CURLE_OK || refusal_ != Refusal::none || !headParser_.isComplete()) {
+        answer.error = errorOf(code);
     }
     constexpr std::int64_t noContent = 204;
     constexpr std::int64_t resetContent = 205;
-    const bool hasNoBody = isTooLarge_ || headParser_.status() == noContent || headParser_.status() == resetContent;
+    const bool hasNoBody =
+        refusal_ == Refusal::largeBody || headParser_.status() == noContent || headParser_.status() == resetContent;
     answer.body = hasNoBody ? Bytes{} : body_.take();
     if (headParser_.isComplete()) {
         answer.response = headParser_.take();
@@ -109,14 +112,74 @@ HttpAnswer Transfer::takeAnswer(CURLcode code) {
     return answer;
 }
 
+HttpError Transfer::errorOf(CURLcode code) const {
+    switch (refusal_) {
+        case Refusal::largeHead:
+            return {HttpError::Kind::tooLarge, "head and trailers pass the session's limit"};
+        case Refusal::largeBody:
+            return {HttpError::Kind::tooLarge, "the body passes the session's limit"};
+        case Refusal::spoiltConnection:
+        case Refusal::secondSending:
+            return {HttpError::Kind::connectionLost, "the server closed the connection before it answered"};
+        case Refusal::none:
+            break;
+    }
+    return code != CURLE_OK ? transferError(handle_.get(), code)
+                            : HttpError{HttpError::Kind::connectionLost, "the connection was closed within the header"};
+}
+
+int Transfer::onReadyToSend(void* transfer, char* /*remoteAddress*/, char* localAddress, int /*remotePort*/,
+                            int localPort) noexcept {
+    auto& self = *static_cast<Transfer*>(transfer);
+    self.refusal_ = self.judgeSending({localAddress, localPort});
+    self.mayHaveBeenSent_ = true;
+    return self.refusal_ == Refusal::none ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+}
+
+/// libcurl by itself sends a request again when a kept connection ends without an answer to it. That the server has not
+/// acted on the first one is known of a GET alone.
+Transfer::Refusal Transfer::judgeSending(const ConnectionSockets::LocalEnd& end) {
+    if (mayHaveBeenSent_ && exchange_.method() != HttpMethod::get && exchange_.method() != HttpMethod::head) {
+        return Refusal::secondSending;
+    }
+    long newConnections = 0;
+    const bool isKept =
+        curl_easy_getinfo(handle_.get(), CURLINFO_NUM_CONNECTS, &newConnections) == CURLE_OK && newConnections == 0;
+    return isKept && sockets_.isSpoilt(end) ? Refusal::spoiltConnection : Refusal::none;
+}
+
 std::size_t Transfer::onHeader(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept {
     auto& self = *static_cast<Transfer*>(transfer);
     try {
-        self.lastProgress_ = self.now_;
-        self.headParser_.add({bytes, size * count});
-        return size * count;
+        return self.takeHeader({bytes, size * count}) ? size * count : 0;
     } catch (const std::exception&) {
         return 0;
+    }
+}
+
+bool Transfer::takeHeader(std::string_view line) {
+    headSize_ += line.size();
+    if (headSize_ > exchange_.group->configuration().maximumHeadSize) {
+        refusal_ = Refusal::largeHead;
+        return false;
+    }
+    if (line.starts_with("HTTP/")) {
+        noteProtocol(line);
+    }
+    headParser_.add(line);
+    // Lines alone are no progress: a server could go on with them for ever.
+    if (line == "\r\n" || line == "\n") {
+        lastProgress_ = now_;
+    }
+    return true;
+}
+
+void Transfer::noteProtocol(std::string_view statusLine) {
+    const char* address = nullptr;
+    long port = 0;
+    if (statusLine.starts_with("HTTP/1") && curl_easy_getinfo(handle_.get(), CURLINFO_LOCAL_IP, &address) == CURLE_OK &&
+        address != nullptr && curl_easy_getinfo(handle_.get(), CURLINFO_LOCAL_PORT, &port) == CURLE_OK) {
+        sockets_.noteOneAtATime({address, port});
     }
 }
 
@@ -135,8 +198,11 @@ bool Transfer::takeBody(std::string_view bytes) {
             body_.expect(static_cast<std::size_t>(announced));
         }
     }
-    isTooLarge_ = !body_.append(bytes);
-    return !isTooLarge_;
+    if (!body_.append(bytes)) {
+        refusal_ = Refusal::largeBody;
+        return false;
+    }
+    return true;
 }
 
 int Transfer::onProgress(void* transfer, curl_off_t /*downloadTotal*/, curl_off_t downloaded,

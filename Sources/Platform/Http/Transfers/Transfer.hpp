@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Platform/Http/Transfers/BodyBuffer.hpp>
+#include <Platform/Http/Transfers/ConnectionSockets.hpp>
 #include <Platform/Http/Transfers/CurlHandles.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
 #include <Platform/Http/Transfers/HeaderList.hpp>
@@ -18,14 +19,14 @@ namespace Tarnwick_API::Platform {
 
 class OriginQueue;
 
-/// One easy handle and what it needs to run one hop of an exchange; used again for the next. Thread: the I/O thread.
+/// One easy handle and what it needs to run one hop of an exchange. Thread: the I/O thread.
 class Transfer {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// `share` keeps the TLS sessions; `now` is the I/O thread's clock, read where bytes arrive. Both must outlive
-    /// this. Throws std::bad_alloc.
-    Transfer(CURLSH* share, const Time& now);
+    /// `share` keeps the TLS sessions; `now` is the I/O thread's clock, read where bytes arrive. All must outlive this.
+    /// Throws std::bad_alloc.
+    Transfer(CURLSH* share, ConnectionSockets& sockets, const Time& now);
 
     /// The transfer that runs on `handle`; null when none does.
     [[nodiscard]] static Transfer* on(CURL* handle) noexcept;
@@ -44,10 +45,13 @@ public:
     [[nodiscard]] bool hasAnswer() const noexcept { return headParser_.isComplete(); }
     [[nodiscard]] bool isMultiplexed() const;
 
+    /// Whether it was ended before its request went out, as the connection kept for it was spoilt; that one is closed.
+    [[nodiscard]] bool hasMetSpoiltConnection() const noexcept { return refusal_ == Refusal::spoiltConnection; }
+
     /// The redirect that the answer asks for, or null.
     [[nodiscard]] std::unique_ptr<Hop> redirect() const;
 
-    /// Gives the exchange back and forgets the rest, ready for `begin`.
+    /// Gives the exchange back and forgets the rest, ready for `begin` where a handle may be used again.
     [[nodiscard]] Exchange end();
 
     /// What became of the transfer, which libcurl ended with `code`. Once, and before `end`.
@@ -57,21 +61,33 @@ public:
     std::size_t position = 0;
 
 private:
+    /// What this end does not let happen.
+    enum class Refusal { none, largeHead, largeBody, spoiltConnection, secondSending };
+
+    static int onReadyToSend(void* transfer, char* remoteAddress, char* localAddress, int remotePort,
+                             int localPort) noexcept;
     static std::size_t onHeader(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept;
     static std::size_t onBody(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept;
     static int onProgress(void* transfer, curl_off_t downloadTotal, curl_off_t downloaded, curl_off_t uploadTotal,
                           curl_off_t uploaded) noexcept;
 
+    [[nodiscard]] Refusal judgeSending(const ConnectionSockets::LocalEnd& end);
+    [[nodiscard]] bool takeHeader(std::string_view line);
+    void noteProtocol(std::string_view statusLine);
     [[nodiscard]] bool takeBody(std::string_view bytes);
+    [[nodiscard]] HttpError errorOf(CURLcode code) const;
 
     CurlEasy handle_;
+    ConnectionSockets& sockets_;
     const Time& now_;
     Exchange exchange_;
     OriginQueue* queue_ = nullptr;
     HeaderList headers_;
     ResponseHeadParser headParser_;
     BodyBuffer body_;
-    bool isTooLarge_ = false;
+    std::size_t headSize_ = 0;
+    Refusal refusal_ = Refusal::none;
+    bool mayHaveBeenSent_ = false;
     Time lastProgress_;
     curl_off_t bytesMoved_ = 0;
 };

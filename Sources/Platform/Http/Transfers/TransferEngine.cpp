@@ -20,8 +20,12 @@ namespace {
 /// and so would close most of them whenever a burst of requests ends.
 constexpr long idleConnections = 64;
 
-/// Enough for one full HTTP/2 connection.
-constexpr std::size_t mostSpareTransfers = 128;
+/// Enough for one full HTTP/2 connection. None with libcurl before 8.1.0, which keeps a pointer into an answer's head
+/// beyond the reset of the handle, and uses it for the next answer whose first line is a continuation.
+std::size_t mostSpareTransfers() noexcept {
+    constexpr unsigned mended = 0x080100;
+    return curl_version_info(CURLVERSION_NOW)->version_num >= mended ? 128 : 0;
+}
 
 std::optional<HttpError> multiError(CURLMcode code) {
     if (code == CURLM_OK) {
@@ -70,7 +74,7 @@ void TransferEngine::start(Exchange exchange) {
 void TransferEngine::launch(Exchange exchange, OriginQueue& queue) {
     auto transfer = [this] {
         if (spare_.empty()) {
-            return std::make_unique<Transfer>(share_.get(), now_);
+            return std::make_unique<Transfer>(share_.get(), sockets_, now_);
         }
         auto last = std::move(spare_.back());
         spare_.pop_back();
@@ -118,6 +122,10 @@ bool TransferEngine::perform() {
 void TransferEngine::finish(Transfer& transfer, CURLcode code) {
     auto& queue = transfer.queue();
     queue.leave();
+    if (transfer.hasMetSpoiltConnection()) {
+        launch(recycle(detach(transfer)), queue);
+        return;
+    }
     if (transfer.hasAnswer()) {
         queue.answered(transfer.isMultiplexed());
     }
@@ -181,7 +189,7 @@ std::unique_ptr<Transfer> TransferEngine::detach(Transfer& transfer) {
 
 Exchange TransferEngine::recycle(std::unique_ptr<Transfer> transfer) {
     auto exchange = transfer->end();
-    if (spare_.size() < mostSpareTransfers) {
+    if (spare_.size() < mostSpareTransfers()) {
         spare_.push_back(std::move(transfer));
     }
     return exchange;

@@ -51,9 +51,12 @@ private:
     [[nodiscard]] Exchange recycle(std::unique_ptr<Transfer> transfer);
 
     CurlShare share_;
+    /// Before the multi handle, which closes its connections when it goes.
+    ConnectionSockets sockets_;
     CurlMulti multi_;
     Time now_;
     std::vector<std::unique_ptr<Transfer>> running_;
+    /// Empty where no handle may be used twice.
     std::vector<std::unique_ptr<Transfer>> spare_;
     /// No transfer is overdue before this. It may be too early, as progress moves deadlines on.
     Time nextCheck_ = Time::max();

@@ -28,6 +28,9 @@ HttpError::Kind errorKind(CURLcode code) noexcept {
             return Kind::timedOut;
         case CURLE_SSL_CONNECT_ERROR:
             return Kind::tls;
+        // How a head shows whose first line is a continuation.
+        case CURLE_BAD_FUNCTION_ARGUMENT:
+            return Kind::badAnswer;
         case CURLE_TOO_MANY_REDIRECTS:
             return Kind::tooManyRedirects;
         case CURLE_GOT_NOTHING:

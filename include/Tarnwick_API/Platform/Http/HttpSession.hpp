@@ -29,7 +29,7 @@ struct HttpError {
         certificate,       ///< the server's certificate was refused
         tls,               ///< any other TLS failure
         badAnswer,         ///< not HTTP, or damaged coding or framing
-        tooLarge,          ///< the body passes the session's limit
+        tooLarge,          ///< head or body pass the session's limit
         tooManyRedirects,  ///< more than 20
         cancelled,         ///< the session was dropped
         other,
@@ -113,10 +113,13 @@ struct HttpSessionConfiguration {
     std::map<std::string, HostValidation, std::less<>> trustPolicies;
     /// A file of PEM certificates to trust in place of the system's.
     std::optional<std::string> trustedRootsFile;
-    /// Ends an exchange during which no byte has come or gone for this long, connecting included.
+    /// Ends an exchange during which no byte of a body has come or gone, and no head has come whole, for this long;
+    /// connecting included.
     std::chrono::milliseconds idleTimeout = std::chrono::seconds{60};
     /// Ends an exchange that takes longer in all.
     std::chrono::seconds wholeTimeout = std::chrono::hours{24 * 7};
+    /// The largest head taken, in bytes: that of the answer, those of interim answers before it, and the trailers.
+    std::size_t maximumHeadSize = std::size_t{1024} * 1024;
     /// The largest body taken, in bytes after decompression.
     std::size_t maximumBodySize = std::size_t{256} * 1024 * 1024;
     /// Connections to one host over HTTP/1.1, and requests at once on one HTTP/2 connection.
