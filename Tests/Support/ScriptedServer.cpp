@@ -219,7 +219,8 @@ void ScriptedServer::serve(Connection& connection) {
         }
         const auto answer = record(buffer.substr(0, size));
         buffer.erase(0, size);
-        goesOn = answer && waitForRequests(answer->afterRequests) && connection.write(answer->bytes) && answer->then != ScriptedAnswer::Then::close;
+        goesOn = answer && waitForRequests(answer->afterRequests) && connection.write(answer->bytes) &&
+                 answer->then != ScriptedAnswer::Then::close;
         while (goesOn && answer->then == ScriptedAnswer::Then::hold) {
             goesOn = connection.read(buffer);
         }

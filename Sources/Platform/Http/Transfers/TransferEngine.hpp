@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Platform/Http/Transfers/ConnectionSockets.hpp>
 #include <Platform/Http/Transfers/CurlHandles.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
 
