@@ -10,7 +10,7 @@
 
 namespace Tarnwick_API::Platform {
 
-/// Why a call of the Secret Service ends before its end. Never leaves this room.
+/// Why a call of the Secret Service ends before its end. Never leaves this module.
 class SecretServiceError : public std::exception {
 public:
     /// `reason` is for the debug channel: no secret and no account is in it. `isOffered` is false when there certainly
