@@ -97,6 +97,8 @@ struct RequestEngine::Chain {
     Platform::Url url;
     SharedRequest request;
     RequestCompletion onCompletion;
+    /// Where it began, and so goes on.
+    std::shared_ptr<Platform::MainQueue> queue = Platform::MainQueue::main();
 
     void completeNotReachable() const {
         deliver(onCompletion, std::nullopt, ApiResult{.status = 0, .error = ResponseError::notReachable()});
@@ -123,8 +125,15 @@ void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount) {
         return;
     }
     const auto request = naming(chain->request, chain->engine.owner_->apiHost());
-    session->send(request,
-                  [chain, retryCount](Platform::HttpAnswer answer) { receive(chain, retryCount, std::move(answer)); });
+    session->send(request, [chain, retryCount](Platform::HttpAnswer answer) {
+        if (chain->queue == Platform::MainQueue::main()) {
+            receive(chain, retryCount, std::move(answer));
+            return;
+        }
+        // The session answers a retry on the queue of that moment. A task must be copyable: so the answer is shared.
+        const auto shared = std::make_shared<Platform::HttpAnswer>(std::move(answer));
+        chain->queue->soon([chain, retryCount, shared] { receive(chain, retryCount, std::move(*shared)); });
+    });
     logRequest(*request, session->defaultHeaders());
 }
 
@@ -148,8 +157,7 @@ void RequestEngine::retryOrGiveUp(const SharedChain& chain, std::int64_t retryCo
         chain->completeNotReachable();
         return;
     }
-    Platform::MainQueue::main()->after(pauseBeforeRetry(retryCount),
-                                       [chain, retryCount] { attempt(chain, retryCount + 1); });
+    chain->queue->after(pauseBeforeRetry(retryCount), [chain, retryCount] { attempt(chain, retryCount + 1); });
 }
 
 }  // namespace Tarnwick_API

@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Calls/LoginError.hpp>
 
-#include <Platform/Text/AsciiText.hpp>
+#include <Platform/Text/CaseMapping.hpp>
 
 #include <algorithm>
 #include <array>
@@ -24,6 +24,9 @@ constexpr std::array rows{
     Row{LoginError::consumerKeyMissing, LoginResponseType::consumerKeyMissing, "CONSUMER KEY MISSING OR INVALID"},
 };
 
+/// More than any text of the table takes before it is in upper case.
+constexpr std::size_t longestBeginning = 128;
+
 }  // namespace
 
 std::string_view rawValue(LoginResponseType type) noexcept {
@@ -36,9 +39,9 @@ std::optional<LoginResponseType> loginResponseType(std::string_view text) noexce
 }
 
 std::optional<LoginError> LoginError::from(std::string_view responseText) {
-    const auto* const row = std::find_if(rows.begin(), rows.end(), [responseText](const Row& row) {
-        return Platform::equalsIgnoringAsciiCase(responseText.substr(0, row.text.size()), row.text);
-    });
+    const auto beginning = Platform::upperCased(responseText.substr(0, longestBeginning));
+    const auto* const row = std::find_if(rows.begin(), rows.end(),
+                                         [&beginning](const Row& row) { return beginning.starts_with(row.text); });
     return row == rows.end() ? std::nullopt : std::optional<LoginError>{row->error};
 }
 

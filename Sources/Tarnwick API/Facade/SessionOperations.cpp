@@ -4,6 +4,7 @@
 
 #include <Calls/DeliverCompletion.hpp>
 
+#include <exception>
 #include <utility>
 
 namespace Tarnwick_API {
@@ -13,9 +14,24 @@ void TarnwickApi::postDidLogout() {
         {.name = ApiNotification{ApiNotification::DidLogout}.name(), .object = shared_from_this()});
 }
 
-void TarnwickApi::endSession() {
+template <typename Finish>
+void TarnwickApi::postDidLogoutAnd(const Finish& finish) {
+    std::exception_ptr thrown;
+    try {
+        postDidLogout();
+    } catch (...) {
+        thrown = std::current_exception();
+    }
+    finish();
+    if (thrown) {
+        std::rethrow_exception(thrown);
+    }
+}
+
+template <typename Finish>
+void TarnwickApi::endSessionAnd(const Finish& finish) {
     internalCurrentUser_ = std::nullopt;
-    postDidLogout();
+    postDidLogoutAnd(finish);
 }
 
 void TarnwickApi::login(const std::string& username, const std::string& password, bool qvImport,
@@ -23,15 +39,13 @@ void TarnwickApi::login(const std::string& username, const std::string& password
     auto fetchUser = [self = shared_from_this(),
                       onCompletion = std::move(onCompletion)](std::optional<ApiError> loginError) mutable {
         if (loginError) {
-            self->endSession();
-            deliver(onCompletion, std::nullopt, std::move(loginError));
+            self->endSessionAnd([&] { deliver(onCompletion, std::nullopt, std::move(loginError)); });
             return;
         }
         self->api_->currentUser(
             [self, onCompletion = std::move(onCompletion)](std::optional<User> user, std::optional<ApiError> error) {
                 if (!user) {
-                    self->endSession();
-                    deliver(onCompletion, std::nullopt, std::move(error));
+                    self->endSessionAnd([&] { deliver(onCompletion, std::nullopt, std::move(error)); });
                     return;
                 }
                 self->internalCurrentUser_ = user;
@@ -43,8 +57,7 @@ void TarnwickApi::login(const std::string& username, const std::string& password
 
 void TarnwickApi::logout(Completion<void> onCompletion) {
     api_->logout([self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<ApiError> error) {
-        self->endSession();
-        deliver(onCompletion, std::move(error));
+        self->endSessionAnd([&] { deliver(onCompletion, std::move(error)); });
     });
 }
 
@@ -70,9 +83,10 @@ void TarnwickApi::setToken(const std::string& token, const std::string& secret, 
                            return;
                        }
                        // Observers still see the old user here, unlike after a failed sign-in.
-                       self->postDidLogout();
-                       self->internalCurrentUser_ = std::nullopt;
-                       deliver(onCompletion, std::nullopt, std::move(error));
+                       self->postDidLogoutAnd([&] {
+                           self->internalCurrentUser_ = std::nullopt;
+                           deliver(onCompletion, std::nullopt, std::move(error));
+                       });
                    });
 }
 

@@ -159,8 +159,8 @@ TEST_F(Session, MayBeDroppedInACompletion) {
     server.answerAlways(okAnswer("x"));
     auto session = makeHttpSession(configuration);
     bool isDone = false;
-    session->send(request(server.url()), [&](HttpAnswer) {
-        session->send(request(server.url()), [&](HttpAnswer) { isDone = true; });
+    session->send(request(server.url()), [&](const HttpAnswer&) {
+        session->send(request(server.url()), [&](const HttpAnswer&) { isDone = true; });
         session.reset();
     });
     EXPECT_TRUE(queue->runUntil([&] { return isDone; }));
@@ -178,8 +178,10 @@ TEST_F(Session, TakesRequestsFromManyThreads) {
     server.answerAlways(okAnswer("x"));
     const auto session = makeHttpSession(configuration);
     constexpr std::size_t each = 100;
+    constexpr std::size_t senders = 4;
     std::vector<std::thread> threads;
-    for (int index = 0; index < 4; ++index) {
+    threads.reserve(senders);
+    for (std::size_t index = 0; index < senders; ++index) {
         threads.emplace_back([&] {
             for (std::size_t count = 0; count < each; ++count) {
                 send(*session, request(server.url()));
@@ -189,7 +191,7 @@ TEST_F(Session, TakesRequestsFromManyThreads) {
     for (auto& thread : threads) {
         thread.join();
     }
-    ASSERT_TRUE(waitForAnswers(4 * each));
+    ASSERT_TRUE(waitForAnswers(senders * each));
     EXPECT_TRUE(std::all_of(answers.begin(), answers.end(), [](const auto& answer) { return answer.body == "x"; }));
 }
 

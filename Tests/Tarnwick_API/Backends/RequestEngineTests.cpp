@@ -75,6 +75,20 @@ TEST_F(RequestEngine, SucceedsOnALaterAttempt) {
     EXPECT_EQ(outcome.result.status, 200);
 }
 
+TEST_F(RequestEngine, GoesOnWhereItBegan) {
+    session->script({ScriptedHttpSession::failure(), ScriptedHttpSession::answer(200, "yes")});
+    Outcome outcome;
+    send(outcome);
+    const auto other = std::make_shared<Platform::VirtualTimeMainQueue>();
+    Platform::MainQueue::setMain(other);
+    queue->runAll();
+    EXPECT_EQ(queue->pausesAskedFor().size(), 1U);
+    other->runAll();
+    EXPECT_EQ(outcome.times, 0);
+    queue->runAll();
+    EXPECT_EQ(outcome.body, "yes");
+}
+
 TEST_F(RequestEngine, TellsAtOnceThatTheServiceIsOutOfReach) {
     session->reachableTimes = 0;
     Outcome outcome;

@@ -32,6 +32,7 @@ TEST(LoginErrors, AreRecognisedByTheBeginningOfTheText) {
         {"INVALID CONSUMER ACCESS RIGHTS", LoginError::invalidConsumerRights},
         {"invalid consumer key", LoginError::invalidConsumerKey},
         {"Consumer key missing or invalid.", LoginError::consumerKeyMissing},
+        {"\u0131nvalid con\u017Fumer key", LoginError::invalidConsumerKey},
         {" NOT LOGGED IN", std::nullopt},
         {"NOT LOGGED I", std::nullopt},
         {"", std::nullopt},

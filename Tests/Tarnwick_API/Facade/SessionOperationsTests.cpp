@@ -2,7 +2,9 @@
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
 #include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
 
+#include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -168,6 +170,32 @@ TEST_F(SessionOperations, LogoutEndsTheSessionWhateverTheOutcome) {
         backend->pendingVoid(error);
         EXPECT_THAT(journal, ElementsAre("DidLogout with user none", "completion with user none"));
         EXPECT_EQ(receivedError, error);
+    }
+}
+
+TEST_F(SessionOperations, AnObserverThatThrowsHoldsNothingUp) {
+    const auto throwing = Platform::NotificationCenter::defaultCenter().addObserver(
+        "DidLogout", [](const auto&) { throw std::runtime_error{"observer"}; });
+    const std::function<void()> failures[] = {
+        [this] {
+            facade->login("bob", "pw", false, userCompletion());
+            backend->pendingVoid(anError);
+        },
+        [this] {
+            facade->logout(voidCompletion());
+            backend->pendingVoid(anError);
+        },
+        [this] {
+            facade->setToken("t", "s", userCompletion());
+            backend->pendingUser(std::nullopt, anError);
+        },
+    };
+    for (const auto& fail : failures) {
+        signInAs("bob");
+        receivedError.reset();
+        EXPECT_THROW(fail(), std::runtime_error);
+        EXPECT_EQ(receivedError, anError);
+        EXPECT_FALSE(facade->currentUser());
     }
 }
 

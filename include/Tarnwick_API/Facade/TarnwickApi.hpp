@@ -172,7 +172,11 @@ public:
 
 private:
     void postDidLogout();
-    void endSession();
+    /// Calls `finish` also when an observer throws, which then goes on.
+    template <typename Finish>
+    void postDidLogoutAnd(const Finish& finish);
+    template <typename Finish>
+    void endSessionAnd(const Finish& finish);
 
     std::optional<User> internalCurrentUser_;
     std::optional<Status> internalCurrentStatus_;

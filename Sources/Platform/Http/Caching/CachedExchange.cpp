@@ -4,8 +4,10 @@
 
 #include <Platform/Http/Caching/CacheThread.hpp>
 #include <Platform/Http/Caching/CachingRules.hpp>
+#include <Platform/Logging/DebugChannel.hpp>
 
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <string>
 #include <utility>
@@ -17,6 +19,27 @@ namespace {
 constexpr std::int64_t firstSuccess = 200;
 constexpr std::int64_t notModified = 304;
 constexpr std::int64_t firstError = 400;
+
+/// What `use` gives; what it would give by default when a host's own cache throws, which its developer is told.
+template <typename Use>
+auto unlessItThrows(const Use& use) -> decltype(use()) {
+    try {
+        return use();
+    } catch (const std::exception& error) {
+        DebugChannel::write(std::string{"The cache has failed: "}.append(error.what()), "transfer");
+    } catch (...) {
+        DebugChannel::write("The cache has failed", "transfer");
+    }
+    return decltype(use())();
+}
+
+void store(const CachedExchange& exchange, const std::shared_ptr<const CachedUrlResponse>& entry) {
+    unlessItThrows([&] { exchange.cache->storeCachedResponse(entry, *exchange.request); });
+}
+
+void remove(const CachedExchange& exchange, const HttpRequest& request) {
+    unlessItThrows([&] { exchange.cache->removeCachedResponse(request); });
+}
 
 RequestFields fieldsOf(const CachedExchange& exchange) {
     return {*exchange.request, *exchange.sessionHeaders};
@@ -44,7 +67,7 @@ void settleValidation(CachedExchange exchange, const HttpResponse& validation, c
     }
     const auto entry = StoredResponse::entry(*freshened, exchange.stored->body(), fieldsOf(exchange), times);
     exchange.onAnswer({answerFrom(std::move(*freshened), *entry->body, HttpAnswer::Source::revalidated)});
-    exchange.cache->storeCachedResponse(entry, *exchange.request);
+    store(exchange, entry);
 }
 
 /// Answers with the server's response, and stores it or gives up what it makes invalid.
@@ -60,7 +83,7 @@ void settle(CachedExchange exchange, TransportResult result) {
         exchange.onAnswer(std::move(result));
         if (!isError) {
             const HttpRequest changed{HttpMethod::get, exchange.request->url(), {}, ParameterEncoding::url, {}};
-            exchange.cache->removeCachedResponse(changed);
+            remove(exchange, changed);
         }
         return;
     }
@@ -71,9 +94,9 @@ void settle(CachedExchange exchange, TransportResult result) {
                                 : nullptr;
     exchange.onAnswer(std::move(result));
     if (entry) {
-        exchange.cache->storeCachedResponse(entry, *exchange.request);
+        store(exchange, entry);
     } else if (!isError) {
-        exchange.cache->removeCachedResponse(*exchange.request);
+        remove(exchange, *exchange.request);
     }
 }
 
@@ -103,7 +126,8 @@ void answerOrForward(CachedExchange exchange) {
         return;
     }
     const auto fields = fieldsOf(exchange);
-    auto stored = StoredResponse::read(exchange.cache->cachedResponse(*exchange.request), fields);
+    const auto found = unlessItThrows([&] { return exchange.cache->cachedResponse(*exchange.request); });
+    auto stored = StoredResponse::read(found, fields);
     const auto now = WallClock::now();
     if (stored && stored->isFresh(now, requestDirectives(fields))) {
         auto response = stored->response();

@@ -59,6 +59,7 @@ struct CachedUrlResponse {
 /// read counts as absent. It deletes and changes nothing that it has not made. The file, "Cache.db", is private (0600)
 /// and must not be a symbolic link. Thread: any. Operations may wait for the disk, and up to two seconds for another
 /// process that writes, so none belongs on the main queue. A process does not use a cache that it had before it forked.
+/// What an override throws costs a session this cache for that request alone; the debug channel tells it.
 class UrlCache {
 public:
     /// 4 MiB of memory, 20 MiB of disk, in `defaultPath()`.
