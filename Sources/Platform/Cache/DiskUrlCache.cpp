@@ -45,14 +45,14 @@ std::string findCacheFile(const std::filesystem::path& file) {
 
 }  // namespace
 
-DiskUrlCache::DiskUrlCache(std::filesystem::path folder, std::size_t capacity) : capacity_{capacity} {
+DiskUrlCache::DiskUrlCache(const std::filesystem::path& folder, std::size_t capacity) : capacity_{capacity} {
     if (folder.empty() || folder.native().find('\0') != std::string::npos) {
         return;
     }
     // A later change of the working folder shall not lose the entries.
     std::error_code error;
-    auto absolute = std::filesystem::absolute(folder, error);
-    file_ = (error ? std::move(folder) : std::move(absolute)) / "Cache.db";
+    const auto absolute = std::filesystem::absolute(folder, error);
+    file_ = (error ? folder : absolute) / "Cache.db";
 }
 
 DiskUrlCache::~DiskUrlCache() {

@@ -17,7 +17,7 @@ namespace Tarnwick_API::Platform {
 class DiskUrlCache {
 public:
     /// No folder, or a capacity of 0: no disk is touched.
-    DiskUrlCache(std::filesystem::path folder, std::size_t capacity);
+    DiskUrlCache(const std::filesystem::path& folder, std::size_t capacity);
     DiskUrlCache(const DiskUrlCache&) = delete;
     DiskUrlCache& operator=(const DiskUrlCache&) = delete;
     ~DiskUrlCache();
