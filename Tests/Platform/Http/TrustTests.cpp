@@ -80,9 +80,10 @@ TEST_F(Trust, IsKeptForConnectionsThatTheServerMayHaveClosedMeanwhile) {
 
 TEST_F(Trust, DependsOnTheCertificateAndThePolicy) {
     struct Row {
-        const char* name;
+        const char* name = nullptr;
         Certificate certificate;
-        const char *full, *chainOnly;
+        const char* full = nullptr;
+        const char* chainOnly = nullptr;
     };
     const std::vector<std::string> host{"api.example.test"};
     const std::vector<std::string> literal{"127.0.0.1"};
