@@ -97,8 +97,14 @@ struct RequestEngine::Chain {
     Platform::Url url;
     SharedRequest request;
     RequestCompletion onCompletion;
-    /// Where it began, and so goes on.
-    std::shared_ptr<Platform::MainQueue> queue = Platform::MainQueue::main();
+    /// Not kept alive: the queue's tasks keep the chain.
+    std::weak_ptr<Platform::MainQueue> firstQueue = Platform::MainQueue::main();
+
+    /// Where it began, and so goes on, unless that queue is no more.
+    [[nodiscard]] std::shared_ptr<Platform::MainQueue> queue() const {
+        auto first = firstQueue.lock();
+        return first ? first : Platform::MainQueue::main();
+    }
 
     void completeNotReachable() const {
         deliver(onCompletion, std::nullopt, ApiResult{.status = 0, .error = ResponseError::notReachable()});
@@ -126,13 +132,14 @@ void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount) {
     }
     const auto request = naming(chain->request, chain->engine.owner_->apiHost());
     session->send(request, [chain, retryCount](Platform::HttpAnswer answer) {
-        if (chain->queue == Platform::MainQueue::main()) {
+        const auto queue = chain->queue();
+        if (queue == Platform::MainQueue::main()) {
             receive(chain, retryCount, std::move(answer));
             return;
         }
         // The session answers a retry on the queue of that moment. A task must be copyable: so the answer is shared.
         const auto shared = std::make_shared<Platform::HttpAnswer>(std::move(answer));
-        chain->queue->soon([chain, retryCount, shared] { receive(chain, retryCount, std::move(*shared)); });
+        queue->soon([chain, retryCount, shared] { receive(chain, retryCount, std::move(*shared)); });
     });
     logRequest(*request, session->defaultHeaders());
 }
@@ -157,7 +164,7 @@ void RequestEngine::retryOrGiveUp(const SharedChain& chain, std::int64_t retryCo
         chain->completeNotReachable();
         return;
     }
-    chain->queue->after(pauseBeforeRetry(retryCount), [chain, retryCount] { attempt(chain, retryCount + 1); });
+    chain->queue()->after(pauseBeforeRetry(retryCount), [chain, retryCount] { attempt(chain, retryCount + 1); });
 }
 
 }  // namespace Tarnwick_API
