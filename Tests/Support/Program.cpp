@@ -40,6 +40,7 @@ Program::Program(const std::vector<std::string>& command, const std::string& inp
     const Pipe in;
     const Pipe out;
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const auto& argument : command) {
         arguments.push_back(const_cast<char*>(argument.c_str()));
     }

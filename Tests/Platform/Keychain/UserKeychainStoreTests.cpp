@@ -25,7 +25,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using ::testing::HasSubstr;
-using ::testing::Optional;
 
 constexpr auto success = KeychainStatus::success;
 constexpr std::chrono::milliseconds timeout{60'000};
