@@ -1,6 +1,7 @@
 #include <Platform/Concurrency/DetachedThread.hpp>
 
-#include <csignal>
+#include <Platform/Concurrency/ThreadSignals.hpp>
+
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -10,9 +11,7 @@ namespace Tarnwick_API::Platform {
 bool startDetachedThread(std::function<void()> body) {
     try {
         std::thread{[work = std::move(body)] {
-            sigset_t all{};
-            sigfillset(&all);
-            pthread_sigmask(SIG_BLOCK, &all, nullptr);
+            blockSignals();
             work();
         }}.detach();
     } catch (const std::system_error&) {

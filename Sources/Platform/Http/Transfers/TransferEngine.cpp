@@ -123,7 +123,11 @@ void TransferEngine::finish(Transfer& transfer, CURLcode code) {
     auto& queue = transfer.queue();
     queue.leave();
     if (transfer.hasMetSpoiltConnection()) {
-        launch(recycle(detach(transfer)), queue);
+        auto exchange = recycle(detach(transfer));
+        const auto group = exchange.group;
+        launch(std::move(exchange), queue);
+        // It may have ended at once.
+        admitWaiting(queue);
         return;
     }
     if (transfer.hasAnswer()) {
