@@ -271,8 +271,11 @@ TEST_F(Cache, GivesUpAnAnswerThatAnotherRequestMakesInvalid) {
     auto configuration = sessionConfiguration();
     configuration.cache = cache;
     const auto session = Platform::makeHttpSession(configuration);
+    service.faults().add({.path = "y", .status = 500});
     service.faults().add({.count = 100, .method = "GET", .body = "x", .headers = {{"Cache-Control", "max-age=9"}}});
-    service.faults().add({.count = 1, .method = "PUT", .status = 500});
+    service.faults().add({.method = "PUT", .status = 500});
+    service.faults().add({.method = "PUT", .status = 200});
+    service.faults().add({.method = "PUT", .status = 303, .headers = {{"Location", "/vb/y"}}});
     service.faults().add({.count = 100, .status = 200});
     const struct {
         HttpMethod method = HttpMethod::get;
@@ -282,7 +285,8 @@ TEST_F(Cache, GivesUpAnAnswerThatAnotherRequestMakesInvalid) {
         {HttpMethod::get, Source::network, 1},     {HttpMethod::get, Source::cache, 1},
         {HttpMethod::options, Source::network, 2}, {HttpMethod::put, Source::network, 3},
         {HttpMethod::get, Source::cache, 3},       {HttpMethod::put, Source::network, 4},
-        {HttpMethod::get, Source::network, 5},
+        {HttpMethod::get, Source::network, 5},     {HttpMethod::put, Source::network, 7},
+        {HttpMethod::get, Source::network, 8},
     };
     for (const auto& row : rows) {
         std::optional<Platform::HttpAnswer> answer;
