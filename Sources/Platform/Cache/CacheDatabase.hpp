@@ -4,9 +4,11 @@
 #include <Platform/Sqlite/SqliteConnection.hpp>
 #include <Platform/Sqlite/SqliteError.hpp>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace Tarnwick_API::Platform {
 
@@ -56,6 +58,9 @@ public:
         void commit();
 
     private:
+        friend class CacheDatabase;
+        Transaction(CacheDatabase& database, const char* begin);
+
         CacheDatabase& database_;
         bool isOpen_ = true;
     };
@@ -63,8 +68,10 @@ public:
 private:
     struct Statements;
 
-    void checkHeader();
     void layOut();
+    void makeLayout();
+    [[nodiscard]] std::int64_t number(std::string_view sql);
+    void set(const char* pragma, std::uint32_t value);
 
     SqliteConnection connection_;
     std::unique_ptr<Statements> statements_;
