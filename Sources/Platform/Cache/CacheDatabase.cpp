@@ -11,8 +11,6 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-constexpr std::chrono::milliseconds timeout = std::chrono::seconds{2};
-
 // A use changes `entry` and its index only, and eviction reads nothing but the index: bodies lie apart. The triggers
 // keep the total right in the transaction of whatever changes it.
 constexpr const char* layout =
@@ -26,6 +24,10 @@ constexpr const char* layout =
     "CREATE TRIGGER entry_added AFTER INSERT ON entry BEGIN UPDATE total SET size = size + NEW.size; END;"
     "CREATE TRIGGER entry_removed AFTER DELETE ON entry BEGIN UPDATE total SET size = size - OLD.size;"
     " DELETE FROM content WHERE id = OLD.id; END";
+
+int waitForLock(void* patience, int wait) {
+    return static_cast<LockPatience*>(patience)->waitOnce(wait) ? 1 : 0;
+}
 
 }  // namespace
 
@@ -62,7 +64,13 @@ bool CacheDatabase::isFinal(const SqliteError& error) noexcept {
     }
 }
 
-CacheDatabase::CacheDatabase(const std::string& path) : connection_{path, timeout} {
+bool CacheDatabase::isLock(const SqliteError& error) noexcept {
+    return error.primaryCode() == SQLITE_BUSY;
+}
+
+CacheDatabase::CacheDatabase(const std::string& path, LockPatience& patience)
+    : connection_{path, std::chrono::milliseconds{0}} {
+    sqlite3_busy_handler(connection_.handle(), &waitForLock, &patience);
     checkCacheFileHeader(connection_.handle());
     try {
         connection_.run(
@@ -119,7 +127,7 @@ void CacheDatabase::layOut() {
     try {
         connection_.run("PRAGMA journal_mode = WAL");
     } catch (const SqliteError& error) {
-        if (error.primaryCode() != SQLITE_BUSY) {  // when busy, a later process turns the log on
+        if (!isLock(error)) {  // when busy, a later process turns the log on
             throw;
         }
     }

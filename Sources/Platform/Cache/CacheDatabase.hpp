@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Platform/Cache/LockPatience.hpp>
 #include <Platform/Cache/ResponseCoding.hpp>
 #include <Platform/Sqlite/SqliteConnection.hpp>
 #include <Platform/Sqlite/SqliteError.hpp>
@@ -21,13 +22,16 @@ class CacheDatabase {
 public:
     /// Opens the existing file, and lays it out when it is empty. One that is no cache of this version is refused
     /// before anything of it is changed.
-    explicit CacheDatabase(const std::string& path);
+    /// Locks of other processes are waited for while there is `patience`, which must outlive this.
+    CacheDatabase(const std::string& path, LockPatience& patience);
     CacheDatabase(const CacheDatabase&) = delete;
     CacheDatabase& operator=(const CacheDatabase&) = delete;
     ~CacheDatabase();
 
     /// Whether no later try will do better with this file.
     [[nodiscard]] static bool isFinal(const SqliteError& error) noexcept;
+    /// Whether another process has the file, or what is needed of it.
+    [[nodiscard]] static bool isLock(const SqliteError& error) noexcept;
 
     /// False when the file at the path is another one by now, or none.
     [[nodiscard]] bool isInPlace() const;
