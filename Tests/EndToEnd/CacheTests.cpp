@@ -122,6 +122,17 @@ TEST_F(Cache, AnswersByTheRulesForAPrivateCache) {
         {"a date of expiry, passed", {dated("Expires", 60)}, 60, ""},
         {"a lifetime counts from Date", {dated("Date", -30), dated("Expires", 10)}, 9, reused},
         {"Expires that is no date", {{"Expires", "0"}}, 0, ""},
+        {"Expires in any case", {{"Expires", "tHU, 18 aUG 2050 02:01:18 gmt"}}, 0, reused},
+        {"Expires with a short year", {{"Expires", "Thursday, 18-Aug-50 02:01:18 GMT"}}, 0, reused},
+        {"a short year long gone", {{"Expires", "Wednesday, 18-Aug-99 02:01:18 GMT"}}, 0, ""},
+        {"Expires without a zone", {{"Expires", "Mon Aug  8 02:01:18 2050"}}, 0, reused},
+        {"another zone", {{"Expires", "Thu, 18 Aug 2050 02:01:18 UTC"}}, 0, ""},
+        {"no century", {{"Expires", "Thu, 18 Aug 50 02:01:18 GMT"}}, 0, ""},
+        {"no comma", {{"Expires", "Thu 18 Aug 2050 02:01:18 GMT"}}, 0, ""},
+        {"double blanks", {{"Expires", "Thu,  18  Aug  2050  02:01:18  GMT"}}, 0, ""},
+        {"dashes", {{"Expires", "Thu, 18-Aug-2050 02:01:18 GMT"}}, 0, ""},
+        {"an hour of one digit", {{"Expires", "Thu, 18 Aug 2050 2:01:18 GMT"}}, 0, ""},
+        {"a day that no month has", {{"Expires", "Thu, 31 Feb 2050 02:01:18 GMT"}}, 0, ""},
         {"max-age before Expires", {control("max-age=10"), dated("Expires", 60)}, 10, ""},
         {"older when it came, says Age", {minute, {"Age", "30"}}, 30, ""},
         {"still fresh with Age", {minute, {"Age", "30"}}, 29, reused},
@@ -260,8 +271,11 @@ TEST_F(Cache, GivesUpAnAnswerThatAnotherRequestMakesInvalid) {
     auto configuration = sessionConfiguration();
     configuration.cache = cache;
     const auto session = Platform::makeHttpSession(configuration);
+    service.faults().add({.path = "y", .status = 500});
     service.faults().add({.count = 100, .method = "GET", .body = "x", .headers = {{"Cache-Control", "max-age=9"}}});
-    service.faults().add({.count = 1, .method = "PUT", .status = 500});
+    service.faults().add({.method = "PUT", .status = 500});
+    service.faults().add({.method = "PUT", .status = 200});
+    service.faults().add({.method = "PUT", .status = 303, .headers = {{"Location", "/vb/y"}}});
     service.faults().add({.count = 100, .status = 200});
     const struct {
         HttpMethod method = HttpMethod::get;
@@ -271,7 +285,8 @@ TEST_F(Cache, GivesUpAnAnswerThatAnotherRequestMakesInvalid) {
         {HttpMethod::get, Source::network, 1},     {HttpMethod::get, Source::cache, 1},
         {HttpMethod::options, Source::network, 2}, {HttpMethod::put, Source::network, 3},
         {HttpMethod::get, Source::cache, 3},       {HttpMethod::put, Source::network, 4},
-        {HttpMethod::get, Source::network, 5},
+        {HttpMethod::get, Source::network, 5},     {HttpMethod::put, Source::network, 7},
+        {HttpMethod::get, Source::network, 8},
     };
     for (const auto& row : rows) {
         std::optional<Platform::HttpAnswer> answer;

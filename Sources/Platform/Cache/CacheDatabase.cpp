@@ -1,23 +1,15 @@
 #include <Platform/Cache/CacheDatabase.hpp>
 
+#include <Platform/Cache/CacheFileHeader.hpp>
 #include <Platform/Sqlite/SqliteStatement.hpp>
 
-#include <array>
 #include <chrono>
-#include <cstdint>
-#include <string_view>
 
 #include <sqlite3.h>
 
 namespace Tarnwick_API::Platform {
 
 namespace {
-
-constexpr std::chrono::milliseconds timeout = std::chrono::seconds{2};
-
-// The two numbers in the header of a file that tell whose it is, and in which layout.
-constexpr std::uint32_t applicationId = 0x54774361;
-constexpr std::uint32_t layoutVersion = 1;
 
 // A use changes `entry` and its index only, and eviction reads nothing but the index: bodies lie apart. The triggers
 // keep the total right in the transaction of whatever changes it.
@@ -31,11 +23,10 @@ constexpr const char* layout =
     "INSERT INTO total VALUES (1, 0);"
     "CREATE TRIGGER entry_added AFTER INSERT ON entry BEGIN UPDATE total SET size = size + NEW.size; END;"
     "CREATE TRIGGER entry_removed AFTER DELETE ON entry BEGIN UPDATE total SET size = size - OLD.size;"
-    " DELETE FROM content WHERE id = OLD.id; END;"
-    "PRAGMA application_id = 0x54774361; PRAGMA user_version = 1";
+    " DELETE FROM content WHERE id = OLD.id; END";
 
-std::uint32_t bigEndian(const unsigned char* bytes) {
-    return std::uint32_t{bytes[0]} << 24U | std::uint32_t{bytes[1]} << 16U | std::uint32_t{bytes[2]} << 8U | bytes[3];
+int waitForLock(void* patience, int wait) {
+    return static_cast<LockPatience*>(patience)->waitOnce(wait) ? 1 : 0;
 }
 
 }  // namespace
@@ -73,8 +64,14 @@ bool CacheDatabase::isFinal(const SqliteError& error) noexcept {
     }
 }
 
-CacheDatabase::CacheDatabase(const std::string& path) : connection_{path, timeout} {
-    checkHeader();
+bool CacheDatabase::isLock(const SqliteError& error) noexcept {
+    return error.primaryCode() == SQLITE_BUSY;
+}
+
+CacheDatabase::CacheDatabase(const std::string& path, LockPatience& patience)
+    : connection_{path, std::chrono::milliseconds{0}} {
+    sqlite3_busy_handler(connection_.handle(), &waitForLock, &patience);
+    checkCacheFileHeader(connection_.handle());
     try {
         connection_.run(
             "PRAGMA synchronous = NORMAL; PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON;"
@@ -122,63 +119,57 @@ std::size_t CacheDatabase::usage() {
     return size < 0 ? 0 : static_cast<std::size_t>(size);
 }
 
-// Read through SQLite's own handle: a descriptor of ours would, when closed, take the locks of every connection of this
-// process to the file with it. And before SQLite looks at the file: with a log or journal beside it, looking changes
-// it.
-void CacheDatabase::checkHeader() {
-    sqlite3_file* file = nullptr;
-    sqlite3_file_control(connection_.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    sqlite3_int64 size = 0;
-    if (const int code = file->pMethods->xFileSize(file, &size); code != SQLITE_OK) {
-        throw SqliteError{code, connection_.handle()};
-    }
-    if (size == 0) {
-        return;
-    }
-    std::array<unsigned char, 100> header{};
-    const int code = file->pMethods->xRead(file, header.data(), static_cast<int>(header.size()), 0);
-    if (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ) {
-        throw SqliteError{code, connection_.handle()};
-    }
-    constexpr std::string_view magic{"SQLite format 3\0", 16};
-    if (std::string_view{reinterpret_cast<const char*>(header.data()), magic.size()} != magic ||
-        bigEndian(&header.at(68)) != applicationId) {
-        throw SqliteError{SQLITE_NOTADB, "the file is no cache"};
-    }
-    if (bigEndian(&header.at(60)) != layoutVersion) {
-        throw SqliteError{SQLITE_NOTADB, "the file is a cache of another version"};
-    }
-}
-
 // The layout is made before the log is turned on, so that the header of a file that is not empty always tells.
 void CacheDatabase::layOut() {
-    const auto version = [&] {
-        std::int64_t number = 0;
-        SqliteStatement{connection_, "PRAGMA user_version"}.query([&](const SqliteStatement::Row& row) {
-            number = row.integer(0);
-            return false;
-        });
-        return number;
-    };
-    if (version() == 0) {
-        connection_.run("PRAGMA auto_vacuum = INCREMENTAL");
-        Transaction transaction{*this};
-        if (version() == 0) {  // no other process has come first
-            connection_.run(layout);
-            transaction.commit();
-        }
+    if (number("PRAGMA user_version") == 0) {
+        makeLayout();
     }
     try {
         connection_.run("PRAGMA journal_mode = WAL");
     } catch (const SqliteError& error) {
-        if (error.primaryCode() != SQLITE_BUSY) {  // when busy, a later process turns the log on
+        if (!isLock(error)) {  // when busy, a later process turns the log on
             throw;
         }
     }
 }
 
-CacheDatabase::Transaction::Transaction(CacheDatabase& database) : database_{database} {
-    database_.connection_.run("BEGIN IMMEDIATE");
+// One transaction from the file's first byte on: neither another process nor the next one after this was killed finds a
+// file half made.
+void CacheDatabase::makeLayout() {
+    Transaction transaction{*this, "BEGIN"};
+    // How the file begins has to be said first; BEGIN IMMEDIATE would begin it otherwise. Both write, and so take the
+    // lock under which the file is looked at.
+    connection_.run("PRAGMA auto_vacuum = INCREMENTAL");
+    set("application_id", cacheApplicationId);
+    if (number("PRAGMA user_version") != 0) {
+        return;  // another process has come first
+    }
+    if (number("SELECT count(*) FROM sqlite_schema") != 0) {
+        throw SqliteError{SQLITE_NOTADB, "the file is no cache"};
+    }
+    connection_.run(layout);
+    set("user_version", cacheLayoutVersion);
+    transaction.commit();
+}
+
+std::int64_t CacheDatabase::number(std::string_view sql) {
+    std::int64_t value = 0;
+    SqliteStatement{connection_, sql}.query([&](const SqliteStatement::Row& row) {
+        value = row.integer(0);
+        return false;
+    });
+    return value;
+}
+
+void CacheDatabase::set(const char* pragma, std::uint32_t value) {
+    connection_.run(std::string{"PRAGMA "}.append(pragma).append(" = ").append(std::to_string(value)).c_str());
+}
+
+CacheDatabase::Transaction::Transaction(CacheDatabase& database) : Transaction{database, "BEGIN IMMEDIATE"} {
+}
+
+CacheDatabase::Transaction::Transaction(CacheDatabase& database, const char* begin) : database_{database} {
+    database_.connection_.run(begin);
 }
 
 CacheDatabase::Transaction::~Transaction() {

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <Platform/Cache/LockPatience.hpp>
 #include <Platform/Cache/ResponseCoding.hpp>
 #include <Platform/Sqlite/SqliteConnection.hpp>
 #include <Platform/Sqlite/SqliteError.hpp>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace Tarnwick_API::Platform {
 
@@ -19,13 +22,16 @@ class CacheDatabase {
 public:
     /// Opens the existing file, and lays it out when it is empty. One that is no cache of this version is refused
     /// before anything of it is changed.
-    explicit CacheDatabase(const std::string& path);
+    /// Locks of other processes are waited for while there is `patience`, which must outlive this.
+    CacheDatabase(const std::string& path, LockPatience& patience);
     CacheDatabase(const CacheDatabase&) = delete;
     CacheDatabase& operator=(const CacheDatabase&) = delete;
     ~CacheDatabase();
 
     /// Whether no later try will do better with this file.
     [[nodiscard]] static bool isFinal(const SqliteError& error) noexcept;
+    /// Whether another process has the file, or what is needed of it.
+    [[nodiscard]] static bool isLock(const SqliteError& error) noexcept;
 
     /// False when the file at the path is another one by now, or none.
     [[nodiscard]] bool isInPlace() const;
@@ -56,6 +62,9 @@ public:
         void commit();
 
     private:
+        friend class CacheDatabase;
+        Transaction(CacheDatabase& database, const char* begin);
+
         CacheDatabase& database_;
         bool isOpen_ = true;
     };
@@ -63,8 +72,10 @@ public:
 private:
     struct Statements;
 
-    void checkHeader();
     void layOut();
+    void makeLayout();
+    [[nodiscard]] std::int64_t number(std::string_view sql);
+    void set(const char* pragma, std::uint32_t value);
 
     SqliteConnection connection_;
     std::unique_ptr<Statements> statements_;

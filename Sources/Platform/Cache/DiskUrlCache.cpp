@@ -56,16 +56,19 @@ DiskUrlCache::DiskUrlCache(const std::filesystem::path& folder, std::size_t capa
 }
 
 DiskUrlCache::~DiskUrlCache() {
-    writeUses();
+    catchUp();
 }
 
-void DiskUrlCache::writeUses() {
-    if (!isOff() && database_ != nullptr) {
-        change(Opening::existing, [](CacheDatabase::Transaction& /*nothing but the uses*/) {});
+void DiskUrlCache::catchUp() {
+    if (!isOff() && (database_ != nullptr || owesAnything())) {
+        change(Opening::existing, [](CacheDatabase::Transaction& /*nothing but what is due*/) {});
     }
 }
 
 UrlResponsePointer DiskUrlCache::find(const std::string& key) {
+    if (isLocked_ && owesAnything()) {
+        catchUp();  // as soon as the file is free: who ends before that leaves to others what should be gone
+    }
     if (isOff() || owesAll_ || owedRemovals_.contains(key)) {
         return nullptr;
     }
@@ -163,7 +166,7 @@ CacheDatabase* DiskUrlCache::open(Opening opening) {
         path = findCacheFile(file_);
     }
     if (!path.empty()) {
-        database_ = std::make_unique<CacheDatabase>(path);
+        database_ = std::make_unique<CacheDatabase>(path, patience_);
     }
     return database_.get();
 }
@@ -176,6 +179,7 @@ bool DiskUrlCache::change(Opening opening, const Change& work) {
     const auto isDone = attempt([&] {
         if (auto* const database = open(opening)) {
             CacheDatabase::Transaction transaction{*database};
+            patience_.fileIsFree();
             if (owesAll_) {
                 transaction.removeAll();
             }
@@ -191,6 +195,7 @@ bool DiskUrlCache::change(Opening opening, const Change& work) {
         }
     });
     if (isDone) {
+        isLocked_ = false;
         owesAll_ = false;
         owedRemovals_.clear();
     }
@@ -203,7 +208,11 @@ bool DiskUrlCache::attempt(Work work) {
         work();
         return true;
     } catch (const SqliteError& error) {
-        fail(error.what(), CacheDatabase::isFinal(error));
+        if (CacheDatabase::isLock(error)) {
+            meetLock();
+        } else {
+            fail(error.what(), CacheDatabase::isFinal(error));
+        }
     } catch (const std::system_error& error) {
         fail(error.what(), error.code().value() == ENOTSUP);
     }
@@ -221,6 +230,13 @@ void DiskUrlCache::fail(const char* reason, bool isFinal) {
     if (!std::exchange(hasComplained_, true)) {
         complaint_.append("The URL cache goes on in memory, without ").append(file_.string()).append(": ");
         complaint_.append(reason);
+    }
+}
+
+void DiskUrlCache::meetLock() {
+    if (!std::exchange(isLocked_, true)) {
+        complaint_.append("The URL cache does without ").append(file_.string());
+        complaint_.append(" while another process has it locked");
     }
 }
 

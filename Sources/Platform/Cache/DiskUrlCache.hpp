@@ -13,7 +13,8 @@
 namespace Tarnwick_API::Platform {
 
 /// The entries on the disk, in the file "Cache.db" of a folder. Opened when first needed; made by the first store.
-/// Whatever goes wrong leaves the file as it is, and is told once. One thread at a time, but for `noteUse`.
+/// Whatever goes wrong leaves the file as it is, and is told once; what another process has locked is left out, told
+/// once for each time, and used again when it is free. One thread at a time, but for `noteUse`.
 class DiskUrlCache {
 public:
     /// No folder, or a capacity of 0: no disk is touched.
@@ -22,9 +23,10 @@ public:
     DiskUrlCache& operator=(const DiskUrlCache&) = delete;
     ~DiskUrlCache();
 
-    /// Counts a look-up as a use, also one that memory answered. Whether it is time for `writeUses`. Thread: any.
+    /// Counts a look-up as a use, also one that memory answered. Whether it is time for `catchUp`. Thread: any.
     [[nodiscard]] bool noteUse(const std::string& key) { return uses_.note(key); }
-    void writeUses();
+    /// Writes what waits for the next change: uses, and removals that are owed.
+    void catchUp();
 
     [[nodiscard]] UrlResponsePointer find(const std::string& key);
     void store(const std::string& key, const CachedUrlResponse& response);
@@ -51,16 +53,21 @@ private:
     bool attempt(Work work);
     /// `isFinal`: no later try will do better with this file.
     void fail(const char* reason, bool isFinal);
+    void meetLock();
     void owe(const std::string& key);
+    [[nodiscard]] bool owesAnything() const { return owesAll_ || !owedRemovals_.empty(); }
 
     std::filesystem::path file_;
     std::size_t capacity_;
+    LockPatience patience_;
     std::unique_ptr<CacheDatabase> database_;
     UseLog uses_;
-    /// Entries that are on the disk still, though they have been removed or replaced: the disk was full, say. They
-    /// count as absent, and go with the next change that succeeds.
+    /// Entries that are on the disk still, though they have been removed or replaced: the disk was full or locked, say.
+    /// They count as absent, and go with the next change that succeeds.
     std::set<std::string, std::less<>> owedRemovals_;
     bool owesAll_ = false;
+    /// The latest change or look-up met another process's lock, and no change has succeeded since.
+    bool isLocked_ = false;
     /// No more of this file.
     bool hasFailed_ = false;
     std::string complaint_;

@@ -54,7 +54,7 @@ public:
             });
         }
         if (response != nullptr && response->storagePolicy == UrlCacheStoragePolicy::allowed && disk_.noteUse(key)) {
-            with([](MemoryUrlCache& /*memory*/, DiskUrlCache& disk) { disk.writeUses(); });
+            with([](MemoryUrlCache& /*memory*/, DiskUrlCache& disk) { disk.catchUp(); });
         }
         return response;
     }

@@ -8,6 +8,7 @@
 #include "ChildProcess.hpp"
 #include "TemporaryFolder.hpp"
 
+#include <chrono>
 #include <csignal>
 #include <fstream>
 #include <functional>
@@ -38,11 +39,15 @@ void writeFile(const fs::path& path, std::string_view content) {
     std::ofstream{path, std::ios::binary} << content;
 }
 
-void runSql(const fs::path& file, const std::string& sql) {
+using Connection = std::unique_ptr<sqlite3, decltype(&sqlite3_close)>;
+
+/// Runs `sql` on the file; what it locks stays so until the connection goes.
+Connection runSql(const fs::path& file, const std::string& sql) {
     sqlite3* opened = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &opened), SQLITE_OK);
-    const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> connection{opened, &sqlite3_close};
-    ASSERT_EQ(sqlite3_exec(opened, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(opened);
+    EXPECT_EQ(sqlite3_open(file.c_str(), &opened), SQLITE_OK);
+    Connection connection{opened, &sqlite3_close};
+    EXPECT_EQ(sqlite3_exec(opened, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(opened);
+    return connection;
 }
 
 class UrlCacheFile : public ::testing::Test {
@@ -138,10 +143,10 @@ TEST_F(UrlCacheFile, IsLeftAloneWhenItIsNoGoodAndTheCacheGoesOnInMemory) {
         {"first page damaged", content(with(100, std::string(3900, '\xEE')))},
         {"all other pages damaged", content(with(4096, std::string(good.size() - 4096, '\xEE')))},
         {"other tables", content(with(good.find("CREATE TABLE entry"), "CREATE TABLE other"))},
+        {"foreign database on one page", [&] { runSql(file, "CREATE VIEW v AS SELECT 1"); }},
         {"foreign database with a log",
          [&] {
-             runSql(file, "PRAGMA journal_mode = WAL; CREATE TABLE t (x); INSERT INTO t VALUES (1)");
-             const auto log = elsewhere.string() + "-log";
+             runSql(file, "PRAGMA journal_mode = WAL");
              writeFile(file.string() + "-wal", "a log to be written back");
          }},
         {"link", [&] { fs::create_symlink(elsewhere, file); }},
@@ -319,6 +324,32 @@ TEST_F(UrlCacheFile, MakesGoodWhatAFullDiskRefused) {
     EXPECT_EQ(bodyIn(cache, "a"), "-") << "the replaced entry has been removed";
     EXPECT_EQ(bodyIn(cache, "b"), std::string(5000, 'b'));
     EXPECT_EQ(bodyIn(cache, "d"), "d");
+}
+
+TEST_F(UrlCacheFile, IsDoneWithoutWhileItIsLocked) {
+    for (const auto* const lock : {"BEGIN IMMEDIATE", "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE"}) {
+        SCOPED_TRACE(lock);
+        makeGoodFile();
+        complaints = 0;
+        auto cache = open(0);
+        auto locked = runSql(file, lock);
+        const auto begin = std::chrono::steady_clock::now();
+        for (const auto* const path : {"a", "c", "d", "e", "f", "g"}) {
+            cache.storeCachedResponse(answer("new"), get(path));
+            EXPECT_EQ(bodyIn(cache, path), "-") << "neither the new one nor the one it replaces";
+        }
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds{2}) << "they wait once in all";
+        EXPECT_EQ(complaints, 1);
+        locked = nullptr;
+        EXPECT_EQ(bodyIn(cache, "b"), std::string(5000, 'b'));
+        auto other = open(0);
+        EXPECT_EQ(bodyIn(other, "a"), "-") << "the replaced one is gone for others too, without a further change";
+        cache.storeCachedResponse(answer("new"), get("a"));
+        EXPECT_EQ(bodyIn(other, "a"), "new");
+        locked = runSql(file, "BEGIN IMMEDIATE");
+        cache.removeCachedResponse(get("a"));
+        EXPECT_EQ(complaints, 2) << "each time is told";
+    }
 }
 
 TEST_F(UrlCacheFile, IsSharedAndMadeAnewWhenTheUserRemovesIt) {

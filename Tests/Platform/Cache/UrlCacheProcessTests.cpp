@@ -7,6 +7,7 @@
 #include "TemporaryFolder.hpp"
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <random>
 #include <thread>
@@ -117,6 +118,40 @@ TEST(UrlCacheProcesses, ReadWholeEntriesAndStayWithinTheCapacityThoughOneIsKille
     }
     EXPECT_EQ(cache.currentDiskUsage(), size) << "the total is the sum of the entries";
     EXPECT_GT(size, diskCapacity / 3) << "something was kept";
+}
+
+TEST(UrlCacheProcesses, StartTogether) {
+    constexpr int count = 4;
+    for (int round = 0; round < 10; ++round) {
+        const TemporaryFolder folder;
+        if (round % 2 != 0) {  // one that was killed has begun the file
+            sqlite3* opened = nullptr;
+            sqlite3_open((folder.path() / "Cache.db").c_str(), &opened);
+            sqlite3_exec(opened, "PRAGMA auto_vacuum = INCREMENTAL", nullptr, nullptr, nullptr);
+            sqlite3_close(opened);
+        }
+        const Shared<std::atomic<int>> started;
+        std::vector<std::unique_ptr<ChildProcess>> children;
+        for (int number = 0; number < count; ++number) {
+            children.push_back(std::make_unique<ChildProcess>([&] {
+                UrlCache cache{0, diskCapacity, folder.path()};
+                const auto path = std::to_string(number);
+                for (++*started; *started < count;) {
+                    std::this_thread::yield();
+                }
+                const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds{10};
+                while (bodyIn(cache, path) == "-") {  // stores are skipped while another has the file
+                    cache.storeCachedResponse(answer("x"), get(path));
+                    if (std::chrono::steady_clock::now() > latest) {
+                        ::_exit(1);
+                    }
+                }
+            }));
+        }
+        for (auto& child : children) {
+            EXPECT_EQ(child->wait(), 0) << "a process has lost the disk for good";
+        }
+    }
 }
 
 }  // namespace

@@ -41,6 +41,10 @@ void remove(const CachedExchange& exchange, const HttpRequest& request) {
     unlessItThrows([&] { exchange.cache->removeCachedResponse(request); });
 }
 
+bool isError(const HttpResponse& response) {
+    return response.status < firstSuccess || response.status >= firstError;
+}
+
 RequestFields fieldsOf(const CachedExchange& exchange) {
     return {*exchange.request, *exchange.sessionHeaders};
 }
@@ -70,21 +74,26 @@ void settleValidation(CachedExchange exchange, const HttpResponse& validation, c
     store(exchange, entry);
 }
 
+/// Answers an unsafe request, and gives up what is stored for its URL unless that has answered with an error. What a
+/// redirect came to is another URL's word, and a head counts though its body was cut.
+void settleUnsafe(CachedExchange exchange, TransportResult result) {
+    const bool invalidates = result.isRedirected || (result.answer.response && !isError(*result.answer.response));
+    exchange.onAnswer(std::move(result));
+    if (invalidates) {
+        remove(exchange, {HttpMethod::get, exchange.request->url(), {}, ParameterEncoding::url, {}});
+    }
+}
+
 /// Answers with the server's response, and stores it or gives up what it makes invalid.
 void settle(CachedExchange exchange, TransportResult result) {
+    if (!isSafe(exchange.request->method())) {
+        settleUnsafe(std::move(exchange), std::move(result));
+        return;
+    }
     const ExchangeTimes times{exchange.requestTime, WallClock::now()};
     const auto& response = *result.answer.response;
     if (response.status == notModified && exchange.stored) {
         settleValidation(std::move(exchange), response, times);
-        return;
-    }
-    const bool isError = response.status < firstSuccess || response.status >= firstError;
-    if (!isSafe(exchange.request->method())) {
-        exchange.onAnswer(std::move(result));
-        if (!isError) {
-            const HttpRequest changed{HttpMethod::get, exchange.request->url(), {}, ParameterEncoding::url, {}};
-            remove(exchange, changed);
-        }
         return;
     }
     // What is behind a redirect belongs to another URL.
@@ -92,10 +101,11 @@ void settle(CachedExchange exchange, TransportResult result) {
     const auto entry = isStored ? StoredResponse::entry(response, std::make_shared<const Bytes>(*result.answer.body),
                                                         fieldsOf(exchange), times)
                                 : nullptr;
+    const bool isOutdated = !isError(response);
     exchange.onAnswer(std::move(result));
     if (entry) {
         store(exchange, entry);
-    } else if (!isError) {
+    } else if (isOutdated) {
         remove(exchange, *exchange.request);
     }
 }
@@ -108,7 +118,7 @@ void transfer(CachedExchange exchange, std::shared_ptr<const HttpRequest> reques
     }
     exchange.requestTime = WallClock::now();
     next->transfer(std::move(request), [exchange = std::move(exchange)](TransportResult result) mutable {
-        if (result.answer.error) {
+        if (result.answer.error && isSafe(exchange.request->method())) {
             exchange.onAnswer(std::move(result));
             return;
         }

@@ -18,7 +18,7 @@ WallTime::duration correctedInitialAge(const HttpResponse& response, const Excha
     const auto list = fieldValue(response, "age");
     const auto ageValue = parseDeltaSeconds(list.substr(0, list.find_first_of(", "))).value_or(seconds{0});
     const auto correctedAgeValue = ageValue + std::max(times.response - times.request, zero);
-    const auto date = parseHttpDate(fieldValue(response, "date"));
+    const auto date = parseHttpDate(fieldValue(response, "date"), std::chrono::floor<seconds>(times.response));
     const auto apparentAge = date ? std::max(times.response - WallTime{*date}, zero) : zero;
     return std::max<WallTime::duration>(correctedAgeValue, apparentAge);
 }
@@ -30,9 +30,9 @@ std::optional<seconds> freshnessLifetime(const HttpResponse& response, WallTime 
         return maxAge;
     }
     if (response.headers.contains("expires")) {
-        const auto expires = parseHttpDate(fieldValue(response, "expires"));
-        const auto date =
-            parseHttpDate(fieldValue(response, "date")).value_or(std::chrono::floor<seconds>(responseTime));
+        const auto now = std::chrono::floor<seconds>(responseTime);
+        const auto expires = parseHttpDate(fieldValue(response, "expires"), now);
+        const auto date = parseHttpDate(fieldValue(response, "date"), now).value_or(now);
         return expires ? *expires - date : seconds{0};
     }
     return std::nullopt;

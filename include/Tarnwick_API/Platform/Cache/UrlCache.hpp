@@ -57,9 +57,11 @@ struct CachedUrlResponse {
 ///
 /// Errors: none. Without a usable disk the cache goes on in memory and says so once on the debug channel; what it can't
 /// read counts as absent. It deletes and changes nothing that it has not made. The file, "Cache.db", is private (0600)
-/// and must not be a symbolic link. Thread: any. Operations may wait for the disk, and up to two seconds for another
-/// process that writes, so none belongs on the main queue. A process does not use a cache that it had before it forked.
-/// What an override throws costs a session this cache for that request alone; the debug channel tells it.
+/// and must not be a symbolic link. Thread: any. Operations may wait for the disk, so none belongs on the main queue.
+/// For another process that has the file locked they wait a tenth of a second in all, not each; then, until it is free,
+/// what is stored goes to the memory alone, and what that replaces counts as absent. The debug channel tells it, once
+/// for each time. A process does not use a cache that it had before it forked. What an override throws costs a session
+/// this cache for that request alone; the debug channel tells it.
 class UrlCache {
 public:
     /// 4 MiB of memory, 20 MiB of disk, in `defaultPath()`.
