@@ -2,9 +2,11 @@
 
 #include <Platform/Json/LongIntegers.hpp>
 #include <Platform/Text/Utf8.hpp>
+#include <Platform/Text/Wiping.hpp>
 
 #include <bit>
 #include <new>
+#include <utility>
 
 #include <simdjson.h>
 
@@ -36,6 +38,15 @@ public:
 
     [[nodiscard]] bool isWorthKeeping() const noexcept { return parser_.capacity() <= longestTextToKeepBuffersFor; }
 
+    void setSecret() noexcept { isSecret_ = true; }
+
+    /// Overwrites the texts of a secret document: it has unescaped them into a buffer of its own.
+    void forget() noexcept {
+        if (std::exchange(isSecret_, false)) {
+            wipe(parser_.doc.string_buf.get(), parser_.doc.capacity());
+        }
+    }
+
     /// The calling thread's parser while no document uses it.
     static std::unique_ptr<Parser>& idle() noexcept {
         thread_local std::unique_ptr<Parser> parser;
@@ -44,10 +55,12 @@ public:
 
 private:
     simdjson::dom::parser parser_;
+    bool isSecret_ = false;
 };
 
 void JsonDocument::GiveBack::operator()(Parser* parser) const noexcept {
     std::unique_ptr<Parser> owned{parser};
+    owned->forget();
     if (owned->isWorthKeeping()) {
         Parser::idle() = std::move(owned);
     }
@@ -58,7 +71,10 @@ JsonDocument::Lease JsonDocument::leaseParser() {
     return Lease{idle ? idle.release() : std::make_unique<Parser>().release()};
 }
 
-JsonDocument::JsonDocument(const Bytes& text) : parser_{leaseParser()} {
+JsonDocument::JsonDocument(const Bytes& text, Content content) : parser_{leaseParser()} {
+    if (content == Content::secret) {
+        parser_->setSecret();
+    }
     const auto json = withoutByteOrderMark(text);
     simdjson::dom::element root;
     simdjson::error_code error = parser_->parse(json, text.capacity() - text.size() >= padding, root);

@@ -1,6 +1,7 @@
 #include <Platform/Json/JsonWriter.hpp>
 
 #include <Platform/Text/Utf8.hpp>
+#include <Platform/Text/Wiping.hpp>
 
 #include <array>
 #include <charconv>
@@ -64,7 +65,7 @@ public:
         return true;
     }
 
-    [[nodiscard]] Bytes takeBytes() { return std::move(bytes_); }
+    [[nodiscard]] Bytes bytes() const { return Bytes{bytes_}; }
 
 private:
     template <typename Number>
@@ -76,8 +77,12 @@ private:
     }
 
     void writeText(std::string_view text) {
+        if (!isValidUtf8(text)) {
+            writeText(replaceInvalidUtf8(text));
+            return;
+        }
         bytes_ += '"';
-        for (const char character : replaceInvalidUtf8(text)) {
+        for (const char character : text) {
             writeCharacter(character);
         }
         bytes_ += '"';
@@ -118,7 +123,7 @@ private:
         }
     }
 
-    Bytes bytes_;
+    WipingText bytes_;
 };
 
 }  // namespace
@@ -128,7 +133,7 @@ std::optional<Bytes> encodeJson(const Parameters& parameters) {
     if (!writer(parameters)) {
         return std::nullopt;
     }
-    return writer.takeBytes();
+    return writer.bytes();
 }
 
 }  // namespace Tarnwick_API::Platform

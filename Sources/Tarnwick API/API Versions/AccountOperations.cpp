@@ -5,6 +5,7 @@
 
 #include <Calls/DeliverCompletion.hpp>
 #include <Platform/Text/Utf8.hpp>
+#include <Platform/Text/Wiping.hpp>
 
 #include <iostream>
 #include <utility>
@@ -48,29 +49,31 @@ void ApiVersion1::login(const std::string& username, const std::string& password
     if (auto callParameters = call.parameters()) {
         parameters.merge(*callParameters);
     }
-    sendRequest(call.url(), parameters, Platform::ParameterEncoding::json, standardHeaders(), call.method(),
-                [self = shared_from_this(), operation, onCompletion = std::move(onCompletion)](
-                    const std::optional<Platform::Bytes>& body, ApiResult result) {
-                    if (result.status == migrationRequired) {
-                        deliver(onCompletion, LoginError{LoginError::qvUserMigrationRequired});
-                        return;
-                    }
-                    if (!body) {
-                        deliver(onCompletion, loginErrorFrom(std::move(result.error)));
-                        return;
-                    }
-                    std::optional<ApiError> error;
-                    if (auto token = decodedOrLogged<LoginCallV1::Answer>(operation, decodeRecord<OAuthToken>, *body)) {
-                        self->oauthToken_ = std::move(token);
-                    } else {
-                        error = LoginError{LoginError::noOauthToken};
-                    }
-                    if (self->oauthToken_) {
-                        Keychain::setPassword(self->keychainTokenService_, self->oauthToken_->token,
-                                              self->oauthToken_->secret);
-                    }
-                    deliver(onCompletion, std::move(error));
-                });
+    sendCall(call, parameters, Platform::ParameterEncoding::json, standardHeaders(),
+             [self = shared_from_this(), operation, onCompletion = std::move(onCompletion)](
+                 std::optional<Platform::Bytes> body, ApiResult result) {
+                 if (result.status == migrationRequired) {
+                     deliver(onCompletion, LoginError{LoginError::qvUserMigrationRequired});
+                     return;
+                 }
+                 if (!body) {
+                     deliver(onCompletion, loginErrorFrom(std::move(result.error)));
+                     return;
+                 }
+                 auto token = decodedOrLogged<LoginCallV1::Answer>(operation, decodeSecretRecord<OAuthToken>, *body);
+                 Platform::wipe(*body);
+                 std::optional<ApiError> error;
+                 if (token) {
+                     self->setOauthToken(std::move(token));
+                 } else {
+                     error = LoginError{LoginError::noOauthToken};
+                 }
+                 if (self->oauthToken_) {
+                     Keychain::setPassword(self->keychainTokenService_, self->oauthToken_->token,
+                                           self->oauthToken_->secret);
+                 }
+                 deliver(onCompletion, std::move(error));
+             });
 }
 
 void ApiVersion1::logout(Completion<void> onCompletion) {
@@ -81,16 +84,16 @@ void ApiVersion1::logout(Completion<void> onCompletion) {
         return;
     }
     const LogoutCallV1 call{apiBase(), oauthToken_->token};
-    sendRequest(call.url(), {}, call.encoding(), {{"Authorization", getOauthHeader()}}, call.method(),
-                [self = shared_from_this(), onCompletion = std::move(onCompletion)](
-                    const std::optional<Platform::Bytes>& /*body*/, ApiResult result) {
-                    if (!result.error) {
-                        self->oauthToken_ = std::nullopt;
-                        const auto placeholder = LoginData::signedOutPlaceholder();
-                        Keychain::setPassword(self->keychainTokenService_, placeholder.username, placeholder.password);
-                    }
-                    deliver(onCompletion, std::move(result.error));
-                });
+    sendCall(call, {}, call.encoding(), authorization(),
+             [self = shared_from_this(), onCompletion = std::move(onCompletion)](
+                 const std::optional<Platform::Bytes>& /*body*/, ApiResult result) {
+                 if (!result.error) {
+                     self->setOauthToken(std::nullopt);
+                     const auto placeholder = LoginData::signedOutPlaceholder();
+                     Keychain::setPassword(self->keychainTokenService_, placeholder.username, placeholder.password);
+                 }
+                 deliver(onCompletion, std::move(result.error));
+             });
 }
 
 void ApiVersion1::createUser(const std::string& username, const std::string& password, Completion<void> onCompletion) {
@@ -108,11 +111,11 @@ void ApiVersion1::createUser(const std::string& username, const std::string& pas
 }
 
 void ApiVersion1::setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) {
-    oauthToken_ = OAuthToken{token, secret};
+    setOauthToken(OAuthToken{token, secret});
     currentUser([self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<User> user,
                                                                                     std::optional<ApiError> error) {
         if (error) {
-            self->oauthToken_ = std::nullopt;
+            self->setOauthToken(std::nullopt);
             user = std::nullopt;
         }
         deliver(onCompletion, std::move(user), std::move(error));
@@ -134,17 +137,16 @@ void ApiVersion1::updateUser(UserField field, const std::string& newValue, Compl
 
 void ApiVersion1::getAuthToken(Completion<std::string> onCompletion) {
     const AuthTokenCallV1 call{apiBase()};
-    sendRequest(call.url(), call.parameters().value_or(Platform::Parameters{}), call.encoding(),
-                {{"Authorization", getOauthHeader()}}, call.method(),
-                [onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body, ApiResult result) {
-                    if (result.error) {
-                        deliver(onCompletion, std::nullopt, std::move(result.error));
-                    } else if (body && Platform::isValidUtf8(*body)) {
-                        deliver(onCompletion, std::move(body), std::nullopt);
-                    } else if (body) {
-                        deliver(onCompletion, std::nullopt, std::nullopt);
-                    }
-                });
+    sendCall(call, call.parameters().value_or(Platform::Parameters{}), call.encoding(), authorization(),
+             [onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body, ApiResult result) {
+                 if (result.error) {
+                     deliver(onCompletion, std::nullopt, std::move(result.error));
+                 } else if (body && Platform::isValidUtf8(*body)) {
+                     deliver(onCompletion, std::move(body), std::nullopt);
+                 } else if (body) {
+                     deliver(onCompletion, std::nullopt, std::nullopt);
+                 }
+             });
 }
 
 }  // namespace Tarnwick_API

@@ -1,5 +1,7 @@
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
 
+#include <Platform/Text/Wiping.hpp>
+
 #include <utility>
 
 #include "BuildConstants.hpp"
@@ -35,6 +37,18 @@ ApiVersion1::ApiVersion1(Key /*unused*/, std::optional<std::string> consumerKey,
       apiUrl_{std::move(apiUrl)},
       keychainTokenService_{std::move(keychainService)},
       environment_{environment} {
+}
+
+ApiVersion1::~ApiVersion1() {
+    setOauthToken(std::nullopt);
+}
+
+void ApiVersion1::setOauthToken(std::optional<OAuthToken> token) {
+    oauthToken_.swap(token);
+    if (token) {
+        Platform::wipe(token->token);
+        Platform::wipe(token->secret);
+    }
 }
 
 std::shared_ptr<Platform::HttpSession> ApiVersion1::sessionManager() {
@@ -84,12 +98,17 @@ std::string ApiVersion1::getOauthHeader() const {
     return oauthHeader(consumerKey_, consumerSecret_, oauthToken_);
 }
 
+Platform::HttpHeaders ApiVersion1::authorization() const {
+    Platform::HttpHeaders headers;
+    headers.emplace("Authorization", getOauthHeader());
+    return headers;
+}
+
 Platform::HttpHeaders ApiVersion1::standardHeaders() const {
-    return {
-        {"Content-Type", "application/json"},
-        {"Accept", "application/json"},
-        {"Authorization", getOauthHeader()},
-    };
+    auto headers = authorization();
+    headers.emplace("Content-Type", "application/json");
+    headers.emplace("Accept", "application/json");
+    return headers;
 }
 
 }  // namespace Tarnwick_API

@@ -2,6 +2,7 @@
 #include <Tarnwick_API/Calls/ApiCall.hpp>
 
 #include <Calls/MapMerge.hpp>
+#include <Platform/Text/Wiping.hpp>
 
 #include <utility>
 
@@ -12,8 +13,17 @@ void ApiVersion1::dispatchCall(const ApiCallV1& call, RequestCompletion onComple
     if (call.headers()) {
         headers += *call.headers();
     }
-    sendRequest(call.url(), call.parameters().value_or(Platform::Parameters{}), call.encoding(), headers, call.method(),
-                std::move(onCompletion));
+    sendCall(call, call.parameters().value_or(Platform::Parameters{}), call.encoding(), std::move(headers),
+             std::move(onCompletion));
+}
+
+void ApiVersion1::sendCall(const ApiCallV1& call, const Platform::Parameters& parameters,
+                           Platform::ParameterEncoding encoding, Platform::HttpHeaders headers,
+                           RequestCompletion onCompletion) {
+    sendRequest(call.url(), parameters, encoding, headers, call.method(), std::move(onCompletion));
+    for (auto& [name, value] : headers) {
+        Platform::wipe(value);
+    }
 }
 
 }  // namespace Tarnwick_API

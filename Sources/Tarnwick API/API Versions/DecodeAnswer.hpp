@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Calls/ApiResult.hpp>
 #include <Tarnwick_API/Calls/Completion.hpp>
+#include <Tarnwick_API/Platform/Json/Json.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 #include <Calls/DeliverCompletion.hpp>
@@ -60,6 +61,13 @@ template <typename Answer, typename Decode>
 template <Platform::Decodable Record>
 [[nodiscard]] Record decodeRecord(const Platform::Bytes& body) {
     return Platform::JsonDecoder{}.decode<Record>(body);
+}
+
+/// As `decodeRecord`, and leaves nothing of the text in the parser's memory.
+template <Platform::Decodable Record>
+[[nodiscard]] Record decodeSecretRecord(const Platform::Bytes& body) {
+    const Platform::JsonDocument document{body, Platform::JsonDocument::Content::secret};
+    return Record::decode(document.root().template require<Platform::JsonObject>(), Platform::JsonDecoder{});
 }
 
 template <Platform::Decodable Record>

@@ -1,5 +1,7 @@
 #include "OAuthHeader.hpp"
 
+#include <Platform/Text/Wiping.hpp>
+
 namespace Tarnwick_API {
 
 namespace {
@@ -18,7 +20,7 @@ static_assert(prefix.size() == 83 && tokenOpener.size() == 14 && signatureOpener
 std::string oauthHeader(std::string_view consumerKey, std::string_view consumerSecret,
                         const std::optional<OAuthToken>& token) {
     const bool usable = token && !token->token.empty() && !token->secret.empty();
-    std::string header;
+    Platform::WipingText header;
     header.append(prefix).append(consumerKey).append("\"");
     if (usable) {
         header.append(tokenOpener).append(token->token).append(signatureOpenerAfterToken);
@@ -29,7 +31,7 @@ std::string oauthHeader(std::string_view consumerKey, std::string_view consumerS
     if (usable) {
         header.append(token->secret);
     }
-    return header.append("\"");
+    return std::string{header.append("\"")};
 }
 
 }  // namespace Tarnwick_API

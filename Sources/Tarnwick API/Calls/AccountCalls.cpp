@@ -1,5 +1,7 @@
 #include <Tarnwick_API/Calls/AccountCalls.hpp>
 
+#include <Platform/Text/Wiping.hpp>
+
 #include <utility>
 
 namespace Tarnwick_API {
@@ -22,6 +24,10 @@ NewUserCallV1::NewUserCallV1(ApiBase base, std::string email, std::string passwo
       password_{std::move(password)},
       machineName_{std::move(machineName)},
       machineId_{std::move(machineId)} {
+}
+
+NewUserCallV1::~NewUserCallV1() {
+    Platform::wipe(password_);
 }
 
 Platform::Parameters NewUserCallV1::ownParameters() const {
@@ -56,6 +62,13 @@ UpdateUserCallV1::UpdateUserCallV1(ApiBase base, UserField field, std::string ne
       field_{field},
       newValue_{std::move(newValue)},
       oldValue_{std::move(oldValue)} {
+}
+
+UpdateUserCallV1::~UpdateUserCallV1() {
+    Platform::wipe(newValue_);
+    if (oldValue_) {
+        Platform::wipe(*oldValue_);
+    }
 }
 
 Platform::Parameters UpdateUserCallV1::ownParameters() const {

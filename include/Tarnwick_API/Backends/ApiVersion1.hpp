@@ -42,6 +42,9 @@ public:
     ApiVersion1(Key, std::optional<std::string> consumerKey, std::optional<std::string> consumerSecret,
                 std::int64_t partnersId, const Platform::Uuid& uuid, std::string keychainService,
                 ApiEnvironment environment, ApiUrl apiUrl);
+    ApiVersion1(const ApiVersion1&) = delete;
+    ApiVersion1& operator=(const ApiVersion1&) = delete;
+    ~ApiVersion1() override;
 
     /// The session of the whole process, made on first use from `defaultSessionConfiguration`. Thread: any.
     [[nodiscard]] static std::shared_ptr<Platform::HttpSession> sessionManager();
@@ -62,9 +65,10 @@ public:
     void setConsumerSecret(std::string consumerSecret) { consumerSecret_ = std::move(consumerSecret); }
     [[nodiscard]] std::int64_t partnersId() const noexcept { return partnersId_; }
     void setPartnersId(std::int64_t partnersId) noexcept { partnersId_ = partnersId; }
-    /// The signed-in user's access token. Reading or assigning it does not touch the keychain.
+    /// The signed-in user's access token. Reading or assigning it does not touch the keychain. The memory of one that
+    /// goes is overwritten.
     [[nodiscard]] const std::optional<OAuthToken>& oauthToken() const noexcept { return oauthToken_; }
-    void setOauthToken(std::optional<OAuthToken> token) { oauthToken_ = std::move(token); }
+    void setOauthToken(std::optional<OAuthToken> token);
     [[nodiscard]] const Platform::Uuid& uuid() const noexcept { return uuid_; }
     void setUuid(const Platform::Uuid& uuid) { uuid_ = uuid; }
     [[nodiscard]] const ApiUrl& apiUrl() const noexcept { return apiUrl_; }
@@ -131,7 +135,11 @@ public:
 
 private:
     [[nodiscard]] std::string getOauthHeader() const;
+    [[nodiscard]] Platform::HttpHeaders authorization() const;
     [[nodiscard]] Platform::HttpHeaders standardHeaders() const;
+    /// Sends a call with these parameters, and leaves nothing of the headers in memory.
+    void sendCall(const ApiCallV1& call, const Platform::Parameters& parameters, Platform::ParameterEncoding encoding,
+                  Platform::HttpHeaders headers, RequestCompletion onCompletion);
 
     std::int64_t maxRetries_ = 5;
     std::string consumerKey_;

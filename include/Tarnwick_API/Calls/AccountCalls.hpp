@@ -25,7 +25,7 @@ protected:
     [[nodiscard]] Platform::Parameters ownParameters() const override;
 };
 
-/// Creates an account.
+/// Creates an account. The password's memory is overwritten when the call goes.
 class NewUserCallV1 final : public ApiCallV1 {
 public:
     NewUserCallV1(ApiBase base, std::string email, std::string password, std::string machineName,
@@ -34,6 +34,8 @@ public:
                   std::string password, std::string machineName, std::string machineId)
         : NewUserCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}, std::move(email), std::move(password),
                         std::move(machineName), std::move(machineId)} {}
+
+    ~NewUserCallV1() override;
 
     /// Serves as the user name too.
     [[nodiscard]] const std::string& email() const noexcept { return email_; }
@@ -77,7 +79,7 @@ public:
         : LogoutCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}, token} {}
 };
 
-/// Changes one part of the account.
+/// Changes one part of the account. The values' memory is overwritten when the call goes, as one may be a password.
 class UpdateUserCallV1 final : public ApiCallV1 {
 public:
     UpdateUserCallV1(ApiBase base, UserField field, std::string newValue,
@@ -86,6 +88,8 @@ public:
                      std::string newValue, std::optional<std::string> oldValue = std::nullopt)
         : UpdateUserCallV1{ApiBase{environment, partnersId, std::move(baseUrl)}, field, std::move(newValue),
                            std::move(oldValue)} {}
+
+    ~UpdateUserCallV1() override;
 
     [[nodiscard]] UserField field() const noexcept { return field_; }
     [[nodiscard]] const std::string& newValue() const noexcept { return newValue_; }

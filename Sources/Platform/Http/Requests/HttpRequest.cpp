@@ -4,10 +4,12 @@
 #include <Platform/Http/Requests/QueryEncoding.hpp>
 #include <Platform/Json/JsonWriter.hpp>
 #include <Platform/Text/AsciiText.hpp>
+#include <Platform/Text/Wiping.hpp>
 
 #include <map>
 #include <string_view>
 #include <utility>
+#include <variant>
 
 namespace Tarnwick_API::Platform {
 
@@ -24,6 +26,12 @@ void addContentType(HttpHeaders& headers, std::string_view type) {
 }
 
 }  // namespace
+
+ParameterValue::~ParameterValue() {
+    if (auto* const text = std::get_if<std::string>(&storage_)) {
+        wipe(*text);
+    }
+}
 
 HttpRequest::HttpRequest(HttpMethod method, const Url& url, const Parameters& parameters, ParameterEncoding encoding,
                          HttpHeaders headers)
@@ -50,6 +58,24 @@ HttpRequest::HttpRequest(HttpMethod method, const Url& url, const Parameters& pa
     } else {
         body_ = encodeQuery(parameters);
         addContentType(headers_, "application/x-www-form-urlencoded; charset=utf-8");
+    }
+}
+
+HttpRequest& HttpRequest::operator=(HttpRequest other) noexcept {
+    std::swap(method_, other.method_);
+    std::swap(url_, other.url_);
+    headers_.swap(other.headers_);
+    body_.swap(other.body_);
+    encodingError_.swap(other.encodingError_);
+    return *this;
+}
+
+HttpRequest::~HttpRequest() {
+    if (body_) {
+        wipe(*body_);
+    }
+    for (auto& [name, value] : headers_) {
+        wipe(value);
     }
 }
 

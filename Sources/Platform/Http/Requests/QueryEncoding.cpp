@@ -1,6 +1,7 @@
 #include <Platform/Http/Requests/QueryEncoding.hpp>
 
 #include <Platform/Text/Utf8.hpp>
+#include <Platform/Text/Wiping.hpp>
 
 #include <array>
 #include <charconv>
@@ -22,7 +23,7 @@ constexpr std::array<bool, 256> isLiteral = [] {
     return table;
 }();
 
-void appendPercentEncoded(std::string& output, std::string_view text) {
+void appendPercentEncoded(WipingText& output, std::string_view text) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     for (const char character : text) {
         const auto byte = static_cast<unsigned char>(character);
@@ -39,7 +40,7 @@ void appendPercentEncoded(std::string& output, std::string_view text) {
 /// Writes the pairs of one value; `name` is the unescaped name so far and is left as it came.
 class PairWriter {
 public:
-    PairWriter(std::string& output, std::string& name) : output_{output}, name_{name} {}
+    PairWriter(WipingText& output, std::string& name) : output_{output}, name_{name} {}
 
     void operator()(const std::string& text) const { append(text); }
     void operator()(std::int64_t integer) const { appendNumber(integer); }
@@ -91,20 +92,20 @@ private:
         }
     }
 
-    std::string& output_;
+    WipingText& output_;
     std::string& name_;
 };
 
 }  // namespace
 
 std::string encodeQuery(const Parameters& parameters) {
-    std::string output;
+    WipingText output;
     std::string name;
     for (const auto& [key, value] : parameters) {
         name = key;
         std::visit(PairWriter{output, name}, value.storage());
     }
-    return output;
+    return std::string{output};
 }
 
 }  // namespace Tarnwick_API::Platform

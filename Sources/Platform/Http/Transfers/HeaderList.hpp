@@ -1,7 +1,8 @@
 #pragma once
 
+#include <Platform/Text/Wiping.hpp>
+
 #include <cstddef>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -25,7 +26,7 @@ public:
     [[nodiscard]] curl_slist* get();
 
 private:
-    std::string text_;
+    WipingText text_;
     std::vector<std::size_t> starts_;
     std::vector<curl_slist> nodes_;
 };

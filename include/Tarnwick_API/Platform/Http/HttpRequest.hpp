@@ -21,6 +21,7 @@ enum class HttpMethod { options, get, head, post, put, patch, delete_, trace, co
 using HttpHeaders = std::map<std::string, std::string, std::less<>>;
 
 /// A parameter: text, integer, real, flag, a list or a map of these.
+/// A text may be a password: its memory is overwritten when the value goes.
 /// A list whose only element is a list is `List{ParameterValue{List{...}}}`: compilers disagree on whether
 /// `List{List{...}}` is that or a copy of the inner one.
 class ParameterValue {
@@ -38,6 +39,13 @@ public:
     ParameterValue(bool flag) : storage_{flag} {}
     ParameterValue(List list) : storage_{std::move(list)} {}
     ParameterValue(Map map) : storage_{std::move(map)} {}
+    ParameterValue(const ParameterValue&) = default;
+    ParameterValue(ParameterValue&&) noexcept = default;
+    ParameterValue& operator=(ParameterValue other) noexcept {
+        storage_.swap(other.storage_);
+        return *this;
+    }
+    ~ParameterValue();
 
     [[nodiscard]] const Storage& storage() const noexcept { return storage_; }
 
@@ -57,7 +65,8 @@ enum class ParameterEncoding {
     json,
 };
 
-/// One HTTP request, complete and immutable.
+/// One HTTP request, complete and immutable. As it may carry credentials, the memory of its body and of its headers is
+/// overwritten when it goes.
 class HttpRequest {
 public:
     /// Encodes `parameters` into `url` or a body. Keys go in ascending byte order. What can't be encoded (text that
@@ -66,6 +75,10 @@ public:
     /// of sending.
     HttpRequest(HttpMethod method, const Url& url, const Parameters& parameters, ParameterEncoding encoding,
                 HttpHeaders headers);
+    HttpRequest(const HttpRequest&) = default;
+    HttpRequest(HttpRequest&&) noexcept = default;
+    HttpRequest& operator=(HttpRequest other) noexcept;
+    ~HttpRequest();
 
     [[nodiscard]] HttpMethod method() const noexcept { return method_; }
     [[nodiscard]] const Url& url() const noexcept { return url_; }

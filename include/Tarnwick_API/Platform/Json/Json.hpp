@@ -131,7 +131,11 @@ class JsonDocument {
 public:
     /// Parses `text` and throws `DecodingError` (`dataCorrupted`, empty path) when it is no JSON. The text is not
     /// needed afterwards. It is read in place when its capacity leaves `padding` bytes behind its end, else copied.
-    explicit JsonDocument(const Bytes& text);
+    explicit JsonDocument(const Bytes& text) : JsonDocument{text, Content::ordinary} {}
+
+    /// Of a secret text nothing stays in the parser's memory once the document is gone.
+    enum class Content { ordinary, secret };
+    JsonDocument(const Bytes& text, Content content);
     ~JsonDocument() = default;
     JsonDocument(const JsonDocument&) = delete;
     JsonDocument& operator=(const JsonDocument&) = delete;
