@@ -1,9 +1,16 @@
 #include "ServiceFixture.hpp"
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -32,6 +39,66 @@ TEST_F(Faults, AreWeatheredByRetrying) {
         EXPECT_TRUE(getStatus().result);
         EXPECT_EQ(queue->pausesAskedFor().size() - before, 3U);
         EXPECT_EQ(service.counters().requests, 4U);
+    }
+}
+
+/// What a computer with a network says of every place.
+class AlwaysReachable final : public Platform::Reachability {
+    [[nodiscard]] bool isReachable(std::string_view /*urlText*/) const override { return true; }
+};
+
+TEST_F(Faults, AreToldWithTheirReasons) {
+    const auto authority = TarnwickService::CertificateAuthority::create();
+    const auto otherRoots = folder.path() / "others.pem";
+    std::ofstream{otherRoots} << authority.certificatePem();
+    TarnwickService::Service expired{
+        {.certificate = authority.issue({.dnsNames = {"localhost"}, .validUntil = std::chrono::seconds{-60}})}};
+    expired.start();
+    const auto portOf = [](const auto& each) { return "127.0.0.1:" + std::to_string(each.port()); };
+    using Kind = Platform::HttpError::Kind;
+    struct Row {
+        const char* what = nullptr;
+        Kind kind = Kind::other;
+        std::string place;
+        std::filesystem::path roots;
+        std::int64_t attempts = 6;
+    };
+    const Row rows[] = {
+        {"expired certificate", Kind::certificate, portOf(expired), otherRoots},
+        {"wrong authority", Kind::certificate, portOf(service), otherRoots},
+        {"refused port", Kind::cannotConnect, "127.0.0.1:1", trustedRoots},
+        {"unresolved name", Kind::unresolvedHost, "nowhere.invalid:443", trustedRoots},
+        {"body over the limit", Kind::tooLarge, portOf(service), trustedRoots},
+        {"no route", Kind::cannotConnect, "255.255.255.255:443", trustedRoots, 1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        auto configuration = sessionConfiguration();
+        configuration.trustedRootsFile = row.roots;
+        configuration.connectTo = {service.apiHost() + ":" + row.place};
+        configuration.maximumBodySize = 10;
+        if (row.attempts > 1) {
+            configuration.reachability = std::make_shared<AlwaysReachable>();
+        }
+        use(configuration);
+        std::vector<std::string> log;
+        const Platform::ScopedProcessValues logging;
+        Platform::Logging::setSink([&](const Platform::Logging::Entry& entry) { log.emplace_back(entry.message); });
+        std::int64_t told = 0;
+        const auto observation = api->observeAttempts([&](const RequestAttempt& attempt) {
+            EXPECT_EQ(attempt.number, ++told);
+            EXPECT_EQ(attempt.anotherFollows, told < row.attempts);
+            EXPECT_EQ(attempt.host, "localhost");
+            ASSERT_TRUE(attempt.failure);
+            EXPECT_STREQ(name(attempt.failure->kind), name(row.kind));
+            EXPECT_NE(attempt.failure->description, "");
+            const auto entry = row.attempts == 1 ? "No route to 255.255.255.255"
+                                                 : std::string{"No answer from localhost ("} + name(row.kind) +
+                                                       "): " + attempt.failure->description;
+            EXPECT_EQ(std::count(log.begin(), log.end(), entry), told);
+        });
+        EXPECT_EQ(getStatus().error, ResponseError::notReachable());
+        EXPECT_EQ(told, row.attempts);
     }
 }
 

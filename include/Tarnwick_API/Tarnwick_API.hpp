@@ -25,7 +25,9 @@
 #include <Tarnwick_API/Facade/ApiNotification.hpp>
 #include <Tarnwick_API/Facade/ApiUrl.hpp>
 #include <Tarnwick_API/Facade/ApiVersion.hpp>
+#include <Tarnwick_API/Facade/AttemptObservers.hpp>
 #include <Tarnwick_API/Facade/FilterIds.hpp>
+#include <Tarnwick_API/Facade/RequestAttempt.hpp>
 #include <Tarnwick_API/Facade/ServerFilterType.hpp>
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>

@@ -7,6 +7,7 @@
 #include <Platform/Http/Transfers/ConnectionTarget.hpp>
 #include <Platform/Http/Transfers/CurlTransport.hpp>
 #include <Platform/Http/Transport.hpp>
+#include <Platform/Logging/DebugChannel.hpp>
 
 #include <memory>
 #include <optional>
@@ -17,6 +18,15 @@
 namespace Tarnwick_API::Platform {
 
 namespace {
+
+void logFailure(const HttpAnswer& answer) {
+    if (!answer.error || !DebugChannel::isOpen()) {
+        return;
+    }
+    std::string line{"No answer from "};
+    line.append(answer.request->url().host()).append(" (").append(name(answer.error->kind)).append("): ");
+    DebugChannel::write(line.append(answer.error->description), "send");
+}
 
 /// Hands an answer to who asked for it, on the main queue.
 struct Delivery {
@@ -35,7 +45,10 @@ struct Delivery {
         result.answer.request = std::move(request);
         // A host's queue may copy its tasks, and an answer is too great for that: so it is shared.
         auto call = std::make_shared<Call>(Call{std::move(completion), std::move(result.answer)});
-        queue->soon([call = std::move(call)] { call->completion(std::move(call->answer)); });
+        queue->soon([call = std::move(call)] {
+            logFailure(call->answer);
+            call->completion(std::move(call->answer));
+        });
     }
 };
 
@@ -50,7 +63,13 @@ public:
     [[nodiscard]] const HttpHeaders& defaultHeaders() const override { return configuration_->additionalHeaders; }
 
     [[nodiscard]] bool isReachable(std::string_view urlText) const override {
-        return configuration_->reachability->isReachable(connectionTarget(urlText, configuration_->connectTo));
+        const auto target = connectionTarget(urlText, configuration_->connectTo);
+        const auto isReachable = configuration_->reachability->isReachable(target);
+        if (!isReachable && DebugChannel::isOpen()) {
+            const auto url = Url::fromString(target);
+            DebugChannel::write(std::string{"No route to "}.append(url ? url->host() : target), "isReachable");
+        }
+        return isReachable;
     }
 
     void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) override {

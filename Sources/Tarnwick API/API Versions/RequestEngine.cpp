@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <exception>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -65,6 +66,32 @@ void logAnswer(const Platform::HttpAnswer& answer, bool useFallbackIp) {
     }
 }
 
+/// Why there is no answer; none when there is one.
+std::optional<Platform::HttpError> failure(const Platform::HttpAnswer& answer) {
+    using Kind = Platform::HttpError::Kind;
+    if (answer.error) {
+        return answer.error;
+    }
+    if (!answer.response) {
+        return Platform::HttpError{Kind::other, "the session gave neither an error nor a response"};
+    }
+    if (answer.response->status == 0) {
+        return Platform::HttpError{Kind::badAnswer, "the session gave an answer with the status 0"};
+    }
+    return std::nullopt;
+}
+
+/// Whether the transfer has failed, so that another may come to an answer.
+bool hasFailed(const Platform::HttpAnswer& answer) noexcept {
+    return answer.error || (answer.response && answer.response->status == 0);
+}
+
+void rethrow(const std::exception_ptr& thrown) {
+    if (thrown) {
+        std::rethrow_exception(thrown);
+    }
+}
+
 constexpr bool isSuccess(std::int64_t status) noexcept {
     return status / 100 == 2;
 }
@@ -106,14 +133,31 @@ struct RequestEngine::Chain {
         return first ? first : Platform::MainQueue::main();
     }
 
+    [[nodiscard]] bool isObserved() const noexcept {
+        return engine.observers_ != nullptr && !engine.observers_->isEmpty();
+    }
+
+    /// Gives what an observer throws, so that the chain goes on first.
+    [[nodiscard]] std::exception_ptr tell(const RequestAttempt& attempt, AttemptObservers::Teller teller) const {
+        try {
+            engine.observers_->tell(attempt, teller);
+        } catch (...) {
+            return std::current_exception();
+        }
+        return nullptr;
+    }
+
     void completeNotReachable() const {
         deliver(onCompletion, std::nullopt, ApiResult{.status = 0, .error = ResponseError::notReachable()});
     }
 };
 
 RequestEngine::RequestEngine(SessionLookup session, std::shared_ptr<const ApiCommunicateable> owner,
-                             std::int64_t maxRetries)
-    : session_{std::move(session)}, owner_{std::move(owner)}, maxRetries_{maxRetries} {
+                             std::int64_t maxRetries, std::shared_ptr<const AttemptObservers> observers)
+    : session_{std::move(session)},
+      owner_{std::move(owner)},
+      maxRetries_{maxRetries},
+      observers_{std::move(observers)} {
 }
 
 void RequestEngine::send(const Platform::Url& url, const Platform::Parameters& parameters,
@@ -121,13 +165,23 @@ void RequestEngine::send(const Platform::Url& url, const Platform::Parameters& p
                          Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) const {
     auto request = std::make_shared<const Platform::HttpRequest>(
         Platform::HttpRequest{method, url, parameters, encoding, headers}.withHeader(hostHeader, owner_->apiHost()));
-    attempt(std::make_shared<const Chain>(Chain{*this, url, std::move(request), std::move(onCompletion)}), retryCount);
+    attempt(std::make_shared<const Chain>(Chain{*this, url, std::move(request), std::move(onCompletion)}), retryCount,
+            AttemptObservers::Teller::caller);
 }
 
-void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount) {
+void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, AttemptObservers::Teller teller) {
     const auto session = chain->engine.session_();
     if (!session->isReachable(chain->url.absoluteString())) {
+        std::exception_ptr thrown;
+        if (chain->isObserved()) {
+            thrown = chain->tell({.host = std::string{chain->url.host()},
+                                  .number = retryCount + 1,
+                                  .failure = Platform::HttpError{Platform::HttpError::Kind::cannotConnect,
+                                                                 "this computer has no network route to the service"}},
+                                 teller);
+        }
         chain->completeNotReachable();
+        rethrow(thrown);
         return;
     }
     const auto request = naming(chain->request, chain->engine.owner_->apiHost());
@@ -146,8 +200,21 @@ void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount) {
 
 void RequestEngine::receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer) {
     logAnswer(answer, chain->engine.owner_->useFallbackIp());
-    const auto hasFailed = answer.error || (answer.response && answer.response->status == 0);
-    if (hasFailed) {
+    std::exception_ptr thrown;
+    if (chain->isObserved()) {
+        thrown = chain->tell({.host = std::string{chain->url.host()},
+                              .number = retryCount + 1,
+                              .failure = failure(answer),
+                              .anotherFollows = hasFailed(answer) && retryCount < chain->engine.maxRetries_,
+                              .source = answer.source},
+                             AttemptObservers::Teller::mainQueue);
+    }
+    goOn(chain, retryCount, std::move(answer));
+    rethrow(thrown);
+}
+
+void RequestEngine::goOn(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer) {
+    if (hasFailed(answer)) {
         retryOrGiveUp(chain, retryCount);
         return;
     }
@@ -164,7 +231,8 @@ void RequestEngine::retryOrGiveUp(const SharedChain& chain, std::int64_t retryCo
         chain->completeNotReachable();
         return;
     }
-    chain->queue()->after(pauseBeforeRetry(retryCount), [chain, retryCount] { attempt(chain, retryCount + 1); });
+    chain->queue()->after(pauseBeforeRetry(retryCount),
+                          [chain, retryCount] { attempt(chain, retryCount + 1, AttemptObservers::Teller::mainQueue); });
 }
 
 }  // namespace Tarnwick_API

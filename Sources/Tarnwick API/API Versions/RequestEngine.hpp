@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Calls/ApiResult.hpp>
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
+#include <Tarnwick_API/Facade/AttemptObservers.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <cstdint>
@@ -11,7 +12,8 @@
 namespace Tarnwick_API {
 
 /// Sends requests for a backend: asks whether the service can be reached, names the API host, writes the exchange to
-/// the log, tries a failed transfer again after a growing pause, and tells from the status how the request ended.
+/// the log, tells observers what became of each attempt, tries a failed transfer again after a growing pause, and tells
+/// from the status how the request ended.
 ///
 /// Session and host are asked for anew at each attempt. Of one request with all its attempts everything lives in a
 /// chain, which keeps the backend alive until it has ended.
@@ -19,7 +21,9 @@ class RequestEngine {
 public:
     using SessionLookup = std::function<std::shared_ptr<Platform::HttpSession>()>;
 
-    RequestEngine(SessionLookup session, std::shared_ptr<const ApiCommunicateable> owner, std::int64_t maxRetries);
+    /// `observers`: may be none.
+    RequestEngine(SessionLookup session, std::shared_ptr<const ApiCommunicateable> owner, std::int64_t maxRetries,
+                  std::shared_ptr<const AttemptObservers> observers);
 
     /// As `ApiVersion1::sendRequest`.
     void send(const Platform::Url& url, const Platform::Parameters& parameters, Platform::ParameterEncoding encoding,
@@ -30,13 +34,15 @@ private:
     struct Chain;
     using SharedChain = std::shared_ptr<const Chain>;
 
-    static void attempt(const SharedChain& chain, std::int64_t retryCount);
+    static void attempt(const SharedChain& chain, std::int64_t retryCount, AttemptObservers::Teller teller);
     static void receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer);
+    static void goOn(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer);
     static void retryOrGiveUp(const SharedChain& chain, std::int64_t retryCount);
 
     SessionLookup session_;
     std::shared_ptr<const ApiCommunicateable> owner_;
     std::int64_t maxRetries_;
+    std::shared_ptr<const AttemptObservers> observers_;
 };
 
 }  // namespace Tarnwick_API

@@ -27,6 +27,7 @@ TarnwickApi::TarnwickApi(Key /*unused*/, ApiVersion apiVersion, std::string cons
       uid_{uuid},
       version_{apiVersion},
       api_{apiFactory(version_, consumerKey_, consumerSecret_, partnersId_, uid_, apiUrl_)} {
+    api_->setAttemptObservers(attemptObservers_);
 }
 
 std::string TarnwickApi::username() const {
@@ -45,12 +46,17 @@ void TarnwickApi::setUseFallbackIp(bool useFallbackIp) {
 
 void TarnwickApi::setApi(std::shared_ptr<ApiCommunicateable> api) {
     api_ = std::move(api);
+    api_->setAttemptObservers(attemptObservers_);
 }
 
 void TarnwickApi::setVersion(ApiVersion version) {
     version_ = version;
-    api_ = apiFactory(version_, consumerKey_, consumerSecret_, partnersId_, uid_, apiUrl_);
+    setApi(apiFactory(version_, consumerKey_, consumerSecret_, partnersId_, uid_, apiUrl_));
     api_->setUseFallbackIp(useFallbackIp_);
+}
+
+AttemptObservers::Observation TarnwickApi::observeAttempts(AttemptObservers::Handler handler) {
+    return attemptObservers_->add(std::move(handler));
 }
 
 std::shared_ptr<ApiCommunicateable> TarnwickApi::apiFactory(ApiVersion version, std::optional<std::string> consumerKey,

@@ -1,11 +1,16 @@
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Calls/ApiCall.hpp>
+#include <Tarnwick_API/Facade/TarnwickApi.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "BackendFixture.hpp"
 
 #include <chrono>
+#include <memory>
+#include <stdexcept>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -27,11 +32,24 @@ protected:
         ApiResult result;
     };
 
+    const Platform::Url status = *Platform::Url::fromString("https://live.example.test/vb/status");
+    /// Neither an error nor a response.
+    const ScriptedHttpSession::Answer nothing = [](auto request) {
+        return Platform::HttpAnswer{std::move(request), std::nullopt, std::nullopt, Platform::Bytes{}};
+    };
+
+    /// A facade of the backend, which drops its own.
+    std::shared_ptr<TarnwickApi> makeFacade() const {
+        auto facade = TarnwickApi::create(ApiVersion::v1, "", "", 7, Testing::installation, "",
+                                          FilterIds{0, 0, 0, 0, 0, 0, 0, 0, 0}, Testing::hosts);
+        facade->setApi(backend);
+        return facade;
+    }
+
     void send(Outcome& outcome, const Platform::HttpHeaders& headers = {},
               const Platform::Parameters& parameters = {{"b", 2}, {"a", "x y"}},
               ParameterEncoding encoding = ParameterEncoding::json) {
-        backend->sendRequest(*Platform::Url::fromString("https://live.example.test/vb/status"), parameters, encoding,
-                             headers, HttpMethod::post, 0,
+        backend->sendRequest(status, parameters, encoding, headers, HttpMethod::post, 0,
                              [&outcome](std::optional<Platform::Bytes> body, ApiResult result) {
                                  ++outcome.times;
                                  outcome.body = std::move(body);
@@ -73,6 +91,63 @@ TEST_F(RequestEngine, SucceedsOnALaterAttempt) {
     EXPECT_EQ(outcome.times, 1);
     EXPECT_EQ(outcome.body, "yes");
     EXPECT_EQ(outcome.result.status, 200);
+}
+
+TEST_F(RequestEngine, TellsObserversBeforeItGoesOn) {
+    const auto facade = makeFacade();
+    session->script(
+        {ScriptedHttpSession::failure(), ScriptedHttpSession::answer(0, ""), ScriptedHttpSession::answer(503, "")});
+    std::vector<std::string> journal;
+    const auto note = [&](const RequestAttempt& attempt) {
+        journal.push_back(std::to_string(attempt.number) + " " + attempt.host + " " +
+                          (attempt.failure ? name(attempt.failure->kind) : "answered") +
+                          (attempt.anotherFollows ? " again" : ""));
+    };
+    const auto observation = facade->observeAttempts(note);
+    const auto sendAndNote = [&] {
+        backend->sendRequest(status, {}, ParameterEncoding::url, {}, HttpMethod::get,
+                             [&](const auto& /*body*/, const auto& /*result*/) { journal.emplace_back("completed"); });
+    };
+    sendAndNote();
+    queue->runAll();
+    const auto here = "1 live.example.test cannotConnect";
+    session->script({nothing});
+    sendAndNote();
+    queue->runAll();
+    session->reachableTimes = 0;
+    sendAndNote();
+    std::thread{sendAndNote}.join();
+    queue->runAll();
+    EXPECT_THAT(journal, ElementsAre("1 live.example.test connectionLost again", "2 live.example.test badAnswer again",
+                                     "3 live.example.test answered", "completed", "1 live.example.test other", here,
+                                     "completed", "completed", here));
+}
+
+TEST_F(RequestEngine, ObserversMayDoWhatTheyLike) {
+    auto facade = makeFacade();
+    session->script({ScriptedHttpSession::failure(), ScriptedHttpSession::answer(200, "yes")});
+    int calls = 0;
+    AttemptObservers::Observation ended;
+    AttemptObservers::Observation added;
+    const auto throwing =
+        facade->observeAttempts([](const auto& /*attempt*/) { throw std::runtime_error{"observer"}; });
+    const auto changing = facade->observeAttempts([&](const auto& /*attempt*/) {
+        ++calls;
+        ended.remove();
+        if (facade) {
+            added = facade->observeAttempts([&](const auto& /*attempt*/) { calls += 10; });
+            facade.reset();
+        }
+    });
+    ended = facade->observeAttempts([&](const auto& /*attempt*/) { calls += 100; });
+    Outcome outcome;
+    send(outcome);
+    std::exchange(backend, nullptr).reset();
+    for (int exceptions = 0; exceptions < 2; ++exceptions) {
+        EXPECT_THROW(queue->runAll(), std::runtime_error);
+    }
+    EXPECT_EQ(outcome.body, "yes");
+    EXPECT_EQ(calls, 12);
 }
 
 TEST_F(RequestEngine, GoesOnWhereItBegan) {
@@ -152,9 +227,7 @@ TEST_F(RequestEngine, ClassifiesAnswers) {
 }
 
 TEST_F(RequestEngine, IsSilentWithoutErrorAndWithoutResponse) {
-    session->script({[](auto request) {
-        return Platform::HttpAnswer{std::move(request), std::nullopt, std::nullopt, Platform::Bytes{}};
-    }});
+    session->script({nothing});
     Outcome outcome;
     send(outcome);
     queue->runAll();

@@ -55,8 +55,7 @@ Tarnwick_API::ApiUrl apiUrl(const Settings& settings) {
             host(ApiEnvironment::staging)};
 }
 
-std::shared_ptr<Tarnwick_API::Platform::HttpSession> makeSession(const Settings& settings,
-                                                                 std::shared_ptr<TransferLog> log) {
+std::shared_ptr<Tarnwick_API::Platform::HttpSession> makeSession(const Settings& settings) {
     auto configuration = ApiVersion1::defaultSessionConfiguration();
     configuration.idleTimeout = milliseconds(settings.idleTimeout);
     if (!settings.caFile.empty()) {
@@ -68,16 +67,13 @@ std::shared_ptr<Tarnwick_API::Platform::HttpSession> makeSession(const Settings&
         constexpr std::size_t disk = std::size_t{64} << 20U;
         configuration.cache = std::make_shared<Tarnwick_API::CustomUrlCache>(memory, disk, settings.cacheFolder);
     }
-    return std::make_shared<WatchedSession>(Tarnwick_API::Platform::makeHttpSession(std::move(configuration)),
-                                            std::move(log));
+    return Tarnwick_API::Platform::makeHttpSession(std::move(configuration));
 }
 
 }  // namespace
 
 Client::Client(const Settings& settings)
-    : settings_{settings},
-      queue_{std::make_shared<Tarnwick_API::Platform::BuiltInMainQueue>()},
-      transfers_{std::make_shared<TransferLog>()} {
+    : settings_{settings}, queue_{std::make_shared<Tarnwick_API::Platform::BuiltInMainQueue>()} {
     requireServiceSettings(settings);
     if (!settings.clickId.empty()) {
         Tarnwick_API::Platform::Preferences::setLookup([clickId = settings.clickId](std::string_view key) {
@@ -85,12 +81,13 @@ Client::Client(const Settings& settings)
         });
     }
     Tarnwick_API::Platform::MainQueue::setMain(queue_);
-    ApiVersion1::setSessionManager(makeSession(settings, transfers_));
+    ApiVersion1::setSessionManager(makeSession(settings));
     api_ = Tarnwick_API::TarnwickApi::create(settings.apiVersion, settings.consumerKey, settings.consumerSecret,
                                              settings.partnerId.value_or(0), installationId(settings),
                                              settings.keychainService, filterIds(settings), apiUrl(settings));
     api_->setEnvironment(settings.environment);
     api_->setUseFallbackIp(settings.fallback);
+    observation_ = api_->observeAttempts([this](const auto& attempt) { transfers_.note(attempt); });
 }
 
 std::optional<OAuthToken> Client::storedToken() const {
@@ -166,7 +163,7 @@ void Client::wait(const std::string& doing, const std::function<bool()>& isDone)
     const auto draw = std::make_shared<std::function<void()>>();
     *draw = [this, &line, isWaiting, weakDraw = std::weak_ptr{draw}] {
         if (const auto again = weakDraw.lock(); again && *isWaiting) {
-            line.update(transfers_->tries, transfers_->lastError);
+            line.update(transfers_.attempt, transfers_.lastError);
             queue_->after(refresh, *again);
         }
     };
@@ -176,7 +173,7 @@ void Client::wait(const std::string& doing, const std::function<bool()>& isDone)
     queue_->runUntil([&] { return isDone() || *isLate; });
     *isWaiting = false;
     if (!isDone()) {
-        const auto cause = transfers_->lastError.empty() ? "" : " (" + transfers_->lastError + ")";
+        const auto cause = transfers_.lastError.empty() ? "" : " (" + transfers_.lastError + ")";
         throw Failure{ExitStatus::noAnswer, "timedOut", "No answer from the service in time" + cause + "."};
     }
 }

@@ -6,7 +6,7 @@
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Records/OAuthToken.hpp>
 
-#include "Client/WatchedSession.hpp"
+#include "Client/TransferLog.hpp"
 #include "Configuration/Settings.hpp"
 #include "Failures/Failure.hpp"
 
@@ -80,10 +80,10 @@ public:
     void run(const std::string& doing, const std::function<void(Tarnwick_API::Completion<void>)>& start);
 
     /// What has been sent and received.
-    [[nodiscard]] const TransferLog& transfers() const noexcept { return *transfers_; }
+    [[nodiscard]] const TransferLog& transfers() const noexcept { return transfers_; }
 
     [[nodiscard]] Failure failure(const Tarnwick_API::ApiError& error) const {
-        return Failure::from(error, transfers_->lastError);
+        return Failure::from(error, transfers_.lastError);
     }
 
 private:
@@ -92,8 +92,9 @@ private:
 
     const Settings& settings_;
     std::shared_ptr<Tarnwick_API::Platform::BuiltInMainQueue> queue_;
-    std::shared_ptr<TransferLog> transfers_;
     std::shared_ptr<Tarnwick_API::TarnwickApi> api_;
+    TransferLog transfers_;
+    Tarnwick_API::AttemptObservers::Observation observation_;
 };
 
 }  // namespace TarnwickClient

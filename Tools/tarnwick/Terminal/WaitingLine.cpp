@@ -28,7 +28,7 @@ WaitingLine::~WaitingLine() {
     }
 }
 
-void WaitingLine::update(int tries, const std::string& lastError) {
+void WaitingLine::update(std::int64_t attempt, const std::string& lastError) {
     if (!isShown_) {
         return;
     }
@@ -36,7 +36,7 @@ void WaitingLine::update(int tries, const std::string& lastError) {
     std::string line{frames[frame_++ % frames.size()]};
     line += " " + doing_ + ", " + std::to_string(elapsed.count()) + " s";
     if (!lastError.empty()) {
-        line += "; try " + std::to_string(tries) + " failed (" + printable(lastError) + "), trying again";
+        line += "; try " + std::to_string(attempt) + " failed (" + printable(lastError) + "), trying again";
     }
     std::cerr << eraseLine << shortened(line, terminalWidth(STDERR_FILENO).value_or(80) - 1) << std::flush;
     isDrawn_ = true;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace TarnwickClient {
@@ -16,8 +18,8 @@ public:
 
     [[nodiscard]] bool isShown() const noexcept { return isShown_; }
 
-    /// Draws the line anew. `tries` counts the requests that were sent, `lastError` tells why the last one failed.
-    void update(int tries, const std::string& lastError);
+    /// Draws the line anew. `lastError` tells why the try of that number, the last one, failed.
+    void update(std::int64_t attempt, const std::string& lastError);
 
 private:
     std::string doing_;

@@ -87,6 +87,10 @@ public:
     [[nodiscard]] bool useFallbackIp() const override { return useFallbackIp_; }
     void setUseFallbackIp(bool useFallbackIp) override { useFallbackIp_ = useFallbackIp; }
 
+    void setAttemptObservers(std::shared_ptr<const AttemptObservers> observers) override {
+        attemptObservers_ = std::move(observers);
+    }
+
     /// What a call made now takes over from this backend: `AddDeviceCallV1{backend->apiBase()}`.
     [[nodiscard]] ApiBase apiBase() const;
 
@@ -151,6 +155,7 @@ private:
     bool useFallbackIp_ = false;
     std::string keychainTokenService_;
     ApiEnvironment environment_ = ApiEnvironment::live;
+    std::shared_ptr<const AttemptObservers> attemptObservers_;
 };
 
 }  // namespace Tarnwick_API

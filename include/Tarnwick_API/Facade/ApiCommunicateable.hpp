@@ -4,6 +4,7 @@
 #include <Tarnwick_API/Calls/Completion.hpp>
 #include <Tarnwick_API/Calls/UserField.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
+#include <Tarnwick_API/Facade/AttemptObservers.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
 #include <Tarnwick_API/Records/Device.hpp>
@@ -13,6 +14,7 @@
 #include <Tarnwick_API/Records/User.hpp>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -50,6 +52,10 @@ public:
 
     [[nodiscard]] virtual bool useFallbackIp() const = 0;
     virtual void setUseFallbackIp(bool useFallbackIp) = 0;
+
+    /// Whom to tell what becomes of requests made from now on; none for nobody. Given by the facade to each backend
+    /// that it gets. A backend that sends nothing has nothing to tell, and leaves this as it is.
+    virtual void setAttemptObservers(std::shared_ptr<const AttemptObservers> /*observers*/) {}
 
     virtual void currentUser(Completion<User> onCompletion) = 0;
     virtual void login(const std::string& username, const std::string& password, bool qvImport,

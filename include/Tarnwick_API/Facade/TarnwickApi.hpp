@@ -6,6 +6,7 @@
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 #include <Tarnwick_API/Facade/ApiUrl.hpp>
 #include <Tarnwick_API/Facade/ApiVersion.hpp>
+#include <Tarnwick_API/Facade/AttemptObservers.hpp>
 #include <Tarnwick_API/Facade/FilterIds.hpp>
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
@@ -31,8 +32,8 @@ namespace Tarnwick_API {
 /// Completion: every operation takes one, last. It runs at most once, on the main queue (`Platform::MainQueue`), with a
 /// result or an error; with neither when the service answered without usable data. Only when the service is out of
 /// reach already at the call is it told so at once, inside the call. A failed transfer is tried again up to five times
-/// within about six seconds before `ResponseError::notReachable` is reported. On the version-2 backend no completion
-/// ever runs.
+/// within about six seconds before `ResponseError::notReachable` is reported; `observeAttempts` tells why each try
+/// failed. On the version-2 backend no completion ever runs.
 /// Lifetime: operations under way keep the facade alive; the application may drop it at any time, inside a completion
 /// too, and its completions still run.
 /// Errors: `ResponseError` for what HTTP says; others where an operation names them. No argument is checked here. What
@@ -107,6 +108,15 @@ public:
     /// in-memory access token goes with it.
     [[nodiscard]] ApiVersion version() const noexcept { return version_; }
     void setVersion(ApiVersion version);
+
+    /// Tells `handler` what becomes of each attempt to send a request of this facade's, and above all why it failed, as
+    /// long as the observation lives. Whatever backend or session takes the place of another, it stays registered.
+    ///
+    /// Thread: the main one, on which it is to be called. `handler` runs there, before the request is tried again or
+    /// its completion called; inside the operation's call when the service is out of reach already then.
+    /// Lifetime: let the handler hold its own target, and this facade, weakly. Both it and the observation may outlive
+    /// the facade. Errors: what it throws passes through, when the request has gone on.
+    [[nodiscard]] AttemptObservers::Observation observeAttempts(AttemptObservers::Handler handler);
 
     /// A new backend; takes the keychain service and the environment from this facade.
     [[nodiscard]] std::shared_ptr<ApiCommunicateable> apiFactory(ApiVersion version,
@@ -190,6 +200,7 @@ private:
     bool useFallbackIp_ = false;
     Platform::Uuid uid_;
     ApiVersion version_;
+    std::shared_ptr<AttemptObservers> attemptObservers_ = std::make_shared<AttemptObservers>();
     std::shared_ptr<ApiCommunicateable> api_;
 };
 

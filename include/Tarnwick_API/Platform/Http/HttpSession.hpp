@@ -39,6 +39,9 @@ struct HttpError {
     std::string description;
 };
 
+/// As it is written above, such as "certificate".
+[[nodiscard]] const char* name(HttpError::Kind kind) noexcept;
+
 struct HttpResponse {
     std::int64_t status = 0;
     /// Names in lower case; the values of a repeated header joined by ", ".

@@ -1,6 +1,4 @@
-#include "Client/WatchedSession.hpp"
-
-#include <utility>
+#include "Client/TransferLog.hpp"
 
 namespace TarnwickClient {
 
@@ -20,12 +18,12 @@ int& count(TransferLog& log, Tarnwick_API::Platform::HttpAnswer::Source source) 
 
 }  // namespace
 
-bool WatchedSession::isReachable(std::string_view urlText) const {
-    const auto reachable = session_->isReachable(urlText);
-    if (!reachable) {
-        log_->lastError = "this computer has no network route to the service";
+void TransferLog::note(const Tarnwick_API::RequestAttempt& ended) {
+    attempt = ended.number;
+    lastError = ended.failure ? ended.failure->description : std::string{};
+    if (!ended.failure) {
+        ++count(*this, ended.source);
     }
-    return reachable;
 }
 
 std::string sourcesText(const TransferLog& log) {
@@ -39,18 +37,6 @@ std::string sourcesText(const TransferLog& log) {
     add(log.confirmed, " from the cache, confirmed by the service");
     add(log.fromService, " from the service");
     return "Answers: " + (text.empty() ? "none" : text) + ".";
-}
-
-void WatchedSession::send(std::shared_ptr<const Tarnwick_API::Platform::HttpRequest> request, Completion onCompletion) {
-    ++log_->tries;
-    session_->send(std::move(request),
-                   [log = log_, onCompletion = std::move(onCompletion)](Tarnwick_API::Platform::HttpAnswer answer) {
-                       log->lastError = answer.error ? answer.error->description : std::string{};
-                       if (!answer.error) {
-                           ++count(*log, answer.source);
-                       }
-                       onCompletion(std::move(answer));
-                   });
 }
 
 }  // namespace TarnwickClient
