@@ -57,6 +57,9 @@ DiskUrlCache::DiskUrlCache(const std::filesystem::path& folder, std::size_t capa
 
 DiskUrlCache::~DiskUrlCache() {
     writeUses();
+    if (isInherited()) {
+        static_cast<void>(database_.release());  // NOLINT(bugprone-unused-return-value)
+    }
 }
 
 void DiskUrlCache::writeUses() {
@@ -164,6 +167,7 @@ CacheDatabase* DiskUrlCache::open(Opening opening) {
     }
     if (!path.empty()) {
         database_ = std::make_unique<CacheDatabase>(path);
+        openedIn_ = forkGeneration();
     }
     return database_.get();
 }
