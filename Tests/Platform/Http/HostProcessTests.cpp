@@ -19,7 +19,7 @@ using namespace Tarnwick_API::Platform;
 
 int statusOfChild = -1;
 // Runs after the exit handlers of the library, and before a leak checker that would miss the threads a child lacks.
-const int lastHandler = std::atexit([] {
+[[maybe_unused]] const int lastHandler = std::atexit([] {
     if (statusOfChild >= 0) {
         ::_exit(statusOfChild);
     }
