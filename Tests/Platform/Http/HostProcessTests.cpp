@@ -86,15 +86,6 @@ protected:
         makeUserKeychainStore(keyring.folder() / "users", std::chrono::minutes{2});
 };
 
-TEST_F(HostProcess, LeavesNothingToExecutedProgramsAndTakesNoSignals) {
-    const std::vector<std::string> list{"ls", "/proc/self/fd"};
-    const auto inherited = outputOf(list);
-    const auto threads = interruptibleThreads();
-    useEverything();
-    EXPECT_EQ(outputOf(list), inherited) << outputOf({"ls", "-l", "/proc/self/fd"});
-    EXPECT_EQ(interruptibleThreads(), threads + server.connections()) << "but those of the server";
-}
-
 TEST_F(HostProcess, MayForkBeforeAndAfterItsFirstUse) {
     EXPECT_TRUE(succeedsInAChild([&] { useEverything(); }));
     useEverything();
@@ -122,6 +113,15 @@ TEST_F(HostProcess, MayForkBeforeAndAfterItsFirstUse) {
         caching.reset();
     }));
     useEverything();
+}
+
+TEST_F(HostProcess, LeavesNothingToExecutedProgramsAndTakesNoSignals) {
+    const std::vector<std::string> list{"ls", "/proc/self/fd"};
+    const auto inherited = outputOf(list);
+    const auto threads = interruptibleThreads();
+    useEverything();
+    EXPECT_EQ(outputOf(list), inherited) << outputOf({"ls", "-l", "/proc/self/fd"});
+    EXPECT_EQ(interruptibleThreads(), threads + server.connections()) << "but those of the server";
 }
 
 }  // namespace
