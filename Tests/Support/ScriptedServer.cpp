@@ -117,7 +117,7 @@ private:
 ScriptedServer::ScriptedServer(const std::optional<TarnwickService::Certificate>& certificate)
     : context_{certificate ? makeContext(*certificate) : nullptr} {
     std::signal(SIGPIPE, SIG_IGN);
-    listener_ = ::socket(AF_INET, SOCK_STREAM, 0);
+    listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -189,7 +189,7 @@ bool ScriptedServer::waitForClosed(std::size_t count) const {
 
 void ScriptedServer::acceptConnections() {
     while (true) {
-        const int descriptor = ::accept(listener_, nullptr, nullptr);
+        const int descriptor = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
         if (descriptor < 0) {
             return;
         }

@@ -1,5 +1,7 @@
 #include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
 
+#include <Platform/Concurrency/ProcessFork.hpp>
+
 #include <algorithm>
 #include <atomic>
 #include <iterator>
@@ -50,6 +52,7 @@ public:
 
 private:
     mutable std::mutex mutex_;
+    HeldOverFork heldOverFork_{mutex_};
     std::vector<Entry> entries_;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Platform/Application/ProcessValues.hpp>
+#include <Platform/Concurrency/ProcessFork.hpp>
 
 #include <atomic>
 #include <concepts>
@@ -40,6 +41,7 @@ private:
     static inline std::atomic<bool> hasLogger_{false};
 
     mutable std::mutex mutex_;
+    HeldOverFork heldOverFork_{mutex_};
     ProcessValues values_;
 };
 

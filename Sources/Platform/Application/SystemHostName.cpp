@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
+#include <cstdio>
+#include <memory>
 
 #include <unistd.h>
 
@@ -20,8 +20,21 @@ bool isUsable(std::string_view name) {
 }
 
 std::string machineInfoText() {
-    std::ifstream file{"/etc/machine-info", std::ios::binary};
-    return {std::istreambuf_iterator<char>{file}, {}};
+    // Not a stream of this library's, which programs that the host executes meanwhile would inherit.
+    struct Close {
+        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+    };
+    const std::unique_ptr<std::FILE, Close> file{std::fopen("/etc/machine-info", "rbe")};
+    std::string text;
+    std::array<char, 4096> buffer{};
+    while (file) {
+        const auto size = std::fread(buffer.data(), 1, buffer.size(), file.get());
+        if (size == 0) {
+            break;
+        }
+        text.append(buffer.data(), size);
+    }
+    return text;
 }
 
 std::string networkName() {

@@ -57,6 +57,9 @@ DiskUrlCache::DiskUrlCache(const std::filesystem::path& folder, std::size_t capa
 
 DiskUrlCache::~DiskUrlCache() {
     catchUp();
+    if (isInherited()) {
+        static_cast<void>(database_.release());  // NOLINT(bugprone-unused-return-value)
+    }
 }
 
 void DiskUrlCache::catchUp() {
@@ -167,6 +170,7 @@ CacheDatabase* DiskUrlCache::open(Opening opening) {
     }
     if (!path.empty()) {
         database_ = std::make_unique<CacheDatabase>(path, patience_);
+        openedIn_ = forkGeneration();
     }
     return database_.get();
 }

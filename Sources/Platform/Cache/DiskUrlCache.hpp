@@ -2,6 +2,7 @@
 
 #include <Platform/Cache/CacheDatabase.hpp>
 #include <Platform/Cache/UseLog.hpp>
+#include <Platform/Concurrency/ProcessFork.hpp>
 
 #include <filesystem>
 #include <functional>
@@ -45,7 +46,9 @@ private:
     enum class Opening { existing, made };
     using Change = std::function<void(CacheDatabase::Transaction&)>;
 
-    [[nodiscard]] bool isOff() const { return hasFailed_ || file_.empty() || capacity_ == 0; }
+    [[nodiscard]] bool isOff() const { return hasFailed_ || file_.empty() || capacity_ == 0 || isInherited(); }
+    /// Whether the connection is that of a parent of this process. SQLite must neither use it nor close it here.
+    [[nodiscard]] bool isInherited() const { return database_ != nullptr && openedIn_ != forkGeneration(); }
     CacheDatabase* open(Opening opening);
     bool change(Opening opening, const Change& work);
     /// Whether `work` met no error of the file.
@@ -61,6 +64,7 @@ private:
     std::size_t capacity_;
     LockPatience patience_;
     std::unique_ptr<CacheDatabase> database_;
+    unsigned openedIn_ = 0;
     UseLog uses_;
     /// Entries that are on the disk still, though they have been removed or replaced: the disk was full or locked, say.
     /// They count as absent, and go with the next change that succeeds.

@@ -4,6 +4,7 @@
 #include <Platform/Cache/CacheKey.hpp>
 #include <Platform/Cache/DiskUrlCache.hpp>
 #include <Platform/Cache/MemoryUrlCache.hpp>
+#include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <filesystem>
@@ -61,6 +62,8 @@ public:
 
 private:
     std::mutex changes_;
+    /// Whatever uses SQLite in a child of `fork` shall find SQLite's own locks free.
+    HeldOverFork heldOverFork_{changes_};
     DiskUrlCache disk_;
     MemoryUrlCache memory_;
 };

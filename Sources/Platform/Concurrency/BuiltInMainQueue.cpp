@@ -1,5 +1,6 @@
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 
+#include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Concurrency/TaskSchedule.hpp>
 
 #include <condition_variable>
@@ -55,6 +56,7 @@ public:
 private:
     std::mutex mutex_;
     std::condition_variable changed_;
+    HeldOverFork heldOverFork_{mutex_, &changed_};
     TaskSchedule schedule_;
     bool stopped_ = false;
 };

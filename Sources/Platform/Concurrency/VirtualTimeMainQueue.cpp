@@ -1,5 +1,6 @@
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 
+#include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Concurrency/TaskSchedule.hpp>
 
 #include <algorithm>
@@ -70,6 +71,7 @@ public:
 private:
     mutable std::mutex mutex_;
     std::condition_variable added_;
+    HeldOverFork heldOverFork_{mutex_, &added_};
     TaskSchedule schedule_;
     std::chrono::nanoseconds now_{0};
     std::vector<std::chrono::nanoseconds> pauses_;

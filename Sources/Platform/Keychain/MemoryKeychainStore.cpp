@@ -1,3 +1,4 @@
+#include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Keychain/StoredKeychainItem.hpp>
 
 #include <algorithm>
@@ -62,6 +63,7 @@ private:
     }
 
     std::mutex mutex_;
+    HeldOverFork heldOverFork_{mutex_};
     std::vector<StoredKeychainItem> items_;  // the oldest first
 };
 

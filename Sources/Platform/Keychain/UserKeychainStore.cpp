@@ -1,3 +1,4 @@
+#include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Keychain/File/FileKeychainStore.hpp>
 #include <Platform/Keychain/SecretService/SecretServiceKeychainStore.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
@@ -75,7 +76,8 @@ private:
         if (!store) {
             return {KeychainStatus::notAvailable};
         }
-        if (store == secretService_) {
+        // In a child of `fork` the call that migrates may be one of the parent's: the Secret Service itself refuses.
+        if (store == secretService_ && !SecretServiceWorker::isLost()) {
             if (const auto status = migrateOnce(); status != KeychainStatus::success) {
                 return {status};
             }
@@ -190,6 +192,7 @@ private:
     const std::chrono::milliseconds timeout_;
     std::mutex mutex_;
     std::condition_variable changed_;
+    HeldOverFork heldOverFork_{mutex_, &changed_};
     State state_ = State::undecided;
     KeychainStatus lastMigration_ = KeychainStatus::success;
 };

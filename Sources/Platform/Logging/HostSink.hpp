@@ -2,21 +2,31 @@
 
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
+#include <Platform/Concurrency/ProcessFork.hpp>
+
 #include <exception>
 #include <mutex>
 #include <utility>
 
+#include <spdlog/details/null_mutex.h>
 #include <spdlog/sinks/base_sink.h>
 
 namespace Tarnwick_API::Platform {
 
-/// Hands log entries to a function of the host's, one at a time.
-class HostSink final : public spdlog::sinks::base_sink<std::mutex> {
+/// Hands log entries to a function of the host's, one at a time. In a child of `fork`, where a thread that is missing
+/// may have been at one for ever, entries that would have to wait for another are dropped.
+class HostSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
 public:
     explicit HostSink(Logging::Sink sink) : sink_{std::move(sink)} {}
 
 private:
     void sink_it_(const spdlog::details::log_msg& message) override {
+        std::unique_lock lock{mutex_, std::defer_lock};
+        if (madeIn_ == forkGeneration()) {
+            lock.lock();
+        } else if (!lock.try_lock()) {
+            return;
+        }
         const auto textOrEmpty = [](const char* text) { return text != nullptr ? text : ""; };
         try {
             sink_({severityOf(message.level),
@@ -49,6 +59,8 @@ private:
     }
 
     Logging::Sink sink_;
+    std::mutex mutex_;
+    const unsigned madeIn_ = forkGeneration();
 };
 
 }  // namespace Tarnwick_API::Platform

@@ -5,10 +5,7 @@
 #include <algorithm>
 #include <thread>
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 
 namespace {
 
@@ -101,24 +98,6 @@ TEST_F(Session, TakesNothingForAnAnswerThatCameBeforeTheRequest) {
     EXPECT_EQ(answer.body, "own");
     EXPECT_EQ(server.connections(), 2U);
     EXPECT_EQ(server.requests().size(), 2U);
-}
-
-TEST_F(Session, LeavesItsConnectionsToNoExecutedProgram) {
-    server.answer(okAnswer("x"));
-    const auto session = makeHttpSession(configuration);
-    exchange(*session, request(server.url()));
-    int connections = 0;
-    constexpr int mostDescriptors = 1024;
-    for (int descriptor = 0; descriptor < mostDescriptors; ++descriptor) {
-        sockaddr_in peer{};
-        socklen_t length = sizeof peer;
-        if (::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &length) == 0 && peer.sin_family == AF_INET &&
-            ntohs(peer.sin_port) == server.port()) {
-            ++connections;
-            EXPECT_NE(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, 0);
-        }
-    }
-    EXPECT_EQ(connections, 1);
 }
 
 TEST_F(Session, LimitsEachOriginForItself) {

@@ -36,6 +36,8 @@ namespace Tarnwick_API {
 /// failed. On the version-2 backend no completion ever runs.
 /// Lifetime: operations under way keep the facade alive; the application may drop it at any time, inside a completion
 /// too, and its completions still run.
+/// Fork: a process that forks after its first operation keeps to the parent. In the child operations come to no more
+/// than `ResponseError::notReachable`; see `Platform::makeHttpSession`.
 /// Errors: `ResponseError` for what HTTP says; others where an operation names them. No argument is checked here. What
 /// a completion throws is the application's: it passes through to whoever runs the main queue.
 class TarnwickApi final : public std::enable_shared_from_this<TarnwickApi> {

@@ -1,10 +1,11 @@
 #include <Platform/Http/Transfers/ConnectionSockets.hpp>
 
+#include <Platform/Http/Transfers/PrivateSocket.hpp>
+
 #include <array>
 #include <exception>
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -13,18 +14,6 @@
 namespace Tarnwick_API::Platform {
 
 namespace {
-
-curl_socket_t newSocket(const curl_sockaddr& address) noexcept {
-#ifdef SOCK_CLOEXEC
-    return ::socket(address.family, address.socktype | SOCK_CLOEXEC, address.protocol);
-#else
-    const auto socket = ::socket(address.family, address.socktype, address.protocol);
-    if (socket >= 0) {
-        ::fcntl(socket, F_SETFD, FD_CLOEXEC);
-    }
-    return socket;
-#endif
-}
 
 bool isAt(curl_socket_t socket, const ConnectionSockets::LocalEnd& end) noexcept {
     sockaddr_storage storage{};
@@ -75,7 +64,7 @@ bool ConnectionSockets::isSpoilt(const LocalEnd& end) const {
 }
 
 curl_socket_t ConnectionSockets::open(void* sockets, curlsocktype /*purpose*/, curl_sockaddr* address) noexcept {
-    const auto socket = newSocket(*address);
+    const auto socket = openPrivateSocket(address->family, address->socktype, address->protocol);
     if (socket != CURL_SOCKET_BAD) {
         try {
             static_cast<ConnectionSockets*>(sockets)->sockets_.emplace(socket, false);

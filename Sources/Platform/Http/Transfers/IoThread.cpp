@@ -23,7 +23,9 @@ void IoThread::start(Exchange exchange) {
 }
 
 void IoThread::cancelAll(std::shared_ptr<TransferGroup> group) {
-    push(CancelAll{std::move(group)});
+    if (!ProcessLongThread<IoThread>::isLost()) {
+        push(CancelAll{std::move(group)});
+    }
 }
 
 void IoThread::push(Command command) {

@@ -13,8 +13,8 @@ namespace Tarnwick_API::Platform {
 /// Life: a `ProcessLongThread` that starts with the first request. At exit it ends before the TLS library, which
 /// setting up the engine has initialised, tears itself down. From then on nothing happens any more: requests under way
 /// or waiting are abandoned, their `onAnswer` is neither called nor destroyed, and the handles stay as they are until
-/// the process is gone. A request or a session's end that comes still later is dropped. A child of `fork` must not use
-/// sessions when its parent did.
+/// the process is gone. A request or a session's end that comes still later is dropped. In a child of `fork` that
+/// has lost the thread none can begin, and a session's end cancels nothing: what was under way is the parent's.
 class IoThread {
 public:
     /// The thread, started if need be. Throws std::system_error, std::runtime_error or std::bad_alloc when it can't

@@ -1,6 +1,7 @@
 #include <Tarnwick_API/Platform/Application/Url.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
+#include <Platform/Http/Transfers/PrivateSocket.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
 #include <cstdint>
@@ -20,7 +21,7 @@ namespace {
 
 class UdpSocket {
 public:
-    explicit UdpSocket(int family) : descriptor_{::socket(family, SOCK_DGRAM, 0)} {}
+    explicit UdpSocket(int family) : descriptor_{openPrivateSocket(family, SOCK_DGRAM, 0)} {}
     ~UdpSocket() {
         if (isOpen()) {
             ::close(descriptor_);

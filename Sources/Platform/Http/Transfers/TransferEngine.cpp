@@ -3,6 +3,7 @@
 #include <Platform/Http/Transfers/OriginQueue.hpp>
 #include <Platform/Http/Transfers/Transfer.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
+#include <Platform/Http/Transfers/WakeUpPair.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -48,6 +49,7 @@ TransferEngine::TransferEngine() : now_{std::chrono::steady_clock::now()} {
         curl_multi_setopt(multi_.get(), CURLMOPT_MAXCONNECTS, idleConnections) != CURLM_OK) {
         throw std::runtime_error{"libcurl can't be set up"};
     }
+    keepFromExecutedPrograms(multi_.get());
 }
 
 TransferEngine::~TransferEngine() = default;

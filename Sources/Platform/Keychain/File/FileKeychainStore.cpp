@@ -1,5 +1,6 @@
 #include <Platform/Keychain/File/FileKeychainStore.hpp>
 
+#include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Keychain/File/KeychainDatabase.hpp>
 #include <Platform/Keychain/File/KeychainFile.hpp>
 
@@ -14,9 +15,11 @@ namespace Tarnwick_API::Platform {
 namespace {
 
 /// Held through every call of every file store: the descriptor that makes a file, when it is closed, takes with it the
-/// POSIX locks of all connections of this process to that file.
+/// POSIX locks of all connections of this process to that file. `fork` waits for it too: a child that inherited a
+/// connection in use could open the file no more.
 std::mutex& fileAccess() {
     static std::mutex mutex;
+    static const HeldOverFork heldOverFork{mutex};
     return mutex;
 }
 

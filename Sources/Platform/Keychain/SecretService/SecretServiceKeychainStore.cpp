@@ -2,7 +2,6 @@
 
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
-#include <Platform/Concurrency/DetachedThread.hpp>
 #include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
 #include <Platform/Keychain/SecretService/ThreadMainContext.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
@@ -13,6 +12,8 @@
 namespace Tarnwick_API::Platform {
 
 namespace {
+
+constexpr const char* lostToFork = "not asked, as a child of fork has not the threads of its parent";
 
 void say(const std::string& what, const char* operation) {
     if (DebugChannel::isOpen()) {
@@ -81,6 +82,9 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker
             break;
         case SecretServiceWorker::End::refused:
             say("has not answered an earlier call yet", operation);
+            break;
+        case SecretServiceWorker::End::lost:
+            say(lostToFork, operation);
             break;
     }
     return {};
@@ -162,7 +166,12 @@ void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCo
             queue->soon([onCompletion, status] { onCompletion(status); });
         }
     };
-    const bool isStarted = startDetachedThread([complete] {
+    if (SecretServiceWorker::isLost()) {
+        say(lostToFork, "unlock");
+        complete(KeychainStatus::notAvailable);
+        return;
+    }
+    const bool isStarted = SecretServiceWorker::startThread([complete] {
         auto status = KeychainStatus::notAvailable;
         try {
             status = askToUnlock();

@@ -1,6 +1,7 @@
 #include <Platform/Keychain/SecretService/SecretServiceWorker.hpp>
 
 #include <Platform/Concurrency/DetachedThread.hpp>
+#include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Keychain/SecretService/ThreadMainContext.hpp>
 
 #include <algorithm>
@@ -13,6 +14,8 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
+constinit ForkLosses losses;
+
 struct Job {
     SecretServiceWorker::Work work;
     const std::shared_ptr<CallToken> token = std::make_shared<CallToken>();
@@ -24,6 +27,9 @@ struct Job {
 class SecretServiceWorker::State {
 public:
     End run(const std::shared_ptr<State>& self, Work work, std::chrono::milliseconds timeout) {
+        if (isLost()) {
+            return End::lost;
+        }
         const auto deadline = std::chrono::steady_clock::now() + timeout;
         const auto job = std::make_shared<Job>();
         job->work = std::move(work);
@@ -41,22 +47,30 @@ public:
     }
 
     void close() {
+        if (isLost()) {
+            return;
+        }
         std::shared_ptr<Job> running;
+        bool isStarted = false;
         {
             const std::lock_guard lock{mutex_};
             isClosing_ = true;
             running = running_;
+            isStarted = isStarted_;
         }
         if (running) {
             running->token->cancel();
         }
-        g_main_context_wakeup(context_.get());
+        if (isStarted) {
+            g_main_context_wakeup(context_.get());
+        }
     }
 
 private:
     bool start(const std::shared_ptr<State>& self) {
         if (!isStarted_) {
-            isStarted_ = startDetachedThread([self] { self->loop(); });
+            context_.reset(g_main_context_new());
+            isStarted_ = startThread([self] { self->loop(); });
         }
         return isStarted_;
     }
@@ -93,7 +107,8 @@ private:
         }
     }
 
-    const GLibOwner<GMainContext> context_{g_main_context_new()};
+    /// None before the start, as GLib has locks of its own that a child of `fork` may find held.
+    GLibOwner<GMainContext> context_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::shared_ptr<Job>> waiting_;
@@ -112,6 +127,15 @@ SecretServiceWorker::~SecretServiceWorker() {
 
 SecretServiceWorker::End SecretServiceWorker::run(Work work) {
     return state_->run(state_, std::move(work), timeout_);
+}
+
+bool SecretServiceWorker::isLost() noexcept {
+    return losses.isLost();
+}
+
+bool SecretServiceWorker::startThread(std::function<void()> body) {
+    losses.noteStart();
+    return startDetachedThread(std::move(body));
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -27,9 +27,18 @@ public:
         givenUp,
         /// Not begun, and never will be: an earlier one that was given up is still under way.
         refused,
+        /// Not begun: see `isLost`.
+        lost,
     };
     /// Runs `work`, which throws nothing. Thread: any; one work at a time.
     [[nodiscard]] End run(Work work);
+
+    /// Whether this is a child of `fork` that has not the threads of its parent: neither those for the Secret Service
+    /// nor the one that GLib has for the bus, without which every call would wait in vain. Thread: any.
+    [[nodiscard]] static bool isLost() noexcept;
+
+    /// As `startDetachedThread`, for all work with the Secret Service.
+    [[nodiscard]] static bool startThread(std::function<void()> body);
 
 private:
     class State;

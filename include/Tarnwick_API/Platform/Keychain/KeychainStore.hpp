@@ -148,6 +148,8 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 /// and so are further calls, at once, until it does answer. Statuses: `interactionNotAllowed` when the collection is
 /// locked, `notAvailable` without a session bus, a Secret Service or a default collection. An item has the attributes
 /// "service", "account", "comment" and "ref", the persistent reference, so that other programs find it.
+/// In a child of `fork` whose parent has used such a store, every call fails at once with `notAvailable`, and says why
+/// on the debug channel.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(
     std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
