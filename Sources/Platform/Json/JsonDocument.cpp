@@ -1,9 +1,12 @@
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
+#include <Platform/Json/InvalidJson.hpp>
 #include <Platform/Json/LongIntegers.hpp>
 #include <Platform/Text/Utf8.hpp>
 
+#include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <new>
 
 #include <simdjson.h>
@@ -14,11 +17,30 @@ namespace {
 
 constexpr std::size_t greatestDepth = 512;
 
-/// A parser keeps some three times the longest text it has read. Beyond this length its memory is worth more than the
-/// time of getting it again.
-constexpr std::size_t longestTextToKeepBuffersFor = std::size_t{8} << 20U;
+/// What a thread's idle parser may hold. Getting more than this again takes less time than reading the text for it.
+constexpr std::size_t greatestMemoryToKeep = std::size_t{16} << 20U;
 
 static_assert(JsonDocument::padding >= simdjson::SIMDJSON_PADDING);
+
+/// Whether no container lies within `greatestDepth` others, in a text that is good JSON otherwise.
+bool nestsWithinLimit(std::string_view json) noexcept {
+    std::size_t depth = 0;
+    bool isInText = false;
+    for (std::size_t position = 0; position < json.size() && depth <= greatestDepth; ++position) {
+        const char character = json[position];
+        if (isInText) {
+            position += character == '\\' ? 1 : 0;
+            isInText = character != '"';
+        } else if (character == '"') {
+            isInText = true;
+        } else if (character == '{' || character == '[') {
+            ++depth;
+        } else if ((character == '}' || character == ']') && depth > 0) {
+            --depth;
+        }
+    }
+    return depth <= greatestDepth;
+}
 
 }  // namespace
 
@@ -31,10 +53,26 @@ public:
     }
 
     simdjson::error_code parse(std::string_view text, bool padded, simdjson::dom::element& root) noexcept {
-        return parser_.parse(text.data(), text.size(), !padded).get(root);
+        longestCopy_ = std::max(longestCopy_, padded ? 0 : text.size());
+        auto error = parser_.parse(text.data(), text.size(), !padded).get(root);
+        // The parser counts an empty container as no level, and so refuses the last level unless it is empty.
+        if (error == simdjson::DEPTH_ERROR && nestsWithinLimit(text)) {
+            error = parser_.allocate(parser_.capacity(), greatestDepth + 1);
+            if (error == simdjson::SUCCESS) {
+                error = parser_.parse(text.data(), text.size(), !padded).get(root);
+                const auto restored = parser_.allocate(parser_.capacity(), greatestDepth);
+                error = error == simdjson::SUCCESS ? restored : error;
+            }
+        }
+        return error;
     }
 
-    [[nodiscard]] bool isWorthKeeping() const noexcept { return parser_.capacity() <= longestTextToKeepBuffersFor; }
+    [[nodiscard]] bool isWorthKeeping() const noexcept {
+        // For each byte of the longest text: a word for a value, 5/3 bytes for a text, and a place.
+        const auto capacity = parser_.capacity();
+        return capacity * (sizeof(std::uint64_t) + sizeof(std::uint32_t)) + capacity * 5 / 3 + longestCopy_ <=
+               greatestMemoryToKeep;
+    }
 
     /// The calling thread's parser while no document uses it.
     static std::unique_ptr<Parser>& idle() noexcept {
@@ -44,6 +82,7 @@ public:
 
 private:
     simdjson::dom::parser parser_;
+    std::size_t longestCopy_ = 0;
 };
 
 void JsonDocument::GiveBack::operator()(Parser* parser) const noexcept {
@@ -69,7 +108,7 @@ JsonDocument::JsonDocument(const Bytes& text) : parser_{leaseParser()} {
         throw std::bad_alloc{};
     }
     if (error != simdjson::SUCCESS) {
-        throw DecodingError{DecodingError::Kind::dataCorrupted, {}, "The given data was not valid JSON."};
+        throw invalidJson();
     }
     root_ = std::bit_cast<JsonHandle>(root);
 }
