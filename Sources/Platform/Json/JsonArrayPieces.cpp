@@ -1,6 +1,7 @@
 #include <Platform/Json/JsonArrayPieces.hpp>
 
 #include <Platform/Json/InvalidJson.hpp>
+#include <Platform/Json/NestingScanner.hpp>
 #include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
@@ -99,20 +100,10 @@ std::optional<JsonArrayPieces::Cut> JsonArrayPieces::probableCut() const noexcep
 JsonArrayPieces::Cut JsonArrayPieces::certainCut() const noexcept {
     const std::string_view text = text_;
     const auto earliest = position_ + pieceLength;
-    std::size_t depth = 0;
-    bool isInText = false;
+    NestingScanner scanner;
     for (auto position = position_; position < text.size(); ++position) {
-        const char character = text[position];
-        if (isInText) {
-            position += character == '\\' ? 1 : 0;
-            isInText = character != '"';
-        } else if (character == '"') {
-            isInText = true;
-        } else if (character == '{' || character == '[') {
-            ++depth;
-        } else if ((character == '}' || character == ']') && depth > 0) {
-            --depth;
-        } else if (character == ',' && depth == 0 && position >= earliest) {
+        scanner.take(text[position]);
+        if (position >= earliest && text[position] == ',' && scanner.depth() == 0 && !scanner.isInText()) {
             return {position, position + 1};
         }
     }

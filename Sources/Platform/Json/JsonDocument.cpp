@@ -2,6 +2,7 @@
 
 #include <Platform/Json/InvalidJson.hpp>
 #include <Platform/Json/LongIntegers.hpp>
+#include <Platform/Json/NestingScanner.hpp>
 #include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
@@ -17,29 +18,19 @@ namespace {
 
 constexpr std::size_t greatestDepth = 512;
 
-/// What a thread's idle parser may hold. Getting more than this again takes less time than reading the text for it.
+/// What a thread's idle parser may hold: enough for the pieces of long lists, and for most other answers whole. Beyond
+/// that its memory is worth more than the time of getting it again.
 constexpr std::size_t greatestMemoryToKeep = std::size_t{16} << 20U;
 
 static_assert(JsonDocument::padding >= simdjson::SIMDJSON_PADDING);
 
 /// Whether no container lies within `greatestDepth` others, in a text that is good JSON otherwise.
 bool nestsWithinLimit(std::string_view json) noexcept {
-    std::size_t depth = 0;
-    bool isInText = false;
-    for (std::size_t position = 0; position < json.size() && depth <= greatestDepth; ++position) {
-        const char character = json[position];
-        if (isInText) {
-            position += character == '\\' ? 1 : 0;
-            isInText = character != '"';
-        } else if (character == '"') {
-            isInText = true;
-        } else if (character == '{' || character == '[') {
-            ++depth;
-        } else if ((character == '}' || character == ']') && depth > 0) {
-            --depth;
-        }
-    }
-    return depth <= greatestDepth;
+    NestingScanner scanner;
+    return std::ranges::all_of(json, [&scanner](char character) {
+        scanner.take(character);
+        return scanner.depth() <= greatestDepth;
+    });
 }
 
 }  // namespace
@@ -68,7 +59,7 @@ public:
     }
 
     [[nodiscard]] bool isWorthKeeping() const noexcept {
-        // For each byte of the longest text: a word for a value, 5/3 bytes for a text, and a place.
+        // The parser gets this much for each byte of the longest text: a value, 5/3 bytes of unescaped text, a place.
         const auto capacity = parser_.capacity();
         return capacity * (sizeof(std::uint64_t) + sizeof(std::uint32_t)) + capacity * 5 / 3 + longestCopy_ <=
                greatestMemoryToKeep;
