@@ -1,5 +1,7 @@
 #include <Platform/Json/JsonArrayPieces.hpp>
 
+#include <Platform/Json/InvalidJson.hpp>
+#include <Platform/Json/NestingScanner.hpp>
 #include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
@@ -11,6 +13,15 @@ namespace {
 
 /// The parsed form of this much text, some three times as long, still fits the second-level caches of today.
 constexpr std::size_t pieceLength = std::size_t{256} * 1024;
+
+/// A record takes more than its text does, the shortest of those that say anything some fifteen times as much.
+constexpr std::size_t greatestGrowth = 24;
+/// What the records of a short text may take in any case.
+constexpr std::size_t harmlessMemory = std::size_t{16} << 20U;
+
+/// The first records are made before more get room, which then grows to no more than this many times what is taken.
+constexpr std::size_t firstRecords = 1024;
+constexpr std::size_t greatestStep = 1024;
 
 constexpr std::string_view blanks = " \t\r\n";
 
@@ -31,102 +42,107 @@ std::optional<std::size_t> followingObject(std::string_view text, std::size_t cl
 }  // namespace
 
 JsonArrayPieces::JsonArrayPieces(const Bytes& text) : text_{text} {
+    if (text.size() <= 2 * pieceLength) {
+        return;
+    }
     const auto opening = skipBlanks(text, text.size() - withoutByteOrderMark(text).size());
     if (opening < text.size() && text[opening] == '[') {
+        isLong_ = true;
         position_ = opening + 1;
+        piece_.reserve(2 * pieceLength);
     }
-    piece_.reserve(2 * pieceLength);
-}
-
-bool JsonArrayPieces::isWorthwhile(const Bytes& text) noexcept {
-    return text.size() > 2 * pieceLength;
 }
 
 std::optional<JsonArray> JsonArrayPieces::next() {
-    if (!position_) {
+    if (isComplete_) {
         return std::nullopt;
     }
-    auto cut = needsCertainCuts_ ? certainCut() : probableCut();
-    bool isValid = parse(cut);
-    if (!isValid && !needsCertainCuts_) {
-        needsCertainCuts_ = true;
-        cut = certainCut();
-        isValid = parse(cut);
+    if (!isLong_) {
+        isComplete_ = true;
+        return document_.emplace(text_).root().require<JsonArray>();
     }
-    if (!isValid) {
-        position_ = std::nullopt;
-        return std::nullopt;
-    }
-    position_ = cut.next;
-    isComplete_ = !cut.next;
-    return document_->root().array();
-}
-
-std::size_t JsonArrayPieces::expectedCount(std::size_t read) const noexcept {
-    // A little more than the rule of three, as growing costs more than room that stays empty.
-    const auto done = position_.value_or(text_.size());
-    return done == 0 ? read
-                     : static_cast<std::size_t>(1.01 * static_cast<double>(read) * static_cast<double>(text_.size()) /
-                                                static_cast<double>(done)) +
-                           1;
-}
-
-/// Behind an object that another one follows. They may be members of an element rather than elements.
-JsonArrayPieces::Cut JsonArrayPieces::probableCut() const noexcept {
-    const std::string_view text = text_;
-    auto closing = text.find('}', *position_ + pieceLength);
-    while (closing != std::string_view::npos) {
-        if (const auto next = followingObject(text, closing)) {
-            return {closing + 1, next};
+    if (const auto cut = needsCertainCuts_ ? std::nullopt : probableCut()) {
+        try {
+            return parse(*cut);
+        } catch (const DecodingError&) {
+            needsCertainCuts_ = true;
         }
-        closing = text.find('}', closing + 1);
     }
-    return {text.size(), std::nullopt};
+    return parse(certainCut());
+}
+
+std::size_t JsonArrayPieces::expectedCount(std::size_t soFar) const noexcept {
+    if (isComplete_) {
+        return soFar;
+    }
+    // A little more than the rule of three, as growing costs more than room that stays empty.
+    return static_cast<std::size_t>(1.01 * static_cast<double>(soFar) * static_cast<double>(text_.size()) /
+                                    static_cast<double>(position_)) +
+           1;
+}
+
+/// Behind an object that another one follows. They may be members of an element rather than elements. None when there
+/// is no such place within a further piece's length.
+std::optional<JsonArrayPieces::Cut> JsonArrayPieces::probableCut() const noexcept {
+    const std::string_view text = text_;
+    const auto end = text.size() - position_ <= 2 * pieceLength ? text.size() : position_ + 2 * pieceLength;
+    const auto within = text.substr(0, end);
+    for (auto closing = within.find('}', position_ + pieceLength); closing != std::string_view::npos;
+         closing = within.find('}', closing + 1)) {
+        if (const auto next = followingObject(text, closing)) {
+            return Cut{closing + 1, next};
+        }
+    }
+    return end == text.size() ? std::optional{Cut{end, std::nullopt}} : std::nullopt;
 }
 
 /// At the first comma between elements behind a piece's length, by reading all characters before it.
 JsonArrayPieces::Cut JsonArrayPieces::certainCut() const noexcept {
     const std::string_view text = text_;
-    const auto earliest = *position_ + pieceLength;
-    std::size_t depth = 0;
-    bool isInText = false;
-    for (auto position = *position_; position < text.size(); ++position) {
-        const char character = text[position];
-        if (isInText) {
-            position += character == '\\' ? 1 : 0;
-            isInText = character != '"';
-        } else if (character == '"') {
-            isInText = true;
-        } else if (character == '{' || character == '[') {
-            ++depth;
-        } else if ((character == '}' || character == ']') && depth > 0) {
-            --depth;
-        } else if (character == ',' && depth == 0 && position >= earliest) {
+    const auto earliest = position_ + pieceLength;
+    NestingScanner scanner;
+    for (auto position = position_; position < text.size(); ++position) {
+        scanner.take(text[position]);
+        if (position >= earliest && text[position] == ',' && scanner.depth() == 0 && !scanner.isInText()) {
             return {position, position + 1};
         }
     }
     return {text.size(), std::nullopt};
 }
 
-bool JsonArrayPieces::parse(const Cut& cut) {
+JsonArray JsonArrayPieces::parse(const Cut& cut) {
     // The parser's lease of the piece before ends first, so that this one gets the same parser.
     document_.reset();
     piece_.clear();
     piece_.push_back('[');
-    piece_.append(text_, *position_, cut.end - *position_);
+    piece_.append(text_, position_, cut.end - position_);
     if (cut.next) {
         // The last piece has the text's own end.
         piece_.push_back(']');
     }
     piece_.reserve(piece_.size() + JsonDocument::padding);
-    try {
-        document_.emplace(piece_);
-        const auto elements = document_->root().array();
-        // A comma without an element beside it leaves an empty piece, which by itself would be valid.
-        return elements && elements->size() > 0;
-    } catch (const DecodingError&) {
-        return false;
+    const auto elements = document_.emplace(piece_).root().require<JsonArray>();
+    // A comma without an element beside it leaves an empty piece, which by itself would be valid.
+    if (elements.size() == 0 && (cut.next || hasCut_)) {
+        throw invalidJson();
     }
+    position_ = cut.next.value_or(text_.size());
+    isComplete_ = !cut.next;
+    hasCut_ = true;
+    return elements;
+}
+
+RecordRoom::RecordRoom(const Bytes& text, std::size_t recordSize) noexcept
+    : greatestCount_{std::max(greatestGrowth * text.size(), harmlessMemory) / recordSize} {
+}
+
+void RecordRoom::grow(std::size_t expectedCount) {
+    if (count_ >= greatestCount_) {
+        throw DecodingError{
+            DecodingError::Kind::dataCorrupted, {}, "The list has more elements than its length allows."};
+    }
+    const auto wanted = std::min(expectedCount, count_ == 0 ? firstRecords : greatestStep * count_);
+    count_ = std::min(std::max(wanted, 2 * count_), greatestCount_);
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -8,16 +8,15 @@
 #include <exception>
 #include <optional>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 namespace Tarnwick_API::Platform {
 
-/// A long JSON text whose root is an array, cut between elements into pieces that the processor's cache holds. A parsed
-/// text takes several times its length; so only that of one piece at a time does.
+/// A JSON text whose root is an array, cut between elements, when it is long, into pieces that the processor's cache
+/// holds. A parsed text takes several times its length; so only that of one piece at a time does.
 ///
-/// The cuts are found without reading the text up to there; that a piece is valid by itself proves its cut right. So
-/// pieces that are all valid make a valid text, but an invalid one says nothing about what is wrong with the text.
+/// The cuts are found without reading the text up to there; that a piece is valid by itself proves its cut right. A
+/// piece that isn't is cut again by reading its characters, and so proves the text wrong when it is still not valid.
 class JsonArrayPieces {
 public:
     /// The text must outlive this.
@@ -25,18 +24,13 @@ public:
     JsonArrayPieces(const JsonArrayPieces&) = delete;
     JsonArrayPieces& operator=(const JsonArrayPieces&) = delete;
 
-    /// The next piece's elements, which are valid until the next call; none after the last piece, and when a piece was
-    /// not valid.
+    /// The next piece's elements, which are valid until the next call; none after the last piece. Throws
+    /// `DecodingError` when the text is no JSON up to the end of that piece, and when its root is no array.
     [[nodiscard]] std::optional<JsonArray> next();
 
-    /// Whether all pieces have been read and were valid.
-    [[nodiscard]] bool isComplete() const noexcept { return isComplete_; }
-
-    /// How many elements there are in all, if those to come are as long as the `read` ones so far.
-    [[nodiscard]] std::size_t expectedCount(std::size_t read) const noexcept;
-
-    /// Whether the text is long enough to be cut.
-    [[nodiscard]] static bool isWorthwhile(const Bytes& text) noexcept;
+    /// How many elements there are in all, if those to come are as long as the `soFar` ones up to the end of this
+    /// piece.
+    [[nodiscard]] std::size_t expectedCount(std::size_t soFar) const noexcept;
 
 private:
     /// Where a piece ends, and where the next one begins; no next one for the last piece.
@@ -45,60 +39,80 @@ private:
         std::optional<std::size_t> next;
     };
 
-    [[nodiscard]] Cut probableCut() const noexcept;
+    [[nodiscard]] std::optional<Cut> probableCut() const noexcept;
     [[nodiscard]] Cut certainCut() const noexcept;
-    [[nodiscard]] bool parse(const Cut& cut);
+    [[nodiscard]] JsonArray parse(const Cut& cut);
 
     const Bytes& text_;
-    std::optional<std::size_t> position_;
-    Bytes piece_;
-    std::optional<JsonDocument> document_;
+    std::size_t position_ = 0;
+    bool isLong_ = false;
+    bool hasCut_ = false;
     bool needsCertainCuts_ = false;
     bool isComplete_ = false;
+    Bytes piece_;
+    std::optional<JsonDocument> document_;
 };
 
-/// Gives `read` each element of the array that is the root of `text`, after `begin` the number of elements expected.
-/// Throws `DecodingError`, with the path to what is at fault, and what `read` throws. A text with anything wrong is
-/// read from the beginning once more, for the error and its place; so both may be called again.
-template <std::invocable<std::size_t> Begin, std::invocable<JsonValue> Read>
-void readArrayText(const Bytes& text, const Begin& begin, const Read& read) {
-    if (JsonArrayPieces::isWorthwhile(text)) {
+/// How many records there is room for while the text of a list is read. They are many times as long as the elements
+/// that a hostile text may be made of, so the room follows what has been read, and ends at a multiple of the text.
+class RecordRoom {
+public:
+    RecordRoom(const Bytes& text, std::size_t recordSize) noexcept;
+
+    [[nodiscard]] std::size_t count() const noexcept { return count_; }
+
+    /// More of it, when all is taken; `expectedCount` is a guess at how much will do. Throws `DecodingError` when the
+    /// text is too short for as many records.
+    void grow(std::size_t expectedCount);
+
+private:
+    std::size_t count_ = 0;
+    std::size_t greatestCount_;
+};
+
+/// Gives `read` each element of the array that is the root of `text`. The element makes a record of `recordSize` bytes;
+/// `reserve` is called with the number of records to have room for before there are more. Throws `DecodingError`, with
+/// the path to what is at fault, and what `read` throws. What is no JSON comes before what is wrong with an element.
+template <std::invocable<std::size_t> Reserve, std::invocable<JsonValue> Read>
+void readArrayText(const Bytes& text, const std::size_t recordSize, const Reserve& reserve, const Read& read) {
+    JsonArrayPieces pieces{text};
+    RecordRoom room{text, recordSize};
+    std::size_t index = 0;
+    std::exception_ptr failure;
+    while (const auto elements = pieces.next()) {
+        if (failure) {
+            continue;
+        }
+        const auto soFar = index + elements->size();
         try {
-            JsonArrayPieces pieces{text};
-            bool hasBegun = false;
-            while (const auto elements = pieces.next()) {
-                if (!std::exchange(hasBegun, true)) {
-                    begin(pieces.expectedCount(elements->size()));
+            for (const JsonValue element : *elements) {
+                if (index == room.count()) {
+                    room.grow(pieces.expectedCount(soFar));
+                    reserve(room.count());
                 }
-                for (const JsonValue element : *elements) {
-                    read(element);
-                }
+                read(element);
+                ++index;
             }
-            if (pieces.isComplete()) {
-                return;
-            }
+        } catch (const DecodingError& error) {
+            failure = std::make_exception_ptr(error.within(index));
         } catch (const std::exception&) {
-            // Read as a whole below, the text tells what is wrong first, and where.
+            failure = std::current_exception();
         }
     }
-    const JsonDocument document{text};
-    const auto elements = document.root().template require<JsonArray>();
-    begin(elements.size());
-    elements.forEach(read);
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
 }
 
 /// What `read` makes of each element; otherwise as `readArrayText`.
 template <std::invocable<JsonValue> Read>
 [[nodiscard]] auto mapArrayText(const Bytes& text, const Read& read) {
-    std::vector<std::invoke_result_t<Read, JsonValue>> results;
+    using Record = std::invoke_result_t<Read, JsonValue>;
+    std::vector<Record> records;
     readArrayText(
-        text,
-        [&results](const std::size_t expectedCount) {
-            results.clear();
-            results.reserve(expectedCount);
-        },
-        [&](const JsonValue& element) { results.push_back(read(element)); });
-    return results;
+        text, sizeof(Record), [&records](const std::size_t count) { records.reserve(count); },
+        [&](const JsonValue& element) { records.push_back(read(element)); });
+    return records;
 }
 
 }  // namespace Tarnwick_API::Platform

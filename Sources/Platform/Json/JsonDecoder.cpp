@@ -4,9 +4,9 @@
 
 namespace Tarnwick_API::Platform {
 
-void JsonDecoder::readArray(const Bytes& text, const std::function<void(std::size_t)>& begin,
+void JsonDecoder::readArray(const Bytes& text, std::size_t recordSize, const std::function<void(std::size_t)>& reserve,
                             const std::function<void(const JsonValue&)>& read) {
-    readArrayText(text, begin, read);
+    readArrayText(text, recordSize, reserve, read);
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -1,10 +1,14 @@
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
+#include <Platform/Json/InvalidJson.hpp>
 #include <Platform/Json/LongIntegers.hpp>
+#include <Platform/Json/NestingScanner.hpp>
 #include <Platform/Text/Utf8.hpp>
 #include <Platform/Text/Wiping.hpp>
 
+#include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <new>
 #include <utility>
 
@@ -16,11 +20,20 @@ namespace {
 
 constexpr std::size_t greatestDepth = 512;
 
-/// A parser keeps some three times the longest text it has read. Beyond this length its memory is worth more than the
-/// time of getting it again.
-constexpr std::size_t longestTextToKeepBuffersFor = std::size_t{8} << 20U;
+/// What a thread's idle parser may hold: enough for the pieces of long lists, and for most other answers whole. Beyond
+/// that its memory is worth more than the time of getting it again.
+constexpr std::size_t greatestMemoryToKeep = std::size_t{16} << 20U;
 
 static_assert(JsonDocument::padding >= simdjson::SIMDJSON_PADDING);
+
+/// Whether no container lies within `greatestDepth` others, in a text that is good JSON otherwise.
+bool nestsWithinLimit(std::string_view json) noexcept {
+    NestingScanner scanner;
+    return std::ranges::all_of(json, [&scanner](char character) {
+        scanner.take(character);
+        return scanner.depth() <= greatestDepth;
+    });
+}
 
 }  // namespace
 
@@ -33,10 +46,26 @@ public:
     }
 
     simdjson::error_code parse(std::string_view text, bool padded, simdjson::dom::element& root) noexcept {
-        return parser_.parse(text.data(), text.size(), !padded).get(root);
+        longestCopy_ = std::max(longestCopy_, padded ? 0 : text.size());
+        auto error = parser_.parse(text.data(), text.size(), !padded).get(root);
+        // The parser counts an empty container as no level, and so refuses the last level unless it is empty.
+        if (error == simdjson::DEPTH_ERROR && nestsWithinLimit(text)) {
+            error = parser_.allocate(parser_.capacity(), greatestDepth + 1);
+            if (error == simdjson::SUCCESS) {
+                error = parser_.parse(text.data(), text.size(), !padded).get(root);
+                const auto restored = parser_.allocate(parser_.capacity(), greatestDepth);
+                error = error == simdjson::SUCCESS ? restored : error;
+            }
+        }
+        return error;
     }
 
-    [[nodiscard]] bool isWorthKeeping() const noexcept { return parser_.capacity() <= longestTextToKeepBuffersFor; }
+    [[nodiscard]] bool isWorthKeeping() const noexcept {
+        // The parser gets this much for each byte of the longest text: a value, 5/3 bytes of unescaped text, a place.
+        const auto capacity = parser_.capacity();
+        return capacity * (sizeof(std::uint64_t) + sizeof(std::uint32_t)) + capacity * 5 / 3 + longestCopy_ <=
+               greatestMemoryToKeep;
+    }
 
     void setSecret() noexcept { isSecret_ = true; }
 
@@ -55,6 +84,7 @@ public:
 
 private:
     simdjson::dom::parser parser_;
+    std::size_t longestCopy_ = 0;
     bool isSecret_ = false;
 };
 
@@ -85,7 +115,7 @@ JsonDocument::JsonDocument(const Bytes& text, Content content) : parser_{leasePa
         throw std::bad_alloc{};
     }
     if (error != simdjson::SUCCESS) {
-        throw DecodingError{DecodingError::Kind::dataCorrupted, {}, "The given data was not valid JSON."};
+        throw invalidJson();
     }
     root_ = std::bit_cast<JsonHandle>(root);
 }

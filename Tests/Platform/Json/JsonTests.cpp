@@ -12,6 +12,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace {
 
 using namespace Tarnwick_API::Platform;
@@ -66,15 +70,17 @@ TEST(JsonText, MayHoldIntegersBeyond64BitsAndAByteOrderMark) {
 
 TEST(JsonText, Nests512ContainersDeep) {
     for (const auto& [open, close] : {std::pair{"[", "]"}, std::pair{R"({"a":)", "}"}}) {
-        const auto nested = [open = open, close = close](std::size_t depth) {
-            return repeated(open, depth - 1) + "[]" + repeated(close, depth - 1);
-        };
-        EXPECT_TRUE(isJson(nested(512)));
-        EXPECT_FALSE(isJson(nested(513)));
-        // The limit holds as well after the parser's buffers have grown, and on the way of the long integers.
-        EXPECT_FALSE(isJson("[\"" + Bytes(100'000, 'x') + "\"," + nested(512) + "]"));
-        EXPECT_TRUE(isJson("[18446744073709551616," + nested(511) + "]"));
-        EXPECT_FALSE(isJson("[18446744073709551616," + nested(512) + "]"));
+        for (const auto* const innermost : {"[]", "[1]", R"(["[\"["])"}) {
+            const auto nested = [=, open = open, close = close](std::size_t depth) {
+                return repeated(open, depth - 1) + innermost + repeated(close, depth - 1);
+            };
+            EXPECT_TRUE(isJson(nested(512))) << innermost;
+            EXPECT_FALSE(isJson(nested(513))) << innermost;
+            // The limit holds as well after the parser's buffers have grown, and on the way of the long integers.
+            EXPECT_FALSE(isJson("[\"" + Bytes(100'000, 'x') + "\"," + nested(512) + "]"));
+            EXPECT_TRUE(isJson("[18446744073709551616," + nested(511) + "]"));
+            EXPECT_FALSE(isJson("[18446744073709551616," + nested(512) + "]"));
+        }
         EXPECT_FALSE(isJson(repeated(open, 1'000'000)));
     }
 }
@@ -246,5 +252,18 @@ TEST(JsonDocument, LivesBesideOthersAndOutlivesItsText) {
         });
     }
 }
+
+#ifdef __GLIBC__
+TEST(JsonDocument, GivesItsMemoryBackAfterALongText) {
+    const auto memoryInUse = [] {
+        const auto info = ::mallinfo2();
+        return info.uordblks + info.hblkhd;
+    };
+    const auto text = "[" + repeated("1,", 3'000'000) + "1]";
+    const auto before = memoryInUse();
+    EXPECT_TRUE(isJson(text));
+    EXPECT_LE(memoryInUse(), before + (std::size_t{16} << 20U));
+}
+#endif
 
 }  // namespace

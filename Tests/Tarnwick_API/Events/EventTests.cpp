@@ -94,6 +94,26 @@ TEST_F(EventTest, RaisesWithinARaiseSeeTheChanges) {
     EXPECT_THAT(raise("1"), ElementsAre("outer1", "outer2", "added2", "disposed1"));
 }
 
+TEST_F(EventTest, RaisesOneValueToAllWhateverBecomesOfItsSource) {
+    auto source = std::make_unique<std::string>("1");
+    add("assigns", [&] { *source = "2"; });
+    add("destroys", [&] { source = nullptr; });
+    add("last");
+    EXPECT_THAT(raise(*source), ElementsAre("assigns1", "destroys1", "last1"));
+
+    auto number = std::make_unique<int>(3);
+    const auto event = Event<std::unique_ptr<int>>::create();
+    const auto sums = [&](int& sum, const std::unique_ptr<int>& value) {
+        number = std::make_unique<int>(4);
+        sum += *value;
+    };
+    const auto sum = std::make_shared<int>(0);
+    subscriptions.push_back(event->addHandler(sum, sums));
+    subscriptions.push_back(event->addHandler(sum, sums));
+    event->raise(std::move(number));
+    EXPECT_EQ(*sum, 6) << "a value that can't be copied stays where it was moved";
+}
+
 TEST_F(EventTest, SkipsHandlersWhoseTargetHasGoneButKeepsThem) {
     add("drops", [&] { target = nullptr; });
     add("skipped");

@@ -1,9 +1,12 @@
 #include "Client/Client.hpp"
 #include "Commands/Command.hpp"
 #include "Output/DisplayText.hpp"
+#include "Output/NumberText.hpp"
 #include "Output/RecordJson.hpp"
 #include "Output/Table.hpp"
 #include "Terminal/Credentials.hpp"
+
+#include <cmath>
 
 #include <CLI/CLI.hpp>
 
@@ -36,8 +39,7 @@ void addStatus(CLI::App& app, std::vector<Command>& commands) {
                      {"Your place", location->city.value_or("") + (location->city ? ", " : "") + location->country});
              }
              table.addRow({"Oldest client served", versionText(status.minVersion.mac)});
-             table.addRow(
-                 {"Next look in", std::to_string(static_cast<std::int64_t>(status.statusUpdateInterval)) + " s"});
+             table.addRow({"Next look in", wholeNumberText(std::trunc(status.statusUpdateInterval)) + " s"});
              table.addRow({"Service version", status.apiVersion.value_or("-")});
              return Result{toJson(status), [table](auto width) { return table.render(width); }};
          }});

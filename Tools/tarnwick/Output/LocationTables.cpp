@@ -1,5 +1,6 @@
 #include "Output/LocationTables.hpp"
 
+#include "Output/NumberText.hpp"
 #include "Output/RecordJson.hpp"
 #include "Output/Table.hpp"
 
@@ -27,7 +28,7 @@ std::string rounded(double value, const char* format) {
 }
 
 std::string distanceText(const std::optional<double>& distance) {
-    return distance ? rounded(*distance, "%.0f") : "";
+    return distance ? wholeNumberText(*distance) : "";
 }
 
 /// Between 0 and 1; none when there is no room for anyone, or nothing is known.
@@ -50,8 +51,9 @@ bool isBefore(const std::string& left, const std::string& right) {
     return std::strcoll(left.c_str(), right.c_str()) < 0;
 }
 
+/// NaN has no place in an order, and counts as nothing known.
 double orLast(const std::optional<double>& value) {
-    return value.value_or(std::numeric_limits<double>::infinity());
+    return value && !std::isnan(*value) ? *value : std::numeric_limits<double>::infinity();
 }
 
 template <typename Record>

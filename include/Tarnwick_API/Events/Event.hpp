@@ -3,6 +3,7 @@
 #include <Tarnwick_API/Events/Disposable.hpp>
 
 #include <algorithm>
+#include <concepts>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -37,10 +38,9 @@ public:
     ~Event() = default;
 
     /// Adds a handler after all others. It is called as `handler(target, value)` while `target` lives: a member
-    /// function
-    /// (`&Window::showStatus`), or anything to call with the target and the value. It should not own the target, which
-    /// would then never go. `target` is held weakly; once it has gone the handler is skipped but stays until it is
-    /// disposed of.
+    /// function (`&Window::showStatus`), or anything to call with the target and the value. It should not own the
+    /// target, which would then never go. `target` is held weakly; once it has gone the handler is skipped but stays
+    /// until it is disposed of.
     template <typename Target, typename Handler>
     requires std::is_invocable_v<Handler&, Target&, const Value&>
     [[nodiscard("the handler can't be removed without it")]] std::shared_ptr<Disposable> addHandler(
@@ -51,16 +51,19 @@ public:
         return entry;
     }
 
-    /// Calls the handlers that there are now, in the order of their addition, before it returns. What handlers add and
-    /// dispose of meanwhile counts from the next raise on. An exception of a handler passes through, and the handlers
-    /// after it are not called.
-    void raise(const Value& value) {
-        // A handler may dispose of all entries, and so of the last owner of this event.
-        const auto snapshot = eventHandlers_;
-        for (const auto& entry : *snapshot) {
-            entry->invoke(value);
+    /// Calls the handlers that there are now, in the order of their addition, before it returns. All of them get the
+    /// value as it is now, whatever one of them does to the place it came from. What handlers add and dispose of
+    /// meanwhile counts from the next raise on. An exception of a handler passes through, and the handlers after it are
+    /// not called.
+    ///
+    /// The value is copied once when there is any handler. A value that can't be copied, or is costly to copy and no
+    /// longer needed, is moved in; an event of `std::shared_ptr<const T>` carries one that should be neither.
+    void raise(const Value& value) requires std::copy_constructible<Value> {
+        if (!eventHandlers_->empty()) {
+            invokeAll(Value(value));
         }
     }
+    void raise(Value&& value) requires std::move_constructible<Value> { invokeAll(Value(std::move(value))); }
 
     /// Handlers added and not disposed of, those without a living target included.
     [[nodiscard]] std::size_t handlerCount() const noexcept { return eventHandlers_->size(); }
@@ -100,6 +103,15 @@ private:
     };
 
     using Handlers = std::vector<std::shared_ptr<Invocable>>;
+
+    /// `value` must be out of the handlers' reach.
+    void invokeAll(const Value& value) {
+        // A handler may dispose of all entries, and so of the last owner of this event.
+        const auto snapshot = eventHandlers_;
+        for (const auto& entry : *snapshot) {
+            entry->invoke(value);
+        }
+    }
 
     /// The list to change: a copy when a raise is still walking the present one.
     Handlers& ownHandlers() {

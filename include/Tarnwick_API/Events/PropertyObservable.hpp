@@ -17,7 +17,9 @@ public:
     PropertyObservable& operator=(const PropertyObservable&) = delete;
     virtual ~PropertyObservable() = default;
 
-    /// Raised with the new value after each change. Always the same event.
+    /// Raised with the new value after each change. Always the same event. Each raise keeps its own value: when a
+    /// handler changes the property again, the handlers after it get the newer value first and the older one last, so
+    /// who needs the present one asks the object.
     [[nodiscard]] virtual const std::shared_ptr<Event<PropertyType>>& propertyChanged() const = 0;
 };
 

@@ -9,7 +9,8 @@
 
 namespace Tarnwick_API {
 
-/// A version of a client application. The build takes part in no comparison.
+/// A version of a client application. The build takes part in no comparison. The numbers are any of 64 bits, negative
+/// ones ("7.-1") included.
 struct ClientVersion {
     std::int64_t major = 0;
     std::int64_t minor = 0;

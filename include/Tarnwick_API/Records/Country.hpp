@@ -16,11 +16,13 @@ namespace Tarnwick_API {
 struct Country : ApiItem, CountryNameable {
     std::string countryCode;
     bool full = false;
+    /// As the service writes them: 0, negative, or more users than places also.
     std::optional<std::int64_t> maxUsers;
     std::optional<std::int64_t> currentUsers;
-    /// As the service computes it, in its own unit.
+    /// In the service's own unit. May be NaN, infinite, negative or huge where the service writes it so.
     std::optional<double> distance;
     std::optional<std::string> serviceName;
+    /// Any number of 64 bits.
     std::optional<std::int64_t> serviceId;
     std::optional<LocationType> type;
 

@@ -14,6 +14,7 @@ namespace Tarnwick_API {
 struct FavoriteCountry : ApiItem {
     std::string countryCode;
     std::optional<std::string> serviceName;
+    /// Any number of 64 bits.
     std::optional<std::int64_t> serviceId;
     std::optional<LocationType> type;
 

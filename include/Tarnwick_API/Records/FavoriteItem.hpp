@@ -16,6 +16,7 @@ struct FavoriteItem : ApiItem {
     std::string countryCode;
     /// The server's, or the content service's.
     std::optional<std::string> name;
+    /// Any number of 64 bits.
     std::optional<std::int64_t> serviceId;
     std::optional<LocationType> type;
 

@@ -13,7 +13,7 @@ namespace Tarnwick_API {
 // The service writes the same member as a number here and as a text there, and flags in three ways. These readers take
 // any of them, and give none for a member that is missing, null or unreadable. None of them throws a decoding error.
 
-/// A whole number, or a text of an optional sign and decimal digits; within 64 bits.
+/// A whole number, or a text of an optional sign and decimal digits; any within 64 bits.
 [[nodiscard]] std::optional<std::int64_t> decodeInt(const Platform::JsonObject& object, std::string_view key) noexcept;
 
 /// A text; a number is not converted.
@@ -25,7 +25,7 @@ namespace Tarnwick_API {
 /// A number, or a text that is one from end to end in the C locale ("nan" and "inf" included).
 [[nodiscard]] std::optional<double> decodeDouble(const Platform::JsonObject& object, std::string_view key);
 
-/// Seconds, written as `decodeDouble` reads them.
+/// Seconds, written as `decodeDouble` reads them; not necessarily finite or positive.
 [[nodiscard]] std::optional<double> decodeTimeInterval(const Platform::JsonObject& object, std::string_view key);
 
 /// A text like "2019-03-01 17:05:00", 24 hours, in UTC.

@@ -14,7 +14,7 @@ struct Location {
     std::string country;
     std::string countryCode;
     std::optional<std::string> city;
-    /// Degrees.
+    /// Degrees; finite, but of any size and sign that the service writes.
     std::optional<double> latitude;
     std::optional<double> longitude;
 

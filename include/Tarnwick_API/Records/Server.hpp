@@ -23,6 +23,8 @@ struct Server : ApiItem, CountryNameable {
         std::string countrycode;
         std::string language;
         std::optional<std::string> city;
+        /// In the service's own unit. May be NaN, infinite, negative or huge where the service writes it so, as may the
+        /// coordinates.
         std::optional<double> distance;
         /// Degrees.
         std::optional<double> latitude;

@@ -10,6 +10,7 @@ namespace Tarnwick_API {
 
 /// One way of connecting to a server.
 struct ServerConfiguration {
+    /// Any number of 64 bits.
     std::int64_t id = 0;
     std::string name;
     std::string type;

@@ -21,6 +21,7 @@ struct ServerLong {
     using Statistics = ServerStatistics;
     using Configuration = ServerConfiguration;
 
+    /// Any number of 64 bits.
     std::int64_t id = 0;
     /// The server's internal name.
     std::string apiName;

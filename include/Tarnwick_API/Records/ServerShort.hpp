@@ -15,16 +15,19 @@ namespace Tarnwick_API {
 /// they were parsed, and are valid while the `Platform::JsonDocument` lives.
 template <typename Text>
 struct BasicServerShort {
+    /// Any number of 64 bits.
     std::int64_t id = 0;
     /// The server's internal name.
     Text apiName;
     std::optional<Text> displayName;
     Text ip;
     std::optional<Text> ipv6;
+    /// As the service writes them: 0, negative, or more users than places also.
     std::int64_t maxUsers = 0;
     std::int64_t currentUsers = 0;
     Text countryCode;
-    /// None as well when the text is no number, as are the coordinates.
+    /// None as well when the text is no number, as are the coordinates. All three may be NaN, infinite, negative or
+    /// huge where the service writes them so.
     std::optional<double> distance;
     /// Degrees.
     std::optional<double> latitude;

@@ -15,7 +15,8 @@ struct Status : ApiItem {
     /// The client's public address.
     std::string ip;
     MinVersion minVersion;
-    /// Seconds between two looks at the status.
+    /// Seconds between two looks at the status. May be NaN, infinite, negative or huge where the service writes it so;
+    /// who sets a timer by it sees that it fits.
     double statusUpdateInterval = 1200;
     std::optional<std::string> apiVersion;
     std::optional<Location> location;

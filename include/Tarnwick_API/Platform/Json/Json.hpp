@@ -3,6 +3,7 @@
 #include <Tarnwick_API/Platform/Json/DecodingError.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
+#include <algorithm>
 #include <array>
 #include <concepts>
 #include <cstddef>
@@ -126,7 +127,8 @@ private:
 };
 
 /// A parsed JSON text (RFC 8259, UTF-8, an optional byte-order mark, at most 512 containers deep). Any number of them
-/// may live at a time, on any threads; each thread keeps one parser with its buffers for the next document.
+/// may live at a time, on any threads. One takes up to 16 times its text's length; each thread keeps one parser for the
+/// next document, with its buffers while they are within 16 MiB.
 class JsonDocument {
 public:
     /// Parses `text` and throws `DecodingError` (`dataCorrupted`, empty path) when it is no JSON. The text is not
@@ -204,7 +206,9 @@ void JsonArray::forEach(Visit&& visit) const {
 template <std::invocable<JsonValue> Read>
 auto JsonArray::map(Read&& read) const {
     std::vector<std::invoke_result_t<Read, JsonValue>> results;
-    results.reserve(size());
+    // No more ahead than is soon read: each may be of the wrong type, and takes far more than it does as text.
+    constexpr std::size_t greatestFirstRoom = 256;
+    results.reserve(std::min(size(), greatestFirstRoom));
     forEach([&](const JsonValue element) { results.push_back(read(element)); });
     return results;
 }

@@ -34,16 +34,14 @@ public:
         return Record::decode(document.root().template require<JsonObject>(), *this);
     }
 
-    /// The records that the text's array holds; one bad element fails them all. Throws as `decode` does.
+    /// The records that the text's array holds; one bad element fails them all. Throws as `decode` does. The vector
+    /// takes at most 24 times the text's length, or 16 MiB for a short text: a list of more elements than that has room
+    /// for is an error too (`dataCorrupted`, at the first one without).
     template <Decodable Record>
     [[nodiscard]] std::vector<Record> decodeArray(const Bytes& text) const {
         std::vector<Record> records;
         readArray(
-            text,
-            [&records](const std::size_t expectedCount) {
-                records.clear();
-                records.reserve(expectedCount);
-            },
+            text, sizeof(Record), [&records](const std::size_t count) { records.reserve(count); },
             [&records, this](const JsonValue& element) {
                 records.push_back(Record::decode(element.template require<JsonObject>(), *this));
             });
@@ -51,9 +49,9 @@ public:
     }
 
 private:
-    /// Calls `begin` with the number of elements expected, then `read` with each. Starts over, once, to find out what
-    /// is wrong with a text.
-    static void readArray(const Bytes& text, const std::function<void(std::size_t)>& begin,
+    /// Calls `read` with each element, and `reserve` with the number of records, of `recordSize` bytes each, to have
+    /// room for before there are more.
+    static void readArray(const Bytes& text, std::size_t recordSize, const std::function<void(std::size_t)>& reserve,
                           const std::function<void(const JsonValue&)>& read);
 };
 
