@@ -32,6 +32,9 @@ public:
         return running != nullptr ? *running : start();
     }
 
+    /// The worker, if it has been started. Thread: any.
+    [[nodiscard]] static Worker* running() { return state().worker.load(std::memory_order_acquire); }
+
 private:
     struct State {
         std::atomic<Worker*> worker = nullptr;
