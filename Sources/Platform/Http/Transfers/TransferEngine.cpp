@@ -118,11 +118,20 @@ void TransferEngine::admitAllWaiting() {
     }
 }
 
+bool TransferEngine::isConnecting() const noexcept {
+    return std::any_of(running_.begin(), running_.end(),
+                       [](const auto& transfer) { return transfer->connection() == nullptr; });
+}
+
 bool TransferEngine::perform() {
     hasNew_ = false;
     now_ = std::chrono::steady_clock::now();
     int stillRunning = 0;
     curl_multi_perform(multi_.get(), &stillRunning);
+    if (isConnecting()) {
+        // libcurl gives an address up in one round and tries the next one in another, for which it sets no timer.
+        curl_multi_perform(multi_.get(), &stillRunning);
+    }
     int messagesLeft = 0;
     while (const auto* const message = curl_multi_info_read(multi_.get(), &messagesLeft)) {
         auto* const transfer = Transfer::on(message->easy_handle);

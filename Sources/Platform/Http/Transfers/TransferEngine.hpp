@@ -51,6 +51,7 @@ private:
     void launch(Exchange exchange, OriginQueue& queue);
     void admitWaiting(OriginQueue& queue);
     void admitAllWaiting();
+    [[nodiscard]] bool isConnecting() const noexcept;
     void finish(Transfer& transfer, CURLcode code);
     void finishOverdue();
     void finishLeftBehind();
