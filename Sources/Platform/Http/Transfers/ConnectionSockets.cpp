@@ -91,8 +91,7 @@ std::shared_ptr<Connection> ConnectionSockets::find(const Ends& ends) const {
             continue;
         }
         // The system is asked but once for each.
-        const bool isNew = connection->origin.empty();
-        if (isNew) {
+        if (connection->origin.empty()) {
             connection->local = localEnd(socket);
         }
         if (isAt(connection->local, ends.localAddress, ends.localPort)) {

@@ -45,6 +45,9 @@ public:
     /// An answer came over a connection for many requests at once (HTTP/2), or for one at a time.
     void answered(ConnectionId connection, bool isTried, bool isMultiplexed) noexcept;
 
+    /// The connections are not to be counted on any more.
+    void forgetRoom() noexcept { proven_ = 0; }
+
     void wait(Exchange exchange) { waiting_.push_back(std::move(exchange)); }
     [[nodiscard]] bool hasWaiting() const noexcept { return !waiting_.empty(); }
     [[nodiscard]] Exchange takeWaiting() {

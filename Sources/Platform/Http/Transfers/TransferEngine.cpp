@@ -173,6 +173,7 @@ void TransferEngine::finish(Transfer& transfer, CURLcode code) {
     if (code == CURLE_OPERATION_TIMEDOUT) {
         // What it went out on may be dead without a word, and so may the others.
         sockets_.retire(queue.origin());
+        queue.forgetRoom();
     }
     auto hop = code == CURLE_OK ? transfer.redirect() : nullptr;
     const bool isLoop = hop && hop->number > maximumRedirects;
@@ -242,6 +243,7 @@ void TransferEngine::networkChanged() {
     finishLeftBehind();
     for (const auto& transfer : running_) {
         transfer->suspect();
+        transfer->queue().forgetRoom();
         nextCheck_ = std::min(nextCheck_, transfer->deadline());
     }
 }
