@@ -2,7 +2,12 @@
 #include "Program.hpp"
 #include "ServiceFixture.hpp"
 
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -38,7 +43,7 @@ bool accepts(std::uint16_t port) {
 /// The service behind a proxy that speaks HTTP/2 with the client.
 class OverHttp2 : public Testing::ServiceFixture {
 protected:
-    OverHttp2() {
+    explicit OverHttp2(int streams = 100) {
         const auto authority = TarnwickService::CertificateAuthority::create();
         const auto certificate = authority.issue({.dnsNames = {"localhost"}, .ipAddresses = {}});
         const auto chain = folder.path() / "proxy.crt";
@@ -50,7 +55,9 @@ protected:
         proxy_.emplace(std::vector<std::string>{
             "nghttpx", "--single-process", "--conf=/dev/null", "--frontend=127.0.0.1," + std::to_string(port),
             "--backend=127.0.0.1," + std::to_string(service.port()) + ";;tls", "--insecure", "--no-ocsp", "--no-via",
-            "--no-add-x-forwarded-proto", "--errorlog-file=/dev/null", key, chain});
+            "--no-add-x-forwarded-proto", "--errorlog-file=/dev/null", "--accesslog-file=" + accessLog_.string(),
+            "--accesslog-format=$remote_port", "--frontend-http2-max-concurrent-streams=" + std::to_string(streams),
+            key, chain});
         while (!accepts(port)) {
             if (proxy_->hasEnded()) {
                 throw std::runtime_error{"the proxy has ended"};
@@ -62,28 +69,54 @@ protected:
         use(configuration);
     }
 
+    /// Sends so many requests at once, and counts those that succeed.
+    int getStatuses(int count) {
+        int succeeded = 0;
+        int completed = 0;
+        for (int index = 0; index < count; ++index) {
+            api->getStatus([&](const auto& status, const auto& /*error*/) {
+                succeeded += status ? 1 : 0;
+                ++completed;
+            });
+        }
+        runUntil([&] { return completed == count; });
+        return succeeded;
+    }
+
+    /// How many connections have carried requests.
+    [[nodiscard]] std::size_t connections() const {
+        std::ifstream log{accessLog_};
+        return std::set<std::string>{std::istream_iterator<std::string>{log}, {}}.size();
+    }
+
 private:
+    std::filesystem::path accessLog_ = folder.path() / "access.log";
     std::optional<Program> proxy_;
+};
+
+class OverHttp2WithOneRequestAtATime : public OverHttp2 {
+protected:
+    OverHttp2WithOneRequestAtATime() : OverHttp2{1} {}
 };
 
 TEST_F(OverHttp2, ManyRequestsShareOneConnectionAndNameTheHost) {
     constexpr int count = 300;
-    int succeeded = 0;
-    int completed = 0;
     ASSERT_TRUE(getStatus().result) << service.counters().lastRefusal;
-    for (int index = 0; index < count; ++index) {
-        api->getStatus([&](const auto& status, const auto& /*error*/) {
-            succeeded += status ? 1 : 0;
-            ++completed;
-        });
-    }
-    runUntil([&] { return completed == count; });
-    EXPECT_EQ(succeeded, count);
+    EXPECT_EQ(getStatuses(count), count);
+    EXPECT_EQ(connections(), 1U);
     createAccount("bob", "pw");
     EXPECT_TRUE(signIn("bob", "pw").result);
     EXPECT_TRUE(await<std::vector<Device>>([&](auto done) { api->getDevices(done); }).result);
     EXPECT_EQ(service.counters().refusals, 0U) << service.counters().lastRefusal;
     EXPECT_EQ(queue->pausesAskedFor().size(), 0U);
+}
+
+TEST_F(OverHttp2WithOneRequestAtATime, ConnectionsAreFew) {
+    constexpr int count = 200;
+    EXPECT_EQ(getStatuses(count), count);
+    // Six at once; those with a request that the server had sent back are closed and opened again.
+    constexpr std::size_t most = 18;
+    EXPECT_LE(connections(), most);
 }
 
 }  // namespace

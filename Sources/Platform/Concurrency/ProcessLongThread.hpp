@@ -43,6 +43,11 @@ public:
     /// Whether the thread stays behind in a parent of this process: nothing of the worker may be touched then.
     [[nodiscard]] static bool isLost() noexcept { return losses_.isLost(); }
 
+    /// The worker, if it has been started and is this process's. Thread: any.
+    [[nodiscard]] static Worker* running() noexcept {
+        return isLost() ? nullptr : worker_.load(std::memory_order_acquire);
+    }
+
 private:
     struct State {
         /// Held while the thread starts: an exit that another thread begins meanwhile waits, and then stops it.

@@ -82,6 +82,8 @@ public:
         }
     }
 
+    void networkChanged() override { transport_->networkChanged(); }
+
 private:
     std::shared_ptr<const HttpSessionConfiguration> configuration_;
     /// Why no request of this session can be sent, if so.

@@ -29,6 +29,9 @@ public:
     /// must not hold up, or inside this call when nothing can be started; only the end of the process leaves it
     /// uncalled. It is moved to where it is called, never copied. Thread: any.
     virtual void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer) = 0;
+
+    /// See `HttpSession::networkChanged`. Thread: any.
+    virtual void networkChanged() = 0;
 };
 
 /// The answer to a request that came to none.

@@ -100,6 +100,59 @@ TEST_F(Session, TakesNothingForAnAnswerThatCameBeforeTheRequest) {
     EXPECT_EQ(server.requests().size(), 2U);
 }
 
+TEST_F(Session, TakesANewConnectionAfterATimeOut) {
+    configuration.idleTimeout = std::chrono::milliseconds{60};
+    auto first = okAnswer("first");
+    first.afterRequests = 2;
+    server.answer(first);
+    server.answer(first);
+    server.answer({"", Then::hold});
+    server.answer(okAnswer("again"));
+    const auto session = makeHttpSession(configuration);
+    send(*session, request(server.url()));
+    send(*session, request(server.url()));
+    ASSERT_TRUE(waitForAnswers(2));
+    EXPECT_EQ(errorName(exchange(*session, request(server.url()))), "timedOut");
+    EXPECT_EQ(exchange(*session, request(server.url())).body, "again");
+    EXPECT_EQ(server.connections(), 3U) << "the one that was idle meanwhile may be as dead";
+}
+
+TEST_F(Session, LeavesTheConnectionsOfAChangedNetwork) {
+    const struct {
+        std::chrono::milliseconds grace;
+        std::string saidSince;
+        std::ptrdiff_t lost;
+    } rows[] = {
+        {std::chrono::milliseconds{60}, "", 1},
+        {std::chrono::minutes{1}, okAnswer("late").bytes, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.saidSince);
+        configuration.graceAfterNetworkChange = row.grace;
+        ScriptedServer scripted;
+        const auto session = makeHttpSession(configuration);
+        scripted.answer({"", Then::hold});
+        scripted.answer(okAnswer("idle"));
+        scripted.answer(okAnswer("new"));
+        answers.clear();
+        send(*session, request(scripted.url()));
+        ASSERT_TRUE(scripted.waitForRequests(1));
+        send(*session, request(scripted.url()));
+        ASSERT_TRUE(waitForAnswers(1));
+        makeHttpSession(configuration)->networkChanged();
+        send(*session, request(scripted.url()));
+        ASSERT_TRUE(waitForAnswers(2));
+        EXPECT_EQ(scripted.connections(), 3U) << "the idle connection was used";
+        scripted.say(row.saidSince);
+        ASSERT_TRUE(waitForAnswers(3));
+        EXPECT_EQ(std::count_if(answers.begin(), answers.end(),
+                                [](const auto& answer) { return errorName(answer) == "connectionLost"; }),
+                  row.lost);
+        EXPECT_EQ(std::count_if(answers.begin(), answers.end(), [](const auto& answer) { return !answer.error; }),
+                  3 - row.lost);
+    }
+}
+
 TEST_F(Session, LimitsEachOriginForItself) {
     configuration.connectionsPerHost = 1;
     ScriptedServer other;

@@ -19,6 +19,7 @@ public:
                      std::shared_ptr<const HttpHeaders> sessionHeaders);
 
     void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer) override;
+    void networkChanged() override { next_->networkChanged(); }
 
 private:
     std::shared_ptr<Transport> next_;

@@ -14,7 +14,10 @@ struct CancelAll {
     std::shared_ptr<TransferGroup> group;
 };
 
-using Command = std::variant<Exchange, CancelAll>;
+/// Tells the I/O thread that the network has changed.
+struct NetworkChange {};
+
+using Command = std::variant<Exchange, CancelAll, NetworkChange>;
 
 /// Where other threads leave work for the I/O thread.
 class CommandQueue {

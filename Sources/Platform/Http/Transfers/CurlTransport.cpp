@@ -32,4 +32,11 @@ void CurlTransport::transfer(std::shared_ptr<const HttpRequest> request, OnAnswe
     thread->start({group_, std::move(request), std::move(onAnswer)});
 }
 
+void CurlTransport::networkChanged() {
+    // Another session's thread, too: sessions share their connections.
+    if (auto* const thread = ProcessLongThread<IoThread>::running()) {
+        thread->networkChanged();
+    }
+}
+
 }  // namespace Tarnwick_API::Platform

@@ -20,6 +20,7 @@ public:
     ~CurlTransport() override;
 
     void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer) override;
+    void networkChanged() override;
 
 private:
     std::shared_ptr<TransferGroup> group_;

@@ -16,6 +16,8 @@ struct Exchange {
     Transport::OnAnswer onAnswer;
     /// None before the first redirect.
     std::unique_ptr<Hop> hop = nullptr;
+    /// It met a connection that takes no further requests but still carries others: libcurl would choose that again.
+    bool needsOwnConnection = false;
 
     [[nodiscard]] const Url& url() const noexcept { return hop ? hop->url : request->url(); }
     [[nodiscard]] HttpMethod method() const noexcept { return hop ? hop->method : request->method(); }

@@ -28,6 +28,10 @@ void IoThread::cancelAll(std::shared_ptr<TransferGroup> group) {
     }
 }
 
+void IoThread::networkChanged() {
+    push(NetworkChange{});
+}
+
 void IoThread::push(Command command) {
     if (commands_.push(std::move(command)) == CommandQueue::Pushed::takenByWaiting) {
         engine_.wake();
@@ -44,17 +48,23 @@ void IoThread::run() {
             continue;
         }
         for (auto& command : batch) {
-            if (auto* const exchange = std::get_if<Exchange>(&command)) {
-                engine_.start(std::move(*exchange));
-            } else {
-                engine_.cancelAll(*std::get<CancelAll>(command).group);
-            }
+            obey(std::move(command));
         }
         batch.clear();
         if (batch.capacity() > usualBatch) {
             batch = std::vector<Command>{};
         }
         mayWait = !engine_.perform();
+    }
+}
+
+void IoThread::obey(Command&& command) {
+    if (auto* const exchange = std::get_if<Exchange>(&command)) {
+        engine_.start(std::move(*exchange));
+    } else if (auto* const cancelled = std::get_if<CancelAll>(&command)) {
+        engine_.cancelAll(*cancelled->group);
+    } else {
+        engine_.networkChanged();
     }
 }
 

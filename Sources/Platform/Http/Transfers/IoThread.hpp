@@ -30,10 +30,14 @@ public:
     /// Cancels all exchanges of `group`. Thread: any.
     void cancelAll(std::shared_ptr<TransferGroup> group);
 
+    /// See `HttpSession::networkChanged`. Thread: any.
+    void networkChanged();
+
 private:
     friend class ProcessLongThread<IoThread>;
 
     void push(Command command);
+    void obey(Command&& command);
     void run();
     void stop();
 

@@ -21,4 +21,61 @@ std::string originKey(const Url& url) {
     return key;
 }
 
+bool OriginQueue::isFull() const noexcept {
+    if (running_ >= limit_) {
+        return true;
+    }
+    // An idle connection may have been closed: then nothing is known.
+    const auto proven = used_.empty() ? 0 : proven_;
+    return running_ >= proven && tried_ + (running_ - settled_) >= connections_;
+}
+
+void OriginQueue::occupy(ConnectionId connection, bool isTried, bool isNew) {
+    auto used = find(connection);
+    if (used == used_.end()) {
+        used = used_.insert(used, {connection, 0, isTried});
+        tried_ += isTried ? 1 : 0;
+    }
+    ++used->exchanges;
+    if (isNew) {
+        // The others were full, or gone.
+        proven_ = settled_;
+    }
+    if (used->isTried) {
+        settle(1);
+    }
+}
+
+void OriginQueue::release(ConnectionId connection) noexcept {
+    const auto used = find(connection);
+    if (used == used_.end()) {
+        return;
+    }
+    settled_ -= used->isTried ? 1 : 0;
+    if (--used->exchanges == 0) {
+        tried_ -= used->isTried ? 1 : 0;
+        *used = used_.back();
+        used_.pop_back();
+    }
+}
+
+void OriginQueue::answered(ConnectionId connection, bool isTried, bool isMultiplexed) noexcept {
+    limit_ = isMultiplexed ? streams_ : connections_;
+    if (const auto used = find(connection); isTried && used != used_.end() && !used->isTried) {
+        used->isTried = true;
+        ++tried_;
+        settle(used->exchanges);
+    }
+}
+
+std::vector<OriginQueue::Used>::iterator OriginQueue::find(ConnectionId connection) noexcept {
+    return std::find_if(used_.begin(), used_.end(),
+                        [connection](const Used& used) { return used.connection == connection; });
+}
+
+void OriginQueue::settle(std::size_t exchanges) noexcept {
+    settled_ += exchanges;
+    proven_ = used_.size() > connections_ ? 0 : std::max(proven_, settled_);
+}
+
 }  // namespace Tarnwick_API::Platform

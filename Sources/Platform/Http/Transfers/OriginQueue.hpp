@@ -9,22 +9,44 @@
 #include <deque>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace Tarnwick_API::Platform {
 
 /// Admits the exchanges of one session with one origin. libcurl gets only what can run at once: its own list of pending
 /// transfers costs time by the square of its length, and a whole easy handle for each.
+///
+/// How many requests a connection takes is for the server to say, and libcurl, which opens another for each one more,
+/// keeps it to itself. A tried connection holds for good what it carries; of all other exchanges each may come to need
+/// a connection of its own. So no more of these are admitted than connections may still be opened, unless as many in
+/// all have been seen to find room before.
 class OriginQueue {
 public:
-    // A limit of nothing would let requests wait for ever.
-    OriginQueue(std::size_t connections, std::size_t streams) noexcept
-        : connections_{std::max<std::size_t>(connections, 1)}, streams_{std::max<std::size_t>(streams, 1)} {}
+    /// Tells one connection from another.
+    using ConnectionId = const void*;
 
-    [[nodiscard]] bool isFull() const noexcept { return running_ >= limit_; }
+    // A limit of nothing would let requests wait for ever.
+    OriginQueue(std::string origin, std::size_t connections, std::size_t streams)
+        : origin_{std::move(origin)},
+          connections_{std::max<std::size_t>(connections, 1)},
+          streams_{std::max<std::size_t>(streams, 1)} {}
+
+    /// Its `originKey`.
+    [[nodiscard]] const std::string& origin() const noexcept { return origin_; }
+
+    [[nodiscard]] bool isFull() const noexcept;
     void enter() noexcept { ++running_; }
+    /// An exchange's request goes out on a connection, `isNew` when it was opened for it.
+    void occupy(ConnectionId connection, bool isTried, bool isNew);
+    /// It is no longer there.
+    void release(ConnectionId connection) noexcept;
+    /// An exchange has ended, its connection released.
     void leave() noexcept { --running_; }
-    /// An answer came: over a connection for many requests at once (HTTP/2), or for one at a time.
-    void answered(bool isMultiplexed) noexcept { limit_ = isMultiplexed ? streams_ : connections_; }
+    /// An answer came over a connection for many requests at once (HTTP/2), or for one at a time.
+    void answered(ConnectionId connection, bool isTried, bool isMultiplexed) noexcept;
+
+    /// The connections are not to be counted on any more.
+    void forgetRoom() noexcept { proven_ = 0; }
 
     void wait(Exchange exchange) { waiting_.push_back(std::move(exchange)); }
     [[nodiscard]] bool hasWaiting() const noexcept { return !waiting_.empty(); }
@@ -35,10 +57,27 @@ public:
     }
 
 private:
+    struct Used {
+        ConnectionId connection;
+        std::size_t exchanges;
+        bool isTried;
+    };
+
+    [[nodiscard]] std::vector<Used>::iterator find(ConnectionId connection) noexcept;
+    void settle(std::size_t exchanges) noexcept;
+
+    std::string origin_;
     std::size_t connections_;
     std::size_t streams_;
     std::size_t limit_ = connections_;
     std::size_t running_ = 0;
+    /// Those of them on tried connections.
+    std::size_t settled_ = 0;
+    /// The number of tried connections in use.
+    std::size_t tried_ = 0;
+    /// So many have found room on the connections that there are.
+    std::size_t proven_ = 0;
+    std::vector<Used> used_;
     std::deque<Exchange> waiting_;
 };
 

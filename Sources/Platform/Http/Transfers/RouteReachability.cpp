@@ -1,7 +1,7 @@
 #include <Tarnwick_API/Platform/Application/Url.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
-#include <Platform/Http/Transfers/PrivateSocket.hpp>
+#include <Platform/Http/Transfers/UdpSocket.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
 #include <cstdint>
@@ -13,31 +13,12 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace Tarnwick_API::Platform {
 
 namespace {
 
-class UdpSocket {
-public:
-    explicit UdpSocket(int family) : descriptor_{openPrivateSocket(family, SOCK_DGRAM, 0)} {}
-    ~UdpSocket() {
-        if (isOpen()) {
-            ::close(descriptor_);
-        }
-    }
-    UdpSocket(const UdpSocket&) = delete;
-    UdpSocket& operator=(const UdpSocket&) = delete;
-
-    [[nodiscard]] bool isOpen() const noexcept { return descriptor_ >= 0; }
-    [[nodiscard]] int descriptor() const noexcept { return descriptor_; }
-
-private:
-    int descriptor_;
-};
-
-/// Whether the kernel would know where to send a packet. Connecting a UDP socket sends none.
+/// Whether the kernel would know where to send a packet.
 template <typename Address>
 bool hasRoute(int family, const Address& address) {
     const UdpSocket socket{family};

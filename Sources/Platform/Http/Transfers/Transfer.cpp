@@ -1,10 +1,12 @@
 #include <Platform/Http/Transfers/Transfer.hpp>
 
 #include <Platform/Http/Transfers/OptionSetter.hpp>
+#include <Platform/Http/Transfers/OriginQueue.hpp>
 #include <Platform/Http/Transfers/TransferError.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Http/Transfers/TransferOptions.hpp>
 
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <new>
@@ -57,7 +59,16 @@ std::optional<HttpError> Transfer::begin(Exchange exchange, OriginQueue& queue) 
 }
 
 Transfer::Time Transfer::deadline() const noexcept {
-    return lastProgress_ + exchange_.group->configuration().idleTimeout;
+    const auto& configuration = exchange_.group->configuration();
+    const auto idleEnd = lastProgress_ + configuration.idleTimeout;
+    return suspectedAt_ ? std::min(idleEnd, *suspectedAt_ + configuration.graceAfterNetworkChange) : idleEnd;
+}
+
+void Transfer::suspect() noexcept {
+    // Hosts tell of one change by several notices: the first counts.
+    if (!suspectedAt_ || lastProgress_ > *suspectedAt_) {
+        suspectedAt_ = now_;
+    }
 }
 
 bool Transfer::isMultiplexed() const {
@@ -85,7 +96,10 @@ std::unique_ptr<Hop> Transfer::redirect() const {
 
 Exchange Transfer::end() {
     curl_easy_reset(handle_.get());
+    releaseConnection();
+    queue_->leave();
     queue_ = nullptr;
+    suspectedAt_.reset();
     static_cast<void>(headParser_.take());
     static_cast<void>(body_.take());
     headSize_ = 0;
@@ -119,8 +133,13 @@ HttpError Transfer::errorOf(CURLcode code) const {
         case Refusal::largeBody:
             return {HttpError::Kind::tooLarge, "the body passes the session's limit"};
         case Refusal::spoiltConnection:
+        case Refusal::retiredConnection:
         case Refusal::secondSending:
             return {HttpError::Kind::connectionLost, "the server closed the connection before it answered"};
+        case Refusal::networkLeft:
+            return {HttpError::Kind::connectionLost, "the network changed, and no longer leads over this connection"};
+        case Refusal::silentSinceChange:
+            return {HttpError::Kind::connectionLost, "the network changed, and nothing has come or gone since"};
         case Refusal::none:
             break;
     }
@@ -128,24 +147,57 @@ HttpError Transfer::errorOf(CURLcode code) const {
                             : HttpError{HttpError::Kind::connectionLost, "the connection was closed within the header"};
 }
 
-int Transfer::onReadyToSend(void* transfer, char* /*remoteAddress*/, char* localAddress, int /*remotePort*/,
+int Transfer::onReadyToSend(void* transfer, char* remoteAddress, char* localAddress, int remotePort,
                             int localPort) noexcept {
     auto& self = *static_cast<Transfer*>(transfer);
-    self.refusal_ = self.judgeSending({localAddress, localPort});
+    try {
+        self.refusal_ = self.judgeSending({localAddress, localPort, remoteAddress, remotePort});
+    } catch (const std::exception&) {
+        return CURL_PREREQFUNC_ABORT;
+    }
     self.mayHaveBeenSent_ = true;
     return self.refusal_ == Refusal::none ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
 }
 
 /// libcurl by itself sends a request again when a kept connection ends without an answer to it. That the server has not
 /// acted on the first one is known of a GET alone.
-Transfer::Refusal Transfer::judgeSending(const ConnectionSockets::LocalEnd& end) {
+Transfer::Refusal Transfer::judgeSending(const ConnectionSockets::Ends& ends) {
     if (mayHaveBeenSent_ && exchange_.method() != HttpMethod::get && exchange_.method() != HttpMethod::head) {
         return Refusal::secondSending;
     }
     long newConnections = 0;
     const bool isKept =
         curl_easy_getinfo(handle_.get(), CURLINFO_NUM_CONNECTS, &newConnections) == CURLE_OK && newConnections == 0;
-    return isKept && sockets_.isSpoilt(end) ? Refusal::spoiltConnection : Refusal::none;
+    auto connection = sockets_.find(ends);
+    if (!connection) {
+        return Refusal::none;
+    }
+    if (connection->isRetired) {
+        return Refusal::retiredConnection;
+    }
+    if (isKept && ConnectionSockets::isSpoilt(*connection)) {
+        return Refusal::spoiltConnection;
+    }
+    takeConnection(std::move(connection), !isKept);
+    return Refusal::none;
+}
+
+void Transfer::takeConnection(std::shared_ptr<Connection> connection, bool isNew) {
+    releaseConnection();
+    queue_->occupy(connection.get(), connection->isTried(), isNew);
+    connection_ = std::move(connection);
+    ++connection_->transfers;
+    if (connection_->origin.empty()) {
+        connection_->origin = queue_->origin();
+        connection_->heardAt = now_;
+    }
+}
+
+void Transfer::releaseConnection() noexcept {
+    if (const auto connection = std::exchange(connection_, nullptr)) {
+        queue_->release(connection.get());
+        ConnectionSockets::release(*connection);
+    }
 }
 
 std::size_t Transfer::onHeader(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept {
@@ -175,11 +227,8 @@ bool Transfer::takeHeader(std::string_view line) {
 }
 
 void Transfer::noteProtocol(std::string_view statusLine) {
-    const char* address = nullptr;
-    long port = 0;
-    if (statusLine.starts_with("HTTP/1") && curl_easy_getinfo(handle_.get(), CURLINFO_LOCAL_IP, &address) == CURLE_OK &&
-        address != nullptr && curl_easy_getinfo(handle_.get(), CURLINFO_LOCAL_PORT, &port) == CURLE_OK) {
-        sockets_.noteOneAtATime({address, port});
+    if (connection_ && statusLine.starts_with("HTTP/1")) {
+        connection_->isOneAtATime = true;
     }
 }
 

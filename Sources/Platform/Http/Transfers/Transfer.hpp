@@ -38,15 +38,35 @@ public:
     [[nodiscard]] const Exchange& exchange() const noexcept { return exchange_; }
     [[nodiscard]] OriginQueue& queue() const noexcept { return *queue_; }
 
-    /// When the exchange ends for want of progress, unless bytes come or go before.
+    /// When the exchange ends for want of progress, or its grace does, unless bytes come or go before.
     [[nodiscard]] Time deadline() const noexcept;
 
     /// Whether an answer came, and over a connection for many requests at once.
     [[nodiscard]] bool hasAnswer() const noexcept { return headParser_.isComplete(); }
     [[nodiscard]] bool isMultiplexed() const;
 
-    /// Whether it was ended before its request went out, as the connection kept for it was spoilt; that one is closed.
+    /// Whether it was ended before its request went out, as the connection kept for it was spoilt, which is closed, or
+    /// retired.
     [[nodiscard]] bool hasMetSpoiltConnection() const noexcept { return refusal_ == Refusal::spoiltConnection; }
+    [[nodiscard]] bool hasMetRetiredConnection() const noexcept { return refusal_ == Refusal::retiredConnection; }
+
+    /// The connection that the request went out on; null before.
+    [[nodiscard]] Connection* connection() const noexcept { return connection_.get(); }
+
+    /// When bytes last came or went, or else it began.
+    [[nodiscard]] Time lastProgress() const noexcept { return lastProgress_; }
+
+    /// The network has changed: it is to show within the session's grace that it still gets on.
+    void suspect() noexcept;
+    void trust() noexcept { suspectedAt_.reset(); }
+    /// When that began.
+    [[nodiscard]] const std::optional<Time>& suspectedAt() const noexcept { return suspectedAt_; }
+
+    /// Gives the transfer up, before `takeAnswer`: its connection is that of a network left behind, or has been silent
+    /// since the network changed.
+    void giveUpAfterChange(bool isLeftBehind) noexcept {
+        refusal_ = isLeftBehind ? Refusal::networkLeft : Refusal::silentSinceChange;
+    }
 
     /// The redirect that the answer asks for, or null.
     [[nodiscard]] std::unique_ptr<Hop> redirect() const;
@@ -62,7 +82,16 @@ public:
 
 private:
     /// What this end does not let happen.
-    enum class Refusal { none, largeHead, largeBody, spoiltConnection, secondSending };
+    enum class Refusal {
+        none,
+        largeHead,
+        largeBody,
+        spoiltConnection,
+        retiredConnection,
+        secondSending,
+        networkLeft,
+        silentSinceChange,
+    };
 
     static int onReadyToSend(void* transfer, char* remoteAddress, char* localAddress, int remotePort,
                              int localPort) noexcept;
@@ -71,7 +100,9 @@ private:
     static int onProgress(void* transfer, curl_off_t downloadTotal, curl_off_t downloaded, curl_off_t uploadTotal,
                           curl_off_t uploaded) noexcept;
 
-    [[nodiscard]] Refusal judgeSending(const ConnectionSockets::LocalEnd& end);
+    [[nodiscard]] Refusal judgeSending(const ConnectionSockets::Ends& ends);
+    void takeConnection(std::shared_ptr<Connection> connection, bool isNew);
+    void releaseConnection() noexcept;
     [[nodiscard]] bool takeHeader(std::string_view line);
     void noteProtocol(std::string_view statusLine);
     [[nodiscard]] bool takeBody(std::string_view bytes);
@@ -82,6 +113,7 @@ private:
     const Time& now_;
     Exchange exchange_;
     OriginQueue* queue_ = nullptr;
+    std::shared_ptr<Connection> connection_;
     HeaderList headers_;
     ResponseHeadParser headParser_;
     BodyBuffer body_;
@@ -89,6 +121,7 @@ private:
     Refusal refusal_ = Refusal::none;
     bool mayHaveBeenSent_ = false;
     Time lastProgress_;
+    std::optional<Time> suspectedAt_;
     curl_off_t bytesMoved_ = 0;
 };
 

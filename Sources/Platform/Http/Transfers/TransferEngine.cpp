@@ -1,5 +1,6 @@
 #include <Platform/Http/Transfers/TransferEngine.hpp>
 
+#include <Platform/Http/Transfers/ConnectionRoute.hpp>
 #include <Platform/Http/Transfers/OriginQueue.hpp>
 #include <Platform/Http/Transfers/Transfer.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
@@ -20,6 +21,9 @@ namespace {
 /// Connections kept open for later, of all sessions together. libcurl's own rule counts the transfers in progress,
 /// and so would close most of them whenever a burst of requests ends.
 constexpr long idleConnections = 64;
+
+/// A change of the network comes as a burst of notices; in the middle of it an address may be gone for a moment.
+constexpr std::chrono::milliseconds settlingTime{100};
 
 /// Enough for one full HTTP/2 connection. None with libcurl before 8.1.0, which keeps a pointer into an answer's head
 /// beyond the reset of the handle, and uses it for the next answer whose first line is a continuation.
@@ -82,6 +86,7 @@ void TransferEngine::launch(Exchange exchange, OriginQueue& queue) {
         spare_.pop_back();
         return last;
     }();
+    queue.enter();
     auto error = transfer->begin(std::move(exchange), queue);
     if (!error) {
         error = multiError(curl_multi_add_handle(multi_.get(), transfer->handle()));
@@ -90,7 +95,6 @@ void TransferEngine::launch(Exchange exchange, OriginQueue& queue) {
         complete(recycle(std::move(transfer)), failedAnswer(std::move(*error)));
         return;
     }
-    queue.enter();
     nextCheck_ = std::min(nextCheck_, transfer->deadline());
     transfer->position = running_.size();
     running_.push_back(std::move(transfer));
@@ -103,11 +107,33 @@ void TransferEngine::admitWaiting(OriginQueue& queue) {
     }
 }
 
+/// Some may have found room, on connections that now prove to take more.
+void TransferEngine::admitAllWaiting() {
+    // What is launched here waits for nothing but the next round.
+    const auto count = running_.size();
+    for (std::size_t index = 0; index < count && index < running_.size(); ++index) {
+        auto& queue = running_[index]->queue();
+        if (queue.hasWaiting() && !queue.isFull()) {
+            const auto group = running_[index]->exchange().group;
+            admitWaiting(queue);
+        }
+    }
+}
+
+bool TransferEngine::isConnecting() const noexcept {
+    return std::any_of(running_.begin(), running_.end(),
+                       [](const auto& transfer) { return transfer->connection() == nullptr; });
+}
+
 bool TransferEngine::perform() {
     hasNew_ = false;
     now_ = std::chrono::steady_clock::now();
     int stillRunning = 0;
     curl_multi_perform(multi_.get(), &stillRunning);
+    if (isConnecting()) {
+        // libcurl gives an address up in one round and tries the next one in another, for which it sets no timer.
+        curl_multi_perform(multi_.get(), &stillRunning);
+    }
     int messagesLeft = 0;
     while (const auto* const message = curl_multi_info_read(multi_.get(), &messagesLeft)) {
         auto* const transfer = Transfer::on(message->easy_handle);
@@ -115,25 +141,41 @@ bool TransferEngine::perform() {
             finish(*transfer, message->data.result);
         }
     }
+    if (now_ >= changeSettles_) {
+        changeSettles_ = Time::max();
+        noticeChange();
+    }
     if (now_ >= nextCheck_) {
         finishOverdue();
     }
+    admitAllWaiting();
     return hasNew_;
 }
 
 void TransferEngine::finish(Transfer& transfer, CURLcode code) {
     auto& queue = transfer.queue();
-    queue.leave();
-    if (transfer.hasMetSpoiltConnection()) {
+    const bool hasMetRetired = transfer.hasMetRetiredConnection();
+    if (hasMetRetired || transfer.hasMetSpoiltConnection()) {
         auto exchange = recycle(detach(transfer));
         const auto group = exchange.group;
+        exchange.needsOwnConnection = hasMetRetired;
         launch(std::move(exchange), queue);
         // It may have ended at once.
         admitWaiting(queue);
         return;
     }
     if (transfer.hasAnswer()) {
-        queue.answered(transfer.isMultiplexed());
+        auto* const connection = transfer.connection();
+        if (connection != nullptr) {
+            ++connection->answers;
+            connection->heardAt = transfer.lastProgress();
+        }
+        queue.answered(connection, connection != nullptr && connection->isTried(), transfer.isMultiplexed());
+    }
+    if (code == CURLE_OPERATION_TIMEDOUT) {
+        // What it went out on may be dead without a word, and so may the others.
+        sockets_.retire(queue.origin());
+        queue.forgetRoom();
     }
     auto hop = code == CURLE_OK ? transfer.redirect() : nullptr;
     const bool isLoop = hop && hop->number > maximumRedirects;
@@ -143,6 +185,7 @@ void TransferEngine::finish(Transfer& transfer, CURLcode code) {
     const auto group = exchange.group;
     if (hop && !isLoop) {
         exchange.hop = std::move(hop);
+        exchange.needsOwnConnection = false;
         start(std::move(exchange));
     } else {
         complete(std::move(exchange), std::move(answer));
@@ -151,9 +194,19 @@ void TransferEngine::finish(Transfer& transfer, CURLcode code) {
 }
 
 void TransferEngine::finishOverdue() {
+    for (const auto& transfer : running_) {
+        if (auto* const connection = transfer->connection()) {
+            connection->heardAt = std::max(connection->heardAt, transfer->lastProgress());
+        }
+    }
     std::vector<Transfer*> overdue;
     nextCheck_ = Time::max();
     for (const auto& transfer : running_) {
+        const auto& suspectedAt = transfer->suspectedAt();
+        const auto* const connection = transfer->connection();
+        if (suspectedAt && connection != nullptr && connection->heardAt > *suspectedAt) {
+            transfer->trust();
+        }
         if (transfer->deadline() <= now_) {
             overdue.push_back(transfer.get());
         } else {
@@ -161,8 +214,47 @@ void TransferEngine::finishOverdue() {
         }
     }
     for (auto* const transfer : overdue) {
-        finish(*transfer, CURLE_OPERATION_TIMEDOUT);
+        if (transfer->suspectedAt()) {
+            transfer->giveUpAfterChange(false);
+            finish(*transfer, CURLE_ABORTED_BY_CALLBACK);
+        } else {
+            finish(*transfer, CURLE_OPERATION_TIMEDOUT);
+        }
     }
+}
+
+void TransferEngine::finishLeftBehind() {
+    std::vector<Transfer*> leftBehind;
+    for (const auto& transfer : running_) {
+        auto* const connection = transfer->connection();
+        if (connection != nullptr && leadsElsewhere(connection->socket, connection->peer)) {
+            connection->isRetired = true;
+            leftBehind.push_back(transfer.get());
+        }
+    }
+    for (auto* const transfer : leftBehind) {
+        transfer->giveUpAfterChange(true);
+        finish(*transfer, CURLE_ABORTED_BY_CALLBACK);
+    }
+}
+
+void TransferEngine::networkChanged() {
+    now_ = std::chrono::steady_clock::now();
+    sockets_.retireAll();
+    sockets_.endStrayAttempts();
+    finishLeftBehind();
+    for (const auto& transfer : running_) {
+        transfer->suspect();
+        transfer->queue().forgetRoom();
+        nextCheck_ = std::min(nextCheck_, transfer->deadline());
+    }
+}
+
+/// A transfer that only waits, while a lease of the old address is renewed, is left alone.
+void TransferEngine::noticeChange() {
+    sockets_.endIdle();
+    sockets_.endStrayAttempts();
+    finishLeftBehind();
 }
 
 void TransferEngine::cancelAll(TransferGroup& group) {
@@ -173,7 +265,6 @@ void TransferEngine::cancelAll(TransferGroup& group) {
         }
     }
     for (auto* const transfer : transfers) {
-        transfer->queue().leave();
         complete(recycle(detach(*transfer)), cancelledAnswer());
     }
     for (auto& exchange : group.takeWaiting()) {
@@ -205,12 +296,23 @@ void TransferEngine::wait() {
     using Milliseconds = std::chrono::milliseconds;
     constexpr Milliseconds longest = std::chrono::hours{1};
     auto time = longest;
-    if (!running_.empty()) {
-        const auto untilCheck = std::chrono::ceil<Milliseconds>(nextCheck_ - std::chrono::steady_clock::now());
-        time = std::clamp(untilCheck, Milliseconds{0}, longest);
+    if (const auto next = nextDeadline(); next != Time::max()) {
+        const auto untilNext = std::chrono::ceil<Milliseconds>(next - std::chrono::steady_clock::now());
+        time = std::clamp(untilNext, Milliseconds{0}, longest);
     }
-    curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(time.count()), nullptr);
+    curl_waitfd notices{.fd = monitor_.descriptor(), .events = CURL_WAIT_POLLIN, .revents = 0};
+    const unsigned others = monitor_.descriptor() >= 0 ? 1 : 0;
+    curl_multi_poll(multi_.get(), &notices, others, static_cast<int>(time.count()), nullptr);
     now_ = std::chrono::steady_clock::now();
+    if (notices.revents != 0 && monitor_.takeChanges()) {
+        // At once for what is made now, and again when all has come.
+        sockets_.endIdle();
+        changeSettles_ = std::min(changeSettles_, now_ + settlingTime);
+    }
+}
+
+TransferEngine::Time TransferEngine::nextDeadline() const noexcept {
+    return running_.empty() ? changeSettles_ : std::min(nextCheck_, changeSettles_);
 }
 
 void TransferEngine::wake() {

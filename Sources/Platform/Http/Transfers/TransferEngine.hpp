@@ -3,6 +3,7 @@
 #include <Platform/Http/Transfers/ConnectionSockets.hpp>
 #include <Platform/Http/Transfers/CurlHandles.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
+#include <Platform/Http/Transfers/RouteMonitor.hpp>
 
 #include <chrono>
 #include <memory>
@@ -16,8 +17,8 @@ class OriginQueue;
 class Transfer;
 class TransferGroup;
 
-/// Runs exchanges on one multi handle: admission, redirects, time-outs, completion. Thread: the I/O thread, but for
-/// the constructor and `wake`.
+/// Runs exchanges on one multi handle: admission, redirects, time-outs, changes of the network, completion. Thread: the
+/// I/O thread, but for the constructor and `wake`.
 class TransferEngine {
 public:
     /// Throws std::runtime_error when libcurl can't be set up.
@@ -32,10 +33,13 @@ public:
     /// Cancels all exchanges of `group`.
     void cancelAll(TransferGroup& group);
 
+    /// The host says that the network has changed.
+    void networkChanged();
+
     /// Moves everything on as far as it goes without waiting. Returns whether there is more to do right away.
     [[nodiscard]] bool perform();
 
-    /// Waits for network traffic, the next time-out or `wake`.
+    /// Waits for network traffic, a change of the network, the next time-out or `wake`.
     void wait();
 
     /// Ends the current or the next `wait`. Thread: any.
@@ -46,8 +50,14 @@ private:
 
     void launch(Exchange exchange, OriginQueue& queue);
     void admitWaiting(OriginQueue& queue);
+    void admitAllWaiting();
+    [[nodiscard]] bool isConnecting() const noexcept;
     void finish(Transfer& transfer, CURLcode code);
     void finishOverdue();
+    void finishLeftBehind();
+    void noticeChange();
+    /// When `perform` is next needed though nothing comes or goes.
+    [[nodiscard]] Time nextDeadline() const noexcept;
     [[nodiscard]] std::unique_ptr<Transfer> detach(Transfer& transfer);
     [[nodiscard]] Exchange recycle(std::unique_ptr<Transfer> transfer);
 
@@ -62,6 +72,9 @@ private:
     /// No transfer is overdue before this. It may be too early, as progress moves deadlines on.
     Time nextCheck_ = Time::max();
     bool hasNew_ = false;
+    RouteMonitor monitor_;
+    /// When the notices of one change are thought to have come all; no change is going on at the greatest time.
+    Time changeSettles_ = Time::max();
 };
 
 }  // namespace Tarnwick_API::Platform

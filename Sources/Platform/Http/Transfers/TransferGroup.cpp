@@ -40,8 +40,8 @@ HostValidation TransferGroup::hostValidation(std::string_view host) const {
 }
 
 OriginQueue& TransferGroup::originQueue(const Url& url) {
-    return originQueues_
-        .try_emplace(originKey(url), configuration_->connectionsPerHost, configuration_->streamsPerConnection)
+    const auto key = originKey(url);
+    return originQueues_.try_emplace(key, key, configuration_->connectionsPerHost, configuration_->streamsPerConnection)
         .first->second;
 }
 

@@ -115,8 +115,13 @@ void setConnection(OptionSetter& set, const Exchange& exchange) {
     const auto spent = exchange.hop ? exchange.hop->spent : std::chrono::microseconds{0};
     const auto left = curlMilliseconds(configuration.wholeTimeout - spent);
     set(CURLOPT_TIMEOUT_MS, left);
-    // Connecting is watched by the idle time-out; libcurl's own default would cut in after five minutes.
-    set(CURLOPT_CONNECTTIMEOUT_MS, left);
+    // An address that does not answer gets half of what is left, the last one all of it: so every one gets its turn
+    // before the idle time-out, and what answers at last has some time to do so.
+    set(CURLOPT_CONNECTTIMEOUT_MS, std::min(left, curlMilliseconds(configuration.idleTimeout * 3 / 4)));
+    if (exchange.needsOwnConnection) {
+        set(CURLOPT_FRESH_CONNECT, 1L);
+        set(CURLOPT_FORBID_REUSE, 1L);
+    }
 }
 
 }  // namespace

@@ -98,6 +98,18 @@ public:
     /// Starts `request` and returns at once. `onCompletion` is called once, on the main queue that is installed now,
     /// never from inside this call. Thread: any.
     virtual void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) = 0;
+
+    /// Tells that packets now take another way: a tunnel has come up or gone down, another network is in use. A host
+    /// calls it at once, for one session; it holds for all sessions of `makeHttpSession`. No connection of before takes
+    /// a further request. Requests under way keep theirs; those that stay silent for
+    /// `HttpSessionConfiguration::graceAfterNetworkChange` from now, and at once those whose connection the system no
+    /// longer has a way for, end with `HttpError::Kind::connectionLost`, so that their next attempt gets a new
+    /// connection. Returns at once. Thread: any.
+    ///
+    /// On Linux those sessions notice by themselves what the system's routes and addresses tell; they then end idle
+    /// connections and those without a way, and give no others up. What shows in no route (a tunnel by policies, a
+    /// filter), and every change elsewhere, they learn of by this call alone. A host's own session need do nothing.
+    virtual void networkChanged() {}
 };
 
 /// "Accept-Encoding", "Accept-Language" (from the user's locale) and "User-Agent" (from the main bundle).
@@ -117,15 +129,20 @@ struct HttpSessionConfiguration {
     /// A file of PEM certificates to trust in place of the system's.
     std::optional<std::string> trustedRootsFile;
     /// Ends an exchange during which no byte of a body has come or gone, and no head has come whole, for this long;
-    /// connecting included.
+    /// connecting included, which gets three quarters of it: half of what is left for each of a host's addresses in
+    /// turn, all of it for the last.
     std::chrono::milliseconds idleTimeout = std::chrono::seconds{60};
     /// Ends an exchange that takes longer in all.
     std::chrono::seconds wholeTimeout = std::chrono::hours{24 * 7};
+    /// How long a request under way may stay silent after `HttpSession::networkChanged`. With the pause before its next
+    /// attempt, a good answer can so be there within two seconds.
+    std::chrono::milliseconds graceAfterNetworkChange{700};
     /// The largest head taken, in bytes: that of the answer, those of interim answers before it, and the trailers.
     std::size_t maximumHeadSize = std::size_t{1024} * 1024;
     /// The largest body taken, in bytes after decompression.
     std::size_t maximumBodySize = std::size_t{256} * 1024 * 1024;
-    /// Connections to one host over HTTP/1.1, and requests at once on one HTTP/2 connection.
+    /// Connections at once to one host and port, and requests at once there over HTTP/2. All of these share one
+    /// connection where the server takes so many.
     std::size_t connectionsPerHost = 6;
     std::size_t streamsPerConnection = 100;
     /// Leads connections elsewhere, as "host:port:other host:other port"; URL, "Host" and certificate checks stay, and
