@@ -67,12 +67,13 @@ bool Transfer::isMultiplexed() const {
 }
 
 std::unique_ptr<Hop> Transfer::redirect() const {
-    const char* location = nullptr;
-    if (!headParser_.isComplete() || curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &location) != CURLE_OK ||
-        location == nullptr) {
+    const char* resolved = nullptr;
+    if (!headParser_.isComplete() || curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &resolved) != CURLE_OK ||
+        resolved == nullptr) {
         return nullptr;
     }
     const auto* const current = exchange_.hop.get();
+    const auto location = withinDocument(exchange_.url(), headParser_.value("location")).value_or(resolved);
     auto next = nextHop(*exchange_.request, current, headParser_.status(), location);
     if (next) {
         next->spent = std::chrono::microseconds{transferInfo(handle_.get(), CURLINFO_TOTAL_TIME_T)};
