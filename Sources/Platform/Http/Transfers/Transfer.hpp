@@ -1,14 +1,18 @@
 #pragma once
 
 #include <Platform/Http/Transfers/BodyBuffer.hpp>
+#include <Platform/Http/Transfers/BodyFraming.hpp>
 #include <Platform/Http/Transfers/ConnectionSockets.hpp>
+#include <Platform/Http/Transfers/ContentDecoder.hpp>
 #include <Platform/Http/Transfers/CurlHandles.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
 #include <Platform/Http/Transfers/HeaderList.hpp>
 #include <Platform/Http/Transfers/ResponseHeadParser.hpp>
 
+#include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -55,14 +59,14 @@ public:
     [[nodiscard]] Exchange end();
 
     /// What became of the transfer, which libcurl ended with `code`. Once, and before `end`.
-    [[nodiscard]] HttpAnswer takeAnswer(CURLcode code);
+    [[nodiscard]] TransportResult takeAnswer(CURLcode code);
 
     /// Where the I/O thread keeps this among its running transfers.
     std::size_t position = 0;
 
 private:
     /// What this end does not let happen.
-    enum class Refusal { none, largeHead, largeBody, spoiltConnection, secondSending };
+    enum class Refusal { none, largeHead, largeBody, badAnswer, noMemory, spoiltConnection, secondSending };
 
     static int onReadyToSend(void* transfer, char* remoteAddress, char* localAddress, int remotePort,
                              int localPort) noexcept;
@@ -73,9 +77,14 @@ private:
 
     [[nodiscard]] Refusal judgeSending(const ConnectionSockets::LocalEnd& end);
     [[nodiscard]] bool takeHeader(std::string_view line);
+    [[nodiscard]] bool takeFraming();
     void noteProtocol(std::string_view statusLine);
     [[nodiscard]] bool takeBody(std::string_view bytes);
-    [[nodiscard]] HttpError errorOf(CURLcode code) const;
+    /// Returns false, for a callback to hand on.
+    bool refuse(Refusal refusal, std::string_view fault = {}) noexcept;
+    [[nodiscard]] bool hasNoBody() const noexcept;
+    [[nodiscard]] bool isWholeByItsHead() const noexcept;
+    [[nodiscard]] std::optional<HttpError> errorOf(CURLcode code) const;
 
     CurlEasy handle_;
     ConnectionSockets& sockets_;
@@ -84,12 +93,19 @@ private:
     OriginQueue* queue_ = nullptr;
     HeaderList headers_;
     ResponseHeadParser headParser_;
+    BodyFraming framing_;
+    ContentDecoder decoder_;
     BodyBuffer body_;
     std::size_t headSize_ = 0;
+    /// Bytes of the body as they came, before decoding.
+    std::uint64_t received_ = 0;
     Refusal refusal_ = Refusal::none;
+    /// Of a bad answer: why it is one.
+    std::string_view fault_;
     bool mayHaveBeenSent_ = false;
     Time lastProgress_;
     curl_off_t bytesMoved_ = 0;
+    std::array<char, CURL_ERROR_SIZE> message_{};
 };
 
 }  // namespace Tarnwick_API::Platform
