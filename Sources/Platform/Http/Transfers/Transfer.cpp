@@ -34,8 +34,8 @@ bool leavesAnswer(CURLcode code) noexcept {
 
 }  // namespace
 
-Transfer::Transfer(CURLSH* share, ConnectionSockets& sockets, const Time& now)
-    : handle_{curl_easy_init()}, sockets_{sockets}, now_{now} {
+Transfer::Transfer(CURLSH* share, ConnectionSockets& sockets, EarlyAnswers& earlyAnswers, const Time& now)
+    : handle_{curl_easy_init()}, sockets_{sockets}, earlyAnswers_{earlyAnswers}, now_{now} {
     // The share survives the reset between two transfers.
     if (!handle_ || curl_easy_setopt(handle_.get(), CURLOPT_SHARE, share) != CURLE_OK) {
         throw std::bad_alloc{};
@@ -98,6 +98,7 @@ std::unique_ptr<Hop> Transfer::redirect() const {
 }
 
 Exchange Transfer::end() {
+    earlyAnswers_.forget(handle_.get());
     curl_easy_reset(handle_.get());
     queue_ = nullptr;
     static_cast<void>(headParser_.take());
@@ -109,6 +110,7 @@ Exchange Transfer::end() {
     refusal_ = Refusal::none;
     mayHaveBeenSent_ = false;
     bytesMoved_ = 0;
+    uploadedAtLook_.reset();
     return std::exchange(exchange_, {});
 }
 
@@ -283,7 +285,24 @@ int Transfer::onProgress(void* transfer, curl_off_t /*downloadTotal*/, curl_off_
         self.bytesMoved_ = downloaded + uploaded;
         self.lastProgress_ = self.now_;
     }
+    try {
+        if (self.mayHaveEndedUnseen(uploaded)) {
+            self.earlyAnswers_.watch(self.handle_.get());
+        }
+    } catch (const std::exception&) {
+        self.refuse(Refusal::noMemory);
+        return 1;
+    }
+    self.earlyAnswers_.reported(self.handle_.get());
     return 0;
+}
+
+bool Transfer::mayHaveEndedUnseen(curl_off_t uploaded) {
+    if (exchange_.body() == nullptr || !headParser_.isComplete() || uploadedAtLook_ == uploaded || !isMultiplexed()) {
+        return false;
+    }
+    uploadedAtLook_ = uploaded;
+    return true;
 }
 
 }  // namespace Tarnwick_API::Platform

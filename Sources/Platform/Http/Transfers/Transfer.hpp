@@ -5,6 +5,7 @@
 #include <Platform/Http/Transfers/ConnectionSockets.hpp>
 #include <Platform/Http/Transfers/ContentDecoder.hpp>
 #include <Platform/Http/Transfers/CurlHandles.hpp>
+#include <Platform/Http/Transfers/EarlyAnswers.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
 #include <Platform/Http/Transfers/HeaderList.hpp>
 #include <Platform/Http/Transfers/ResponseHeadParser.hpp>
@@ -30,7 +31,7 @@ public:
 
     /// `share` keeps the TLS sessions; `now` is the I/O thread's clock, read where bytes arrive. All must outlive this.
     /// Throws std::bad_alloc.
-    Transfer(CURLSH* share, ConnectionSockets& sockets, const Time& now);
+    Transfer(CURLSH* share, ConnectionSockets& sockets, EarlyAnswers& earlyAnswers, const Time& now);
 
     /// The transfer that runs on `handle`; null when none does.
     [[nodiscard]] static Transfer* on(CURL* handle) noexcept;
@@ -82,12 +83,14 @@ private:
     [[nodiscard]] bool takeBody(std::string_view bytes);
     /// Returns false, for a callback to hand on.
     bool refuse(Refusal refusal, std::string_view fault = {}) noexcept;
+    [[nodiscard]] bool mayHaveEndedUnseen(curl_off_t uploaded);
     [[nodiscard]] bool hasNoBody() const noexcept;
     [[nodiscard]] bool isWholeByItsHead() const noexcept;
     [[nodiscard]] std::optional<HttpError> errorOf(CURLcode code) const;
 
     CurlEasy handle_;
     ConnectionSockets& sockets_;
+    EarlyAnswers& earlyAnswers_;
     const Time& now_;
     Exchange exchange_;
     OriginQueue* queue_ = nullptr;
@@ -105,6 +108,8 @@ private:
     bool mayHaveBeenSent_ = false;
     Time lastProgress_;
     curl_off_t bytesMoved_ = 0;
+    /// How much of the request had gone out when the end of the answer was looked for last.
+    std::optional<curl_off_t> uploadedAtLook_;
     std::array<char, CURL_ERROR_SIZE> message_{};
 };
 

@@ -74,7 +74,7 @@ void TransferEngine::start(Exchange exchange) {
 void TransferEngine::launch(Exchange exchange, OriginQueue& queue) {
     auto transfer = [this] {
         if (spare_.empty()) {
-            return std::make_unique<Transfer>(share_.get(), sockets_, now_);
+            return std::make_unique<Transfer>(share_.get(), sockets_, earlyAnswers_, now_);
         }
         auto last = std::move(spare_.back());
         spare_.pop_back();
@@ -116,7 +116,7 @@ bool TransferEngine::perform() {
     if (now_ >= nextCheck_) {
         finishOverdue();
     }
-    return hasNew_;
+    return hasNew_ || earlyAnswers_.areWatched();
 }
 
 void TransferEngine::finish(Transfer& transfer, CURLcode code) {
