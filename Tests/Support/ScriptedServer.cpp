@@ -53,6 +53,14 @@ std::size_t contentLength(const std::string& head) {
     return place == std::string::npos ? 0 : std::stoul(lower.substr(place + name.size()));
 }
 
+int chooseHttp2(SSL* /*tls*/, const unsigned char** chosen, unsigned char* length, const unsigned char* /*offered*/,
+                unsigned /*offeredLength*/, void* /*argument*/) {
+    static constexpr std::array<unsigned char, 2> http2{'h', '2'};
+    *chosen = http2.data();
+    *length = http2.size();
+    return SSL_TLSEXT_ERR_OK;
+}
+
 }  // namespace
 
 ScriptedAnswer okAnswer(const std::string& body, const std::string& headers) {
@@ -98,6 +106,48 @@ public:
         return true;
     }
 
+    /// Takes the next `size` bytes off `buffer`, once they have come.
+    [[nodiscard]] std::optional<std::string> take(std::size_t size, std::string& buffer) {
+        while (buffer.size() < size) {
+            if (!read(buffer)) {
+                return std::nullopt;
+            }
+        }
+        auto bytes = buffer.substr(0, size);
+        buffer.erase(0, size);
+        return bytes;
+    }
+
+    /// A head, and the body whose length that says.
+    [[nodiscard]] std::optional<std::string> takeHttp1Request(std::string& buffer) {
+        std::size_t end = 0;
+        while ((end = buffer.find("\r\n\r\n")) == std::string::npos) {
+            if (!read(buffer)) {
+                return std::nullopt;
+            }
+        }
+        return take(end + 4 + contentLength(buffer.substr(0, end + 2)), buffer);
+    }
+
+    [[nodiscard]] bool openHttp2(std::string& buffer) {
+        constexpr std::size_t preface = 24;
+        const std::string emptySettings{"\0\0\0\4\0\0\0\0\0", 9};
+        return take(preface, buffer) && write(emptySettings);
+    }
+
+    /// Passes over what doesn't open a stream.
+    [[nodiscard]] std::optional<std::string> takeHttp2Request(std::string& buffer) {
+        constexpr char headers = 1;
+        while (const auto head = take(9, buffer)) {
+            const auto byte = [&](std::size_t index) { return static_cast<unsigned char>((*head)[index]); };
+            const auto payload = take(byte(0) * 65536U + byte(1) * 256U + byte(2), buffer);
+            if (payload && (*head)[3] == headers) {
+                return *head + *payload;
+            }
+        }
+        return std::nullopt;
+    }
+
     /// Thread: any.
     void interrupt() const { ::shutdown(descriptor_, SHUT_RDWR); }
 
@@ -114,8 +164,11 @@ private:
     std::unique_ptr<SSL, decltype(&SSL_free)> tls_;
 };
 
-ScriptedServer::ScriptedServer(const std::optional<TarnwickService::Certificate>& certificate)
-    : context_{certificate ? makeContext(*certificate) : nullptr} {
+ScriptedServer::ScriptedServer(const std::optional<TarnwickService::Certificate>& certificate, Protocol protocol)
+    : context_{certificate ? makeContext(*certificate) : nullptr}, protocol_{protocol} {
+    if (protocol_ == Protocol::http2) {
+        SSL_CTX_set_alpn_select_cb(context_.get(), &chooseHttp2, nullptr);
+    }
     std::signal(SIGPIPE, SIG_IGN);
     listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
@@ -203,22 +256,15 @@ void ScriptedServer::acceptConnections() {
 }
 
 void ScriptedServer::serve(Connection& connection) {
+    const bool isHttp2 = protocol_ == Protocol::http2;
     std::string buffer;
-    bool goesOn = connection.handshake();
+    bool goesOn = connection.handshake() && (!isHttp2 || connection.openHttp2(buffer));
     while (goesOn) {
-        std::size_t end = 0;
-        while (goesOn && (end = buffer.find("\r\n\r\n")) == std::string::npos) {
-            goesOn = connection.read(buffer);
-        }
-        const auto size = goesOn ? end + 4 + contentLength(buffer.substr(0, end + 2)) : 0;
-        while (goesOn && buffer.size() < size) {
-            goesOn = connection.read(buffer);
-        }
-        if (!goesOn) {
+        auto request = isHttp2 ? connection.takeHttp2Request(buffer) : connection.takeHttp1Request(buffer);
+        if (!request) {
             break;
         }
-        const auto answer = record(buffer.substr(0, size));
-        buffer.erase(0, size);
+        const auto answer = record(*std::move(request));
         goesOn = answer && waitForRequests(answer->afterRequests) && connection.write(answer->bytes) &&
                  answer->then != ScriptedAnswer::Then::close;
         while (goesOn && answer->then == ScriptedAnswer::Then::hold) {

@@ -30,11 +30,15 @@ struct ScriptedAnswer {
 /// A whole answer with a body and its length.
 [[nodiscard]] ScriptedAnswer okAnswer(const std::string& body, const std::string& headers = {});
 
-/// An HTTP/1.1 server on 127.0.0.1 that records the exact bytes of each request and answers exact bytes, over TLS when
-/// given a certificate. A request that no answer was scripted for gets its connection closed.
+/// A server on 127.0.0.1 that records the exact bytes of each request and answers exact bytes, over TLS when given a
+/// certificate. A request that no answer was scripted for gets its connection closed. Over HTTP/2 a request is the
+/// frame that opens its stream, and an answer any frames.
 class ScriptedServer {
 public:
-    explicit ScriptedServer(const std::optional<TarnwickService::Certificate>& certificate = std::nullopt);
+    enum class Protocol { http1, http2 };
+
+    explicit ScriptedServer(const std::optional<TarnwickService::Certificate>& certificate = std::nullopt,
+                            Protocol protocol = Protocol::http1);
     ~ScriptedServer();
     ScriptedServer(const ScriptedServer&) = delete;
     ScriptedServer& operator=(const ScriptedServer&) = delete;
@@ -71,6 +75,7 @@ private:
         void operator()(SSL_CTX* context) const noexcept { SSL_CTX_free(context); }
     };
     std::unique_ptr<SSL_CTX, ContextDelete> context_;
+    Protocol protocol_;
     int listener_ = -1;
     int port_ = 0;
     mutable std::mutex mutex_;

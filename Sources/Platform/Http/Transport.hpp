@@ -13,6 +13,8 @@ struct TransportResult {
     HttpAnswer answer;
     /// The answer is that of another URL, to which the request's own redirected.
     bool isRedirected = false;
+    /// False of a body whose end nothing marks, and which can't be seen to be whole: nobody should keep it.
+    bool isKnownWhole = true;
 };
 
 /// Brings requests to their answers. Dropped, it cancels what it has under way.

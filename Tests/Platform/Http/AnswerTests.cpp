@@ -1,3 +1,4 @@
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include "SessionFixture.hpp"
@@ -29,6 +30,9 @@ protected:
 const std::string helloGzip{
     "\x1f\x8b\x08\x00\x00\x00\x00\x00\x00\x03\xcb\x48\xcd\xc9\xc9\x07\x00\x86\xa6\x10\x36\x05\x00\x00\x00", 25};
 
+/// "hello" as a zlib stream.
+const std::string helloDeflate{"\x78\x9c\xcb\x48\xcd\xc9\xc9\x07\x00\x06\x2c\x02\x15", 13};
+
 TEST_F(Answer, IsHandedOnWhole) {
     struct Row {
         std::string bytes;
@@ -51,6 +55,13 @@ TEST_F(Answer, IsHandedOnWhole) {
          "\r\n1",
          200, "1"},
         {gzipHead + helloGzip, 200, "hello"},
+        {"HTTP/1.0 200 OK\r\nContent-Encoding: identity, X-GZIP\r\n\r\n" + helloGzip + helloGzip, 200, "hellohello"},
+        {"HTTP/1.0 200 OK\r\nContent-Encoding: deflate\r\n\r\n" + helloDeflate, 200, "hello"},
+        {"HTTP/1.0 200 OK\r\nContent-Encoding: deflate\r\n\r\n" + helloDeflate.substr(2, 7), 200, "hello"},
+        {"HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 0\r\n\r\n", 200, ""},
+        {"HTTP/1.1 304 Same\r\nContent-Encoding: gzip\r\nContent-Length: 25\r\n\r\n", 304, ""},
+        {"HTTP/1.1 200 OK\r\nContent-Length: 5\r\nContent-Length: 5, 5\r\n\r\nhello", 200, "hello"},
+        {"HTTP/1.0 200 OK\r\nContent-Type: application/json; x=y\r\n\r\n{\"a\":1}\n", 200, "{\"a\":1}\n"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.bytes);
@@ -62,7 +73,7 @@ TEST_F(Answer, IsHandedOnWhole) {
         EXPECT_FALSE(answer.response->headers.contains("x-trailer"));
         EXPECT_EQ(answer.body, row.body);
     }
-    EXPECT_EQ(answerTo({"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n"}, HttpMethod::head).body, "");
+    EXPECT_EQ(errorName(answerTo({gzipHead}, HttpMethod::head)), "none");
 }
 
 TEST_F(Answer, HasHeadersInLowerCaseAndJoined) {
@@ -98,6 +109,23 @@ TEST_F(Answer, ThatIsCutShortOrBrokenIsAnError) {
         {"HTTP/1.1 199 Odd\r\nContent-Length: 0\r\n\r\n", "connectionLost", false, ""},
         {ok + "Content-Encoding: gzip\r\nContent-Length: 5\r\n\r\nhello", "badAnswer", true, ""},
         {ok + "Content-Encoding: compress\r\nContent-Length: 5\r\n\r\nhello", "badAnswer", true, ""},
+        {ok + "Content-Encoding: gzip, gzip\r\n\r\n" + helloGzip, "badAnswer", true, ""},
+        {ok + "Content-Encoding: gzip\r\n\r\n" + helloGzip.substr(0, 10), "badAnswer", true, ""},
+        {ok + "Content-Encoding: gzip\r\n\r\n" + helloGzip.substr(0, 24), "badAnswer", true, "hello"},
+        {ok + "Content-Encoding: gzip\r\n\r\n" + helloGzip + "x", "badAnswer", true, "hello"},
+        {ok + "Content-Encoding: deflate\r\n\r\n" + helloDeflate + helloDeflate, "badAnswer", true, "hello"},
+        {ok + "Content-Type: a/b+JSON\r\n\r\n{\"a\":1", "connectionLost", true, "{\"a\":1"},
+        {ok + "Transfer-Encoding: chunked\r\n\r\nx\r\nhello", "badAnswer", true, ""},
+        {ok + "Transfer-Encoding: chunked\r\n\r\n5\r\nhello!\r\n", "badAnswer", true, "hello"},
+        {ok + "Transfer-Encoding: gzip, chunked\r\n\r\n0\r\n\r\n", "badAnswer", false, ""},
+        {ok + "Transfer-Encoding: identity\r\nContent-Length: 5\r\n\r\nhello", "badAnswer", false, ""},
+        {ok + "Content-Length: 5\r\nContent-Length: 3\r\n\r\nhello", "badAnswer", false, ""},
+        {ok + "Content-Length: 3, 5\r\n\r\nhello", "badAnswer", false, ""},
+        {ok + "Content-Length: 3xyz\r\n\r\nhello", "badAnswer", false, ""},
+        {ok + "Content-Length: -1\r\n\r\nhello", "badAnswer", false, ""},
+        {ok + "X: a\rb\r\nContent-Length: 5\r\n\r\nhello", "badAnswer", false, ""},
+        {ok + "X: a" + std::string(1, '\0') + "b\r\nContent-Length: 5\r\n\r\nhello", "badAnswer", false, ""},
+        {"HTTP/1.1 101 Switching\r\n\r\nhello", "badAnswer", false, ""},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.bytes);
@@ -149,11 +177,33 @@ TEST_F(Answer, ThatBeginsWithAContinuationEndsItsOwnRequestAlone) {
 
 TEST_F(Answer, LeavesRoomForTheParser) {
     const std::string text(100'000, '1');
+    configuration.maximumBodySize = 2 * text.size();
     const std::string chunk = "186a0\r\n" + text + "\r\n";
     const std::string chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + chunk + chunk + "0\r\n\r\n";
     for (const auto& scripted : {okAnswer(text), okAnswer("1"), ScriptedAnswer{chunked}}) {
         const auto body = answerTo(scripted).body.value();
         EXPECT_GE(body.capacity() - body.size(), JsonDocument::padding) << body.size();
+        EXPECT_LE(body.capacity(), configuration.maximumBodySize + JsonDocument::padding);
+    }
+}
+
+TEST_F(Answer, IsKeptWhenItIsKnownToBeWhole) {
+    const std::string ok = "HTTP/1.0 200 OK\r\nCache-Control: max-age=60\r\n";
+    for (const auto& [bytes, requests] : {
+             std::pair{ok + "Content-Type: text/plain\r\n\r\nhello", 2U},
+             {ok + "Content-Type: application/json\r\n\r\n12", 2U},
+             {ok + "Content-Type: application/json\r\n\r\n", 2U},
+             {ok + "Content-Type: application/json\r\n\r\n[12]", 1U},
+             {ok + "Content-Encoding: gzip\r\n\r\n" + helloGzip, 1U},
+             {ok + "Content-Length: 5\r\n\r\nhello", 1U},
+         }) {
+        ScriptedServer server;
+        server.answerAlways({bytes, Then::close});
+        configuration.cache = std::make_shared<UrlCache>(100'000, 0, std::nullopt);
+        const auto session = makeHttpSession(configuration);
+        EXPECT_EQ(errorName(exchange(*session, request(server.url()))), "none") << bytes;
+        exchange(*session, request(server.url()));
+        EXPECT_EQ(server.requests().size(), requests) << bytes;
     }
 }
 

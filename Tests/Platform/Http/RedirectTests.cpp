@@ -44,6 +44,18 @@ TEST(Redirects, KeepMethodAndBodyByStatus) {
     }
 }
 
+TEST(Redirects, KeepTheHostHeaderForHostAndPort) {
+    const HttpRequest request{HttpMethod::get, Url::fromString("https://h/p").value(), {}, ParameterEncoding::url, {}};
+    for (const auto& [location, isKept] : {std::pair{"https://h/n", true},
+                                           {"https://H:443/n", true},
+                                           {"http://h/n", true},
+                                           {"https://h:444/n", false},
+                                           {"http://h:443/n", false},
+                                           {"https://i/n", false}}) {
+        EXPECT_EQ(nextHop(request, nullptr, 302, location)->keepsHost, isKept) << location;
+    }
+}
+
 class RedirectsOnTheWire : public SessionFixture {
 protected:
     static ScriptedAnswer redirect(int status, const std::string& location) {
@@ -59,18 +71,22 @@ protected:
 };
 
 TEST_F(RedirectsOnTheWire, SendTheBodyAgainButNotWhatConcernsTheFirstUrl) {
+    server.answer(redirect(307, "#part"));
     server.answer(redirect(307, "/second?q#f"));
     server.answer(redirect(302, server.url() + "/third"));
     server.answer(okAnswer("done"));
-    const auto sent = request(server.url() + "/first", HttpMethod::post, {{"a", 1}}, ParameterEncoding::url, headers);
+    const auto sent =
+        request(server.url() + "/first?x#y", HttpMethod::post, {{"a", 1}}, ParameterEncoding::url, headers);
     const auto answer = exchange(*session, sent);
     EXPECT_EQ(errorName(answer), "none");
     EXPECT_EQ(answer.body, "done");
     EXPECT_EQ(answer.request, sent);
     const std::string form = "Content-Type: application/x-www-form-urlencoded; charset=utf-8\r\n";
     EXPECT_THAT(server.requests(),
-                testing::ElementsAre("POST /first HTTP/1.1\r\nHost: api.example.test\r\n" + accept +
+                testing::ElementsAre("POST /first?x HTTP/1.1\r\nHost: api.example.test\r\n" + accept +
                                          "Authorization: OAuth x\r\n" + form +
+                                         "If-None-Match: a\r\nX: y\r\nContent-Length: 3\r\n\r\na=1",
+                                     "POST /first?x HTTP/1.1\r\nHost: api.example.test\r\n" + accept + form +
                                          "If-None-Match: a\r\nX: y\r\nContent-Length: 3\r\n\r\na=1",
                                      "POST /second?q HTTP/1.1\r\nHost: api.example.test\r\n" + accept + form +
                                          "If-None-Match: a\r\nX: y\r\nContent-Length: 3\r\n\r\na=1",

@@ -52,6 +52,7 @@ class Trust : public SessionFixture {
 protected:
     std::shared_ptr<HttpSession> makeSession(HostValidation literal, std::vector<std::string> connectTo = {}) {
         auto configuration = plainConfiguration();
+        configuration.idleTimeout = 10s;
         configuration.trustedRootsFile = roots.path();
         configuration.trustPolicies = {{"127.0.0.1", literal}};
         configuration.connectTo = std::move(connectTo);
@@ -144,6 +145,27 @@ TEST_F(Trust, SendsTheUrlsHostToTlsAndTheHostHeaderToHttp) {
                                                    ParameterEncoding::url, {{"Host", "api.example.test"}}));
     EXPECT_EQ(errorName(answer), "none");
     EXPECT_THAT(server.requests().at(0), testing::HasSubstr("\r\nHost: api.example.test\r\n"));
+}
+
+TEST_F(Trust, HoldsOverHttp2WhereAnAnswerMayComeBeforeTheRequestIsOut) {
+    // Its head alone ends the answer on stream 3; the POST's body may come or not.
+    const std::string refusal{
+        "\0\0\5\1\5\0\0\0\3\x08\x03"
+        "401",
+        14};
+    constexpr int tries = 5;
+    for (int count = 0; count < tries; ++count) {
+        ScriptedServer server{authority.issue(forNames({}, {"127.0.0.1"})), ScriptedServer::Protocol::http2};
+        server.answer({});
+        server.answer({refusal});
+        const auto session = makeSession(HostValidation::full);
+        // Another request keeps the connection, on which nothing else happens.
+        session->send(request(server.url()), nullptr);
+        ASSERT_TRUE(server.waitForRequests(1));
+        const auto answer = exchange(*session, request(server.url(), HttpMethod::post, {{"a", 1}}));
+        EXPECT_EQ(errorName(answer), "none");
+        EXPECT_EQ(answer.response.value_or(HttpResponse{}).status, 401);
+    }
 }
 
 TEST_F(Trust, ConnectionsAreKept) {

@@ -97,7 +97,7 @@ void settle(CachedExchange exchange, TransportResult result) {
         return;
     }
     // What is behind a redirect belongs to another URL.
-    const bool isStored = !result.isRedirected && mayBeStored(response);
+    const bool isStored = !result.isRedirected && result.isKnownWhole && mayBeStored(response);
     const auto entry = isStored ? StoredResponse::entry(response, std::make_shared<const Bytes>(*result.answer.body),
                                                         fieldsOf(exchange), times)
                                 : nullptr;

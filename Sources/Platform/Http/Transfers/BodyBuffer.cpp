@@ -33,9 +33,16 @@ Bytes BodyBuffer::take() {
 
 void BodyBuffer::makeRoom(std::size_t size) {
     const auto needed = size + JsonDocument::padding;
-    if (needed > bytes_.capacity()) {
-        bytes_.reserve(bytes_.empty() ? needed : std::max(needed, 2 * bytes_.capacity()));
+    if (needed <= bytes_.capacity()) {
+        return;
     }
+    // Room beyond the limit would never be used.
+    const auto doubled = bytes_.capacity() > limit_ / 2 ? limit_ + JsonDocument::padding : 2 * bytes_.capacity();
+    // A text that has room already doubles it, whatever it is asked for.
+    Bytes roomier;
+    roomier.reserve(std::max(needed, doubled));
+    roomier.append(bytes_);
+    bytes_ = std::move(roomier);
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -4,8 +4,13 @@
 
 namespace Tarnwick_API::Platform {
 
+void complete(Exchange exchange, TransportResult result) {
+    result.isRedirected = exchange.hop != nullptr;
+    exchange.onAnswer(std::move(result));
+}
+
 void complete(Exchange exchange, HttpAnswer answer) {
-    exchange.onAnswer({std::move(answer), exchange.hop != nullptr});
+    complete(std::move(exchange), TransportResult{std::move(answer)});
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -28,7 +28,8 @@ struct Exchange {
     }
 };
 
-/// Ends an exchange with its answer, which is moved.
+/// Ends an exchange with what came of it, which is moved.
+void complete(Exchange exchange, TransportResult result);
 void complete(Exchange exchange, HttpAnswer answer);
 
 }  // namespace Tarnwick_API::Platform

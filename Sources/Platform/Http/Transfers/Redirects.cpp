@@ -2,8 +2,6 @@
 
 #include <Platform/Text/AsciiText.hpp>
 
-#include <optional>
-
 namespace Tarnwick_API::Platform {
 
 namespace {
@@ -26,7 +24,25 @@ std::optional<bool> turnsIntoGet(std::int64_t status, HttpMethod method) noexcep
     }
 }
 
+/// Empty for the scheme's own, as a "Host" header leaves it out.
+std::string_view unusualPort(const Url& url) noexcept {
+    const auto port = url.port();
+    return port == (equalsIgnoringAsciiCase(url.scheme(), "http") ? "80" : "443") ? std::string_view{} : port;
+}
+
+bool haveSameAuthority(const Url& one, const Url& other) noexcept {
+    return equalsIgnoringAsciiCase(one.host(), other.host()) && unusualPort(one) == unusualPort(other);
+}
+
 }  // namespace
+
+std::optional<std::string> withinDocument(const Url& url, std::string_view location) {
+    if (!location.starts_with('#')) {
+        return std::nullopt;
+    }
+    const auto& document = url.absoluteString();
+    return document.substr(0, document.find('#')).append(location);
+}
 
 std::unique_ptr<Hop> nextHop(const HttpRequest& request, const Hop* current, std::int64_t status,
                              std::string_view location) {
@@ -41,7 +57,7 @@ std::unique_ptr<Hop> nextHop(const HttpRequest& request, const Hop* current, std
         .url = *url,
         .method = *toGet ? HttpMethod::get : method,
         .sendsBody = hadBody && !*toGet,
-        .keepsHost = equalsIgnoringAsciiCase(url->host(), request.url().host()),
+        .keepsHost = haveSameAuthority(*url, request.url()),
         .number = current == nullptr ? 1 : current->number + 1,
     });
 }

@@ -5,6 +5,8 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace Tarnwick_API::Platform {
@@ -14,7 +16,8 @@ struct Hop {
     Url url;
     HttpMethod method;
     bool sendsBody;
-    /// Whether the host is still that of the request's own URL, which a "Host" header of the request was meant for.
+    /// Whether host and port are still those of the request's own URL, which a "Host" header of the request was meant
+    /// for.
     bool keepsHost;
     /// Redirects followed so far, this one included.
     int number;
@@ -23,6 +26,9 @@ struct Hop {
 };
 
 constexpr int maximumRedirects = 20;
+
+/// `location` as a whole URL if it names only a part of the document at `url`, else none. libcurl loses the path.
+[[nodiscard]] std::optional<std::string> withinDocument(const Url& url, std::string_view location);
 
 /// Where an answer with `status` and the resolved `Location` leads: 303 becomes a GET, as does a POST on 301 and 302;
 /// everything else keeps method and body. None when the status is no redirect or the location is no whole URL.

@@ -59,6 +59,11 @@ void ResponseHeadParser::addField(std::string_view line) {
     lastValue_ = &header->second;
 }
 
+std::string_view ResponseHeadParser::value(std::string_view name) const noexcept {
+    const auto header = headers_.find(name);
+    return header == headers_.end() ? std::string_view{} : header->second;
+}
+
 HttpResponse ResponseHeadParser::take() {
     HttpResponse response{status_, std::move(headers_)};
     *this = {};

@@ -19,6 +19,9 @@ public:
     [[nodiscard]] bool isComplete() const noexcept { return isComplete_; }
 
     [[nodiscard]] std::int64_t status() const noexcept { return status_; }
+    [[nodiscard]] const HttpHeaders& headers() const noexcept { return headers_; }
+    /// The value of the header of this name, in lower case; empty when there is none.
+    [[nodiscard]] std::string_view value(std::string_view name) const noexcept;
 
     /// The answer's status and headers; leaves this empty.
     [[nodiscard]] HttpResponse take();

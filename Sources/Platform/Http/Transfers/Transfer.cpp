@@ -5,6 +5,7 @@
 #include <Platform/Http/Transfers/TransferError.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Http/Transfers/TransferOptions.hpp>
+#include <Platform/Http/Transfers/UnframedBody.hpp>
 
 #include <algorithm>
 #include <cstdint>
@@ -22,10 +23,21 @@ curl_off_t transferInfo(CURL* handle, CURLINFO info) {
     return curl_easy_getinfo(handle, info, &value) == CURLE_OK ? value : 0;
 }
 
+constexpr std::int64_t switchingProtocols = 101;
+constexpr std::int64_t noContent = 204;
+constexpr std::int64_t resetContent = 205;
+constexpr std::int64_t notModified = 304;
+
+/// Ends of a transfer that say nothing of the answer, when that has come whole.
+bool leavesAnswer(CURLcode code) noexcept {
+    return code == CURLE_OK || code == CURLE_OPERATION_TIMEDOUT || code == CURLE_SEND_ERROR ||
+           code == CURLE_HTTP2_STREAM;
+}
+
 }  // namespace
 
-Transfer::Transfer(CURLSH* share, ConnectionSockets& sockets, const Time& now)
-    : handle_{curl_easy_init()}, sockets_{sockets}, now_{now} {
+Transfer::Transfer(CURLSH* share, ConnectionSockets& sockets, EarlyAnswers& earlyAnswers, const Time& now)
+    : handle_{curl_easy_init()}, sockets_{sockets}, earlyAnswers_{earlyAnswers}, now_{now} {
     // The share survives the reset between two transfers.
     if (!handle_ || curl_easy_setopt(handle_.get(), CURLOPT_SHARE, share) != CURLE_OK) {
         throw std::bad_alloc{};
@@ -54,6 +66,7 @@ std::optional<HttpError> Transfer::begin(Exchange exchange, OriginQueue& queue) 
     set(CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
     set(CURLOPT_XFERINFODATA, this);
     set(CURLOPT_NOPROGRESS, 0L);
+    set(CURLOPT_ERRORBUFFER, message_.data());
     setTransferOptions(set, exchange_, headers_);
     return set.error();
 }
@@ -78,12 +91,13 @@ bool Transfer::isMultiplexed() const {
 }
 
 std::unique_ptr<Hop> Transfer::redirect() const {
-    const char* location = nullptr;
-    if (!headParser_.isComplete() || curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &location) != CURLE_OK ||
-        location == nullptr) {
+    const char* resolved = nullptr;
+    if (!headParser_.isComplete() || curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &resolved) != CURLE_OK ||
+        resolved == nullptr) {
         return nullptr;
     }
     const auto* const current = exchange_.hop.get();
+    const auto location = withinDocument(exchange_.url(), headParser_.value("location")).value_or(resolved);
     auto next = nextHop(*exchange_.request, current, headParser_.status(), location);
     if (next) {
         next->spent = std::chrono::microseconds{transferInfo(handle_.get(), CURLINFO_TOTAL_TIME_T)};
@@ -95,56 +109,88 @@ std::unique_ptr<Hop> Transfer::redirect() const {
 }
 
 Exchange Transfer::end() {
+    earlyAnswers_.forget(handle_.get());
     curl_easy_reset(handle_.get());
     releaseConnection();
     queue_->leave();
     queue_ = nullptr;
     suspectedAt_.reset();
     static_cast<void>(headParser_.take());
+    framing_ = {};
+    decoder_.begin(ContentCoding::identity);
     static_cast<void>(body_.take());
     headSize_ = 0;
+    received_ = 0;
     refusal_ = Refusal::none;
     mayHaveBeenSent_ = false;
     bytesMoved_ = 0;
+    uploadedAtLook_.reset();
     return std::exchange(exchange_, {});
 }
 
-HttpAnswer Transfer::takeAnswer(CURLcode code) {
-    HttpAnswer answer;
-    // libcurl calls it a success when the connection is closed within the header.
-    if (code != CURLE_OK || refusal_ != Refusal::none || !headParser_.isComplete()) {
-        answer.error = errorOf(code);
-    }
-    constexpr std::int64_t noContent = 204;
-    constexpr std::int64_t resetContent = 205;
-    const bool hasNoBody =
+TransportResult Transfer::takeAnswer(CURLcode code) {
+    TransportResult result;
+    auto& answer = result.answer;
+    answer.error = errorOf(code);
+    const bool isEmptied =
         refusal_ == Refusal::largeBody || headParser_.status() == noContent || headParser_.status() == resetContent;
-    answer.body = hasNoBody ? Bytes{} : body_.take();
+    answer.body = isEmptied ? Bytes{} : body_.take();
+    if (!answer.error && !isWholeByItsHead() && !framing_.isChunked && !decoder_.isAtEnd()) {
+        const auto known = wholeness(*answer.body, headParser_.value("content-type"));
+        result.isKnownWhole = known == Wholeness::whole;
+        if (known == Wholeness::cut) {
+            answer.error = HttpError{HttpError::Kind::connectionLost, "the body ends before its JSON does"};
+        }
+    }
     if (headParser_.isComplete()) {
         answer.response = headParser_.take();
     }
-    return answer;
+    return result;
 }
 
-HttpError Transfer::errorOf(CURLcode code) const {
+bool Transfer::hasNoBody() const noexcept {
+    return exchange_.method() == HttpMethod::head || headParser_.status() == noContent ||
+           headParser_.status() == notModified;
+}
+
+bool Transfer::isWholeByItsHead() const noexcept {
+    return headParser_.isComplete() && (hasNoBody() || framing_.length == received_);
+}
+
+std::optional<HttpError> Transfer::errorOf(CURLcode code) const {
     switch (refusal_) {
         case Refusal::largeHead:
-            return {HttpError::Kind::tooLarge, "head and trailers pass the session's limit"};
+            return HttpError{HttpError::Kind::tooLarge, "head and trailers pass the session's limit"};
         case Refusal::largeBody:
-            return {HttpError::Kind::tooLarge, "the body passes the session's limit"};
+            return HttpError{HttpError::Kind::tooLarge, "the body passes the session's limit"};
+        case Refusal::badAnswer:
+            return HttpError{HttpError::Kind::badAnswer, std::string{fault_}};
+        case Refusal::noMemory:
+            return HttpError{HttpError::Kind::other, "there is no memory for the answer"};
         case Refusal::spoiltConnection:
         case Refusal::retiredConnection:
         case Refusal::secondSending:
-            return {HttpError::Kind::connectionLost, "the server closed the connection before it answered"};
+            return HttpError{HttpError::Kind::connectionLost, "the server closed the connection before it answered"};
         case Refusal::networkLeft:
-            return {HttpError::Kind::connectionLost, "the network changed, and no longer leads over this connection"};
+            return HttpError{HttpError::Kind::connectionLost,
+                             "the network changed, and no longer leads over this connection"};
         case Refusal::silentSinceChange:
-            return {HttpError::Kind::connectionLost, "the network changed, and nothing has come or gone since"};
+            return HttpError{HttpError::Kind::connectionLost,
+                             "the network changed, and nothing has come or gone since"};
         case Refusal::none:
             break;
     }
-    return code != CURLE_OK ? transferError(handle_.get(), code)
-                            : HttpError{HttpError::Kind::connectionLost, "the connection was closed within the header"};
+    if (code != CURLE_OK && !(leavesAnswer(code) && isWholeByItsHead())) {
+        return transferError(handle_.get(), code, message_.data());
+    }
+    // libcurl calls it a success when the connection is closed within the header.
+    if (!headParser_.isComplete()) {
+        return HttpError{HttpError::Kind::connectionLost, "the connection was closed within the header"};
+    }
+    if (decoder_.isInStream()) {
+        return HttpError{HttpError::Kind::badAnswer, "the body ends before its coding does"};
+    }
+    return std::nullopt;
 }
 
 int Transfer::onReadyToSend(void* transfer, char* remoteAddress, char* localAddress, int remotePort,
@@ -205,6 +251,7 @@ std::size_t Transfer::onHeader(const char* bytes, std::size_t size, std::size_t 
     try {
         return self.takeHeader({bytes, size * count}) ? size * count : 0;
     } catch (const std::exception&) {
+        self.refuse(Refusal::noMemory);
         return 0;
     }
 }
@@ -212,18 +259,39 @@ std::size_t Transfer::onHeader(const char* bytes, std::size_t size, std::size_t 
 bool Transfer::takeHeader(std::string_view line) {
     headSize_ += line.size();
     if (headSize_ > exchange_.group->configuration().maximumHeadSize) {
-        refusal_ = Refusal::largeHead;
-        return false;
+        return refuse(Refusal::largeHead);
+    }
+    if (const auto fault = lineFault(line); !fault.empty()) {
+        return refuse(Refusal::badAnswer, fault);
     }
     if (line.starts_with("HTTP/")) {
         noteProtocol(line);
     }
+    const bool isTrailer = headParser_.isComplete();
     headParser_.add(line);
+    if (headParser_.status() == switchingProtocols) {
+        return refuse(Refusal::badAnswer, "the server went over to a protocol that nobody asked for");
+    }
     // Lines alone are no progress: a server could go on with them for ever.
     if (line == "\r\n" || line == "\n") {
         lastProgress_ = now_;
     }
+    return isTrailer || !headParser_.isComplete() || takeFraming();
+}
+
+bool Transfer::takeFraming() {
+    if (const auto fault = readFraming(headParser_.headers(), framing_); !fault.empty()) {
+        static_cast<void>(headParser_.take());
+        return refuse(Refusal::badAnswer, fault);
+    }
+    decoder_.begin(framing_.coding.value_or(ContentCoding::identity));
     return true;
+}
+
+bool Transfer::refuse(Refusal refusal, std::string_view fault) noexcept {
+    refusal_ = refusal;
+    fault_ = fault;
+    return false;
 }
 
 void Transfer::noteProtocol(std::string_view statusLine) {
@@ -233,25 +301,32 @@ void Transfer::noteProtocol(std::string_view statusLine) {
 }
 
 std::size_t Transfer::onBody(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept {
+    auto& self = *static_cast<Transfer*>(transfer);
     try {
-        return static_cast<Transfer*>(transfer)->takeBody({bytes, size * count}) ? size * count : 0;
+        return self.takeBody({bytes, size * count}) ? size * count : 0;
     } catch (const std::exception&) {
+        self.refuse(Refusal::noMemory);
         return 0;
     }
 }
 
 bool Transfer::takeBody(std::string_view bytes) {
-    if (body_.isEmpty()) {
-        const auto announced = transferInfo(handle_.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T);
-        if (announced > 0) {
-            body_.expect(static_cast<std::size_t>(announced));
-        }
+    if (!framing_.coding) {
+        return refuse(Refusal::badAnswer, "the body's coding is neither gzip nor deflate");
     }
-    if (!body_.append(bytes)) {
-        refusal_ = Refusal::largeBody;
-        return false;
+    if (received_ == 0 && framing_.length && *framing_.coding == ContentCoding::identity) {
+        body_.expect(*framing_.length);
     }
-    return true;
+    received_ += bytes.size();
+    switch (decoder_.decode(bytes, body_)) {
+        case ContentDecoder::Outcome::taken:
+            return true;
+        case ContentDecoder::Outcome::overLimit:
+            return refuse(Refusal::largeBody);
+        case ContentDecoder::Outcome::damaged:
+            break;
+    }
+    return refuse(Refusal::badAnswer, "the body's coding is damaged, or something else follows it");
 }
 
 int Transfer::onProgress(void* transfer, curl_off_t /*downloadTotal*/, curl_off_t downloaded,
@@ -261,7 +336,24 @@ int Transfer::onProgress(void* transfer, curl_off_t /*downloadTotal*/, curl_off_
         self.bytesMoved_ = downloaded + uploaded;
         self.lastProgress_ = self.now_;
     }
+    try {
+        if (self.mayHaveEndedUnseen(uploaded)) {
+            self.earlyAnswers_.watch(self.handle_.get());
+        }
+    } catch (const std::exception&) {
+        self.refuse(Refusal::noMemory);
+        return 1;
+    }
+    self.earlyAnswers_.reported(self.handle_.get());
     return 0;
+}
+
+bool Transfer::mayHaveEndedUnseen(curl_off_t uploaded) {
+    if (exchange_.body() == nullptr || !headParser_.isComplete() || uploadedAtLook_ == uploaded || !isMultiplexed()) {
+        return false;
+    }
+    uploadedAtLook_ = uploaded;
+    return true;
 }
 
 }  // namespace Tarnwick_API::Platform

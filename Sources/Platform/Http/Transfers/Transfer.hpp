@@ -1,14 +1,19 @@
 #pragma once
 
 #include <Platform/Http/Transfers/BodyBuffer.hpp>
+#include <Platform/Http/Transfers/BodyFraming.hpp>
 #include <Platform/Http/Transfers/ConnectionSockets.hpp>
+#include <Platform/Http/Transfers/ContentDecoder.hpp>
 #include <Platform/Http/Transfers/CurlHandles.hpp>
+#include <Platform/Http/Transfers/EarlyAnswers.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
 #include <Platform/Http/Transfers/HeaderList.hpp>
 #include <Platform/Http/Transfers/ResponseHeadParser.hpp>
 
+#include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -26,7 +31,7 @@ public:
 
     /// `share` keeps the TLS sessions; `now` is the I/O thread's clock, read where bytes arrive. All must outlive this.
     /// Throws std::bad_alloc.
-    Transfer(CURLSH* share, ConnectionSockets& sockets, const Time& now);
+    Transfer(CURLSH* share, ConnectionSockets& sockets, EarlyAnswers& earlyAnswers, const Time& now);
 
     /// The transfer that runs on `handle`; null when none does.
     [[nodiscard]] static Transfer* on(CURL* handle) noexcept;
@@ -75,7 +80,7 @@ public:
     [[nodiscard]] Exchange end();
 
     /// What became of the transfer, which libcurl ended with `code`. Once, and before `end`.
-    [[nodiscard]] HttpAnswer takeAnswer(CURLcode code);
+    [[nodiscard]] TransportResult takeAnswer(CURLcode code);
 
     /// Where the I/O thread keeps this among its running transfers.
     std::size_t position = 0;
@@ -86,6 +91,8 @@ private:
         none,
         largeHead,
         largeBody,
+        badAnswer,
+        noMemory,
         spoiltConnection,
         retiredConnection,
         secondSending,
@@ -104,25 +111,41 @@ private:
     void takeConnection(std::shared_ptr<Connection> connection, bool isNew);
     void releaseConnection() noexcept;
     [[nodiscard]] bool takeHeader(std::string_view line);
+    [[nodiscard]] bool takeFraming();
     void noteProtocol(std::string_view statusLine);
     [[nodiscard]] bool takeBody(std::string_view bytes);
-    [[nodiscard]] HttpError errorOf(CURLcode code) const;
+    /// Returns false, for a callback to hand on.
+    bool refuse(Refusal refusal, std::string_view fault = {}) noexcept;
+    [[nodiscard]] bool mayHaveEndedUnseen(curl_off_t uploaded);
+    [[nodiscard]] bool hasNoBody() const noexcept;
+    [[nodiscard]] bool isWholeByItsHead() const noexcept;
+    [[nodiscard]] std::optional<HttpError> errorOf(CURLcode code) const;
 
     CurlEasy handle_;
     ConnectionSockets& sockets_;
+    EarlyAnswers& earlyAnswers_;
     const Time& now_;
     Exchange exchange_;
     OriginQueue* queue_ = nullptr;
     std::shared_ptr<Connection> connection_;
     HeaderList headers_;
     ResponseHeadParser headParser_;
+    BodyFraming framing_;
+    ContentDecoder decoder_;
     BodyBuffer body_;
     std::size_t headSize_ = 0;
+    /// Bytes of the body as they came, before decoding.
+    std::uint64_t received_ = 0;
     Refusal refusal_ = Refusal::none;
+    /// Of a bad answer: why it is one.
+    std::string_view fault_;
     bool mayHaveBeenSent_ = false;
     Time lastProgress_;
     std::optional<Time> suspectedAt_;
     curl_off_t bytesMoved_ = 0;
+    /// How much of the request had gone out when the end of the answer was looked for last.
+    std::optional<curl_off_t> uploadedAtLook_;
+    std::array<char, CURL_ERROR_SIZE> message_{};
 };
 
 }  // namespace Tarnwick_API::Platform

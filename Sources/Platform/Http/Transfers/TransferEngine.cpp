@@ -80,7 +80,7 @@ void TransferEngine::start(Exchange exchange) {
 void TransferEngine::launch(Exchange exchange, OriginQueue& queue) {
     auto transfer = [this] {
         if (spare_.empty()) {
-            return std::make_unique<Transfer>(share_.get(), sockets_, now_);
+            return std::make_unique<Transfer>(share_.get(), sockets_, earlyAnswers_, now_);
         }
         auto last = std::move(spare_.back());
         spare_.pop_back();
@@ -149,7 +149,7 @@ bool TransferEngine::perform() {
         finishOverdue();
     }
     admitAllWaiting();
-    return hasNew_;
+    return hasNew_ || earlyAnswers_.areWatched();
 }
 
 void TransferEngine::finish(Transfer& transfer, CURLcode code) {

@@ -2,6 +2,7 @@
 
 #include <Platform/Http/Transfers/ConnectionSockets.hpp>
 #include <Platform/Http/Transfers/CurlHandles.hpp>
+#include <Platform/Http/Transfers/EarlyAnswers.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
 #include <Platform/Http/Transfers/RouteMonitor.hpp>
 
@@ -64,6 +65,7 @@ private:
     CurlShare share_;
     /// Before the multi handle, which closes its connections when it goes.
     ConnectionSockets sockets_;
+    EarlyAnswers earlyAnswers_;
     CurlMulti multi_;
     Time now_;
     std::vector<std::unique_ptr<Transfer>> running_;

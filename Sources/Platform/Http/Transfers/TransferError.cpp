@@ -6,7 +6,15 @@
 
 namespace Tarnwick_API::Platform {
 
-HttpError::Kind errorKind(CURLcode code) noexcept {
+namespace {
+
+/// Whether the system had a part in the end, so that its last error belongs there: libcurl never clears that.
+bool isOfTheSystem(CURLcode code) noexcept {
+    return code == CURLE_COULDNT_CONNECT || code == CURLE_SSL_CONNECT_ERROR || code == CURLE_SEND_ERROR ||
+           code == CURLE_RECV_ERROR;
+}
+
+HttpError::Kind errorKind(CURLcode code, std::string_view message) noexcept {
     using Kind = HttpError::Kind;
     switch (code) {
         // The scheme was checked before: libcurl speaks of an answer in a protocol that it takes for HTTP/0.9.
@@ -39,8 +47,13 @@ HttpError::Kind errorKind(CURLcode code) noexcept {
         case CURLE_SSL_ENGINE_SETFAILED:
             return Kind::tls;
         case CURLE_SEND_ERROR:
-        case CURLE_RECV_ERROR:
             return Kind::connectionLost;
+        // Nothing but its message tells malformed chunks from a connection that broke.
+        case CURLE_RECV_ERROR:
+            return message.find("chunk") == std::string_view::npos ? Kind::connectionLost : Kind::badAnswer;
+        // What this end refused has a reason of its own.
+        case CURLE_WRITE_ERROR:
+            return Kind::badAnswer;
         case CURLE_SSL_CERTPROBLEM:
         case CURLE_SSL_CIPHER:
             return Kind::tls;
@@ -79,11 +92,14 @@ HttpError::Kind errorKind(CURLcode code) noexcept {
     }
 }
 
-HttpError transferError(CURL* handle, CURLcode code) {
+}  // namespace
+
+HttpError transferError(CURL* handle, CURLcode code, std::string_view message) {
     std::string description = curl_easy_strerror(code);
     description += " (" + std::to_string(code);
     long systemError = 0;
-    if (curl_easy_getinfo(handle, CURLINFO_OS_ERRNO, &systemError) == CURLE_OK && systemError != 0) {
+    if (isOfTheSystem(code) && curl_easy_getinfo(handle, CURLINFO_OS_ERRNO, &systemError) == CURLE_OK &&
+        systemError != 0) {
         description += "; " + std::system_category().message(static_cast<int>(systemError));
     }
     long verification = 0;
@@ -92,7 +108,7 @@ HttpError transferError(CURL* handle, CURLcode code) {
         description += "; verification result " + std::to_string(verification);
     }
     description += ")";
-    return {errorKind(code), std::move(description)};
+    return {errorKind(code, message), std::move(description)};
 }
 
 HttpError optionError(CURLoption option, CURLcode code) {

@@ -2,16 +2,15 @@
 
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
+#include <string_view>
+
 #include <curl/curl.h>
 
 namespace Tarnwick_API::Platform {
 
-/// What a transfer's result means to a session's user.
-[[nodiscard]] HttpError::Kind errorKind(CURLcode code) noexcept;
-
-/// The error of the transfer that ended on `handle` with `code`. Its description is made of fixed texts and numbers:
-/// libcurl's own message may quote what the server sent.
-[[nodiscard]] HttpError transferError(CURL* handle, CURLcode code);
+/// The error of the transfer that ended on `handle` with `code` and libcurl's own `message`. Its description is made of
+/// fixed texts and numbers: the message may quote what the server sent.
+[[nodiscard]] HttpError transferError(CURL* handle, CURLcode code, std::string_view message);
 
 /// The error of a transfer that can't begin, as libcurl refused `option` with `code`.
 [[nodiscard]] HttpError optionError(CURLoption option, CURLcode code);

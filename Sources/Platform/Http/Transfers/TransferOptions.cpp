@@ -67,8 +67,9 @@ void setMessage(OptionSetter& set, const Exchange& exchange, HeaderList& headers
     }
     fillHeaders(headers, exchange);
     set(CURLOPT_HTTPHEADER, headers.get());
-    // Decoding; what the header says stays the session's choice.
+    // What the header says stays the session's choice; decoding is not libcurl's.
     set(CURLOPT_ACCEPT_ENCODING, "gzip");
+    set(CURLOPT_HTTP_CONTENT_DECODING, 0L);
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
 }
 

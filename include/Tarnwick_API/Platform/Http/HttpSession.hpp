@@ -122,7 +122,8 @@ enum class HostValidation {
 };
 
 struct HttpSessionConfiguration {
-    /// Added to every request that has no header of the same name.
+    /// Added to every request that has no header of the same name. "Accept-Encoding" should name no other coding than
+    /// gzip and deflate: a body with another is a bad answer.
     HttpHeaders additionalHeaders = defaultHttpHeaders();
     /// Checks by exact host of the URL; others get `HostValidation::full`.
     std::map<std::string, HostValidation, std::less<>> trustPolicies;
