@@ -79,7 +79,6 @@ std::shared_ptr<Tarnwick_API::Platform::HttpSession> makeSession(const Settings&
 
 Client::Client(const Settings& settings)
     : settings_{settings}, queue_{std::make_shared<Tarnwick_API::Platform::BuiltInMainQueue>()} {
-    requireServiceSettings(settings);
     if (!settings.clickId.empty()) {
         Tarnwick_API::Platform::Preferences::setLookup([clickId = settings.clickId](std::string_view key) {
             return key == "cid" ? std::optional{clickId} : std::nullopt;

@@ -21,7 +21,7 @@ namespace TarnwickClient {
 /// The library set up for one command, and the program's main loop while an operation is under way.
 class Client {
 public:
-    /// Throws `Failure` when a setting is missing or unusable.
+    /// `settings` must have what `requireServiceSettings` asks for. Throws `Failure` when the installation has no id.
     explicit Client(const Settings& settings);
 
     [[nodiscard]] Tarnwick_API::TarnwickApi& api() const noexcept { return *api_; }
