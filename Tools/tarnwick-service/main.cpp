@@ -1,3 +1,4 @@
+#include "CommandLine/UsageMessage.hpp"
 #include "Service.hpp"
 
 #include <csignal>
@@ -176,15 +177,28 @@ void run(Options options) {
     service.stop();
 }
 
+int reportUse(const std::string& message) {
+    constexpr int wrongUse = 2;
+    std::cerr << "tarnwick-service: " << message << "\nSee tarnwick-service --help\n";
+    return wrongUse;
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
     Options options;
-    CLI::App app("Stands in for the VPN service over HTTPS on this machine");
+    CLI::App app("Stands in for the VPN service over HTTPS on this machine", "tarnwick-service");
+    app.set_version_flag("--version", "tarnwick-service " TARNWICK_SERVICE_VERSION);
     addOptions(app, options);
-    CLI11_PARSE(app, argumentCount, arguments);
+    try {
+        app.parse(argumentCount, arguments);
+    } catch (const CLI::ParseError& error) {
+        return error.get_exit_code() == 0 ? app.exit(error) : reportUse(CommandLine::usageMessage(app, error));
+    }
     try {
         run(std::move(options));
+    } catch (const std::invalid_argument& error) {
+        return reportUse(error.what());
     } catch (const std::exception& error) {
         std::cerr << "tarnwick-service: " << error.what() << '\n';
         return EXIT_FAILURE;

@@ -3,7 +3,9 @@
 
 #include "Client/Client.hpp"
 #include "ClientVersion.hpp"
+#include "CommandLine/UsageMessage.hpp"
 #include "Commands/Command.hpp"
+#include "Configuration/ConfigurationFile.hpp"
 #include "Configuration/Settings.hpp"
 #include "Failures/ExitStatus.hpp"
 #include "Failures/Failure.hpp"
@@ -76,6 +78,7 @@ TarnwickClient::Result resultOf(const Settings& settings, const Command& command
     if (command.runLocally) {
         return command.runLocally(settings);
     }
+    TarnwickClient::requireServiceSettings(settings, command.filter ? command.filter() : std::nullopt);
     Client client{settings};
     auto result = command.run(client);
     if (!settings.cacheFolder.empty()) {
@@ -100,15 +103,14 @@ int runCommand(const Settings& settings, const Command& command) {
     }
 }
 
-/// Help and version come here too, with the status 0.
-int reportUse(const CLI::App& app, const CLI::ParseError& error, bool isJson) {
-    if (app.exit(error) == 0) {
-        return static_cast<int>(ExitStatus::ok);
-    }
+int reportUse(const std::string& message, bool isJson) {
+    const auto failure = Failure::usage(message);
+    const auto status = report(failure);
+    std::cerr << "See tarnwick --help\n";
     if (isJson) {
-        std::cout << document(Failure::usage(error.what()));
+        std::cout << document(failure);
     }
-    return static_cast<int>(ExitStatus::usage);
+    return status;
 }
 
 int runProgram(int argc, char** argv) {
@@ -121,7 +123,7 @@ int runProgram(int argc, char** argv) {
     app.require_subcommand(1);
     // Commands inherit the footer that there is when they are added.
     app.footer("Settings and exit statuses: tarnwick --help");
-    TarnwickClient::addSettings(app, settings);
+    const auto file = TarnwickClient::addSettings(app, settings);
     TarnwickClient::addSessionCommands(app, commands);
     TarnwickClient::addAccountCommands(app, commands);
     TarnwickClient::addCatalogueCommands(app, commands);
@@ -132,7 +134,11 @@ int runProgram(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         // Parsing may have ended before it came to the option.
         const auto isJson = settings.json || std::find(argv, argv + argc, std::string_view{"--json"}) != argv + argc;
-        return reportUse(app, error, isJson);
+        return error.get_exit_code() == 0 ? app.exit(error)
+                                          : reportUse(file->located(CommandLine::usageMessage(app, error)), isJson);
+    }
+    if (!file->mistake().empty()) {
+        return reportUse(file->mistake(), settings.json);
     }
     const auto command =
         std::find_if(commands.begin(), commands.end(), [](const Command& each) { return each.app->parsed(); });

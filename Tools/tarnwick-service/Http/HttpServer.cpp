@@ -5,6 +5,9 @@
 #include "Http/TlsContext.hpp"
 
 #include <chrono>
+#include <stdexcept>
+#include <string>
+#include <system_error>
 #include <thread>
 
 #include <boost/asio/io_context.hpp>
@@ -17,6 +20,36 @@ namespace asio = boost::asio;
 using Tcp = asio::ip::tcp;
 using ErrorCode = boost::system::error_code;
 
+Tcp::endpoint endpointOf(const HttpServer::Settings& settings) {
+    ErrorCode error;
+    const auto address = asio::ip::make_address(settings.address, error);
+    if (error) {
+        throw std::invalid_argument("not an IP address: " + settings.address);
+    }
+    return {address, settings.port};
+}
+
+// By hand, as the exceptions of the library name its source files.
+Tcp::acceptor listeningOn(asio::io_context& context, const Tcp::endpoint& endpoint) {
+    Tcp::acceptor acceptor(context);
+    ErrorCode error;
+    static_cast<void>(acceptor.open(endpoint.protocol(), error));
+    if (!error) {
+        static_cast<void>(acceptor.set_option(Tcp::acceptor::reuse_address(true), error));
+    }
+    if (!error) {
+        static_cast<void>(acceptor.bind(endpoint, error));
+    }
+    if (!error) {
+        static_cast<void>(acceptor.listen(asio::socket_base::max_listen_connections, error));
+    }
+    if (error) {
+        throw std::system_error(
+            error, "cannot listen on " + endpoint.address().to_string() + ", port " + std::to_string(endpoint.port()));
+    }
+    return acceptor;
+}
+
 }  // namespace
 
 class HttpServer::Listener {
@@ -24,7 +57,7 @@ public:
     explicit Listener(Settings settings)
         : settings_(std::move(settings)),
           tls_(settings_.certificate ? makeTlsContext(*settings_.certificate) : nullptr),
-          acceptor_(context_, Tcp::endpoint(asio::ip::make_address(settings_.address), settings_.port)),
+          acceptor_(listeningOn(context_, endpointOf(settings_))),
           port_(acceptor_.local_endpoint().port()),
           connections_([this](Tcp::socket& socket) { converse(socket, tls_.get(), handler_, settings_.largestBody); }) {
     }

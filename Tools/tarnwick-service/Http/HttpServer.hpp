@@ -24,7 +24,8 @@ public:
         std::function<void()> onConnection = [] {};
     };
 
-    /// Takes the port. Throws std::system_error when it cannot be had or the certificate cannot be used.
+    /// Takes the port. Throws std::invalid_argument for an address that is none, std::system_error when the port cannot
+    /// be had or the certificate cannot be used.
     explicit HttpServer(Settings settings);
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;

@@ -17,8 +17,13 @@ using Tarnwick_API::ApiVersion1;
 using Tarnwick_API::Completion;
 using Tarnwick_API::Keychain;
 using Tarnwick_API::OAuthToken;
+using Tarnwick_API::Platform::KeychainStatus;
 
 namespace {
+
+Failure tokenNotWiped(const std::string& what, KeychainStatus status) {
+    return {ExitStatus::local, "tokenNotWiped", what + Failure::keychain(status).what()};
+}
 
 std::chrono::milliseconds milliseconds(double seconds) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>{seconds});
@@ -74,7 +79,6 @@ std::shared_ptr<Tarnwick_API::Platform::HttpSession> makeSession(const Settings&
 
 Client::Client(const Settings& settings)
     : settings_{settings}, queue_{std::make_shared<Tarnwick_API::Platform::BuiltInMainQueue>()} {
-    requireServiceSettings(settings);
     if (!settings.clickId.empty()) {
         Tarnwick_API::Platform::Preferences::setLookup([clickId = settings.clickId](std::string_view key) {
             return key == "cid" ? std::optional{clickId} : std::nullopt;
@@ -102,8 +106,7 @@ OAuthToken Client::requiredToken() const {
     auto token = storedToken();
     if (!token) {
         const auto status = keptItem(settings_.keychainService).status;
-        throw status == Tarnwick_API::Platform::KeychainStatus::success ? Failure::notSignedIn()
-                                                                        : Failure::keychain(status);
+        throw status == KeychainStatus::success ? Failure::notSignedIn() : Failure::keychain(status);
     }
     return *std::move(token);
 }
@@ -120,10 +123,10 @@ void Client::requireKept() const {
         return;
     }
     const auto status = keptItem(settings_.keychainService).status;
-    throw Failure{ExitStatus::local, "tokenNotKept",
-                  std::string{"Signed in, but the access token could not be kept: "} +
-                      (status == Tarnwick_API::Platform::KeychainStatus::success ? "the keychain did not take it."
-                                                                                 : Failure::keychain(status).what())};
+    throw Failure{
+        ExitStatus::local, "tokenNotKept",
+        std::string{"Signed in, but the access token could not be kept: "} +
+            (status == KeychainStatus::success ? "the keychain did not take it." : Failure::keychain(status).what())};
 }
 
 void Client::adoptStoredToken() const {
@@ -137,7 +140,21 @@ void Client::adopt(std::optional<OAuthToken> token) const {
 }
 
 void Client::forgetStoredToken() const {
-    Keychain::deleteItem(settings_.keychainService);
+    const auto status = Keychain::store()->remove({.service = settings_.keychainService});
+    if (status != KeychainStatus::success && status != KeychainStatus::itemNotFound) {
+        throw tokenNotWiped("The session had ended already, but the access token could not be deleted: ", status);
+    }
+}
+
+void Client::requireWiped() const {
+    const auto item = keptItem(settings_.keychainService);
+    if (item.status != KeychainStatus::success) {
+        throw tokenNotWiped("Signed out, but the keychain may still have the access token: ", item.status);
+    }
+    if (item.kind == KeptItem::Kind::token) {
+        throw Failure{ExitStatus::local, "tokenNotWiped",
+                      "Signed out, but the keychain still has the access token, which is worth nothing any more."};
+    }
 }
 
 std::optional<ApiError> Client::error(const std::string& doing, const std::function<void(Completion<void>)>& start) {

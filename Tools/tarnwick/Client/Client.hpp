@@ -21,7 +21,7 @@ namespace TarnwickClient {
 /// The library set up for one command, and the program's main loop while an operation is under way.
 class Client {
 public:
-    /// Throws `Failure` when a setting is missing or unusable.
+    /// `settings` must have what `requireServiceSettings` asks for. Throws `Failure` when the installation has no id.
     explicit Client(const Settings& settings);
 
     [[nodiscard]] Tarnwick_API::TarnwickApi& api() const noexcept { return *api_; }
@@ -37,8 +37,10 @@ public:
     void adoptStoredToken() const;
     /// Throws `Failure` when the keychain has not kept the token of a sign-in that has just been.
     void requireKept() const;
-    /// Forgets a stored token that the service does not know any more.
+    /// Forgets a stored token that the service does not know any more. Throws `Failure` when it may still be there.
     void forgetStoredToken() const;
+    /// Throws `Failure` unless the keychain has lost the token of a sign-out that has just been.
+    void requireWiped() const;
 
     /// How one operation ended; neither a value nor an error means that the answer held nothing usable.
     template <typename T>

@@ -2,11 +2,11 @@
 
 #include "Client/Client.hpp"
 #include "Commands/Command.hpp"
+#include "Configuration/ValueChecks.hpp"
 #include "Output/LocationTables.hpp"
 
 #include <algorithm>
 #include <cctype>
-#include <map>
 
 #include <CLI/CLI.hpp>
 
@@ -36,11 +36,10 @@ struct Arguments {
 };
 
 void addProfile(CLI::App& command, Arguments& arguments) {
-    const std::map<std::string, ServerProfile> profiles{{"general", ServerProfile::general},
-                                                        {"downloading", ServerProfile::downloading},
-                                                        {"streaming", ServerProfile::streaming}};
     command.add_option("--profile", arguments.profile, "What for: general, downloading or streaming [general]")
-        ->transform(CLI::Transformer(profiles).description(""))
+        ->transform(choice<ServerProfile>({{"general", ServerProfile::general},
+                                           {"downloading", ServerProfile::downloading},
+                                           {"streaming", ServerProfile::streaming}}))
         ->option_text("NAME");
 }
 
@@ -48,7 +47,7 @@ void addPosition(CLI::App& command, Arguments& arguments) {
     command.add_option("--position", arguments.position, "Your place in degrees, for the distances")
         ->delimiter(',')
         ->expected(2)
-        ->check(CLI::Range(-180.0, 180.0).description(""))
+        ->check(numberBetween(-180, 180))
         ->option_text("LATITUDE,LONGITUDE");
 }
 
@@ -94,15 +93,16 @@ void addCountries(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("countries", "List the countries that one can connect to");
     addProfile(*command, *arguments);
     addPosition(*command, *arguments);
-    commands.push_back({command, [arguments](Client& client) {
-                            requireFilter(client.settings(), countriesFilter(arguments->profile));
+    commands.push_back({command,
+                        [arguments](Client& client) {
                             client.adoptStoredToken();
                             return countriesResult(client.ask<std::vector<Country>>(
                                 "Reading the countries", [&](Completion<std::vector<Country>> onCompletion) {
                                     client.api().getCountries(arguments->profile, arguments->latitude(),
                                                               arguments->longitude(), std::move(onCompletion));
                                 }));
-                        }});
+                        },
+                        [arguments] { return countriesFilter(arguments->profile); }});
 }
 
 void addServers(CLI::App& app, std::vector<Command>& commands) {
@@ -110,15 +110,16 @@ void addServers(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("servers", "List the servers of one country");
     command->add_option("country", arguments->country, "Country code, such as DE")->required()->check(checkCountry);
     addPosition(*command, *arguments);
-    commands.push_back({command, [arguments](Client& client) {
-                            requireFilter(client.settings(), Filter::generalServersPerCountry);
+    commands.push_back({command,
+                        [arguments](Client& client) {
                             client.adoptStoredToken();
                             return serversResult(client.ask<std::vector<Server>>(
                                 "Reading the servers", [&](Completion<std::vector<Server>> onCompletion) {
                                     client.api().getServers(upperCase(arguments->country), arguments->latitude(),
                                                             arguments->longitude(), std::move(onCompletion));
                                 }));
-                        }});
+                        },
+                        [] { return Filter::generalServersPerCountry; }});
 }
 
 void addCandidates(CLI::App& app, std::vector<Command>& commands) {
@@ -128,12 +129,13 @@ void addCandidates(CLI::App& app, std::vector<Command>& commands) {
                         ->check(checkCountry)
                         ->option_text("CODE");
     command->add_option("--service", arguments->service, "Only servers that reach this content service")
+        ->check(wholeNumber())
         ->option_text("ID")
         ->needs(country);
     addProfile(*command, *arguments);
-    commands.push_back({command, [arguments](Client& client) {
+    commands.push_back({command,
+                        [arguments](Client& client) {
                             const auto hasCountry = !arguments->country.empty();
-                            requireFilter(client.settings(), candidatesFilter(arguments->profile, hasCountry));
                             client.adoptStoredToken();
                             return serversResult(client.ask<std::vector<Server>>(
                                 "Reading the servers", [&](Completion<std::vector<Server>> onCompletion) {
@@ -141,13 +143,14 @@ void addCandidates(CLI::App& app, std::vector<Command>& commands) {
                                         hasCountry ? std::optional{upperCase(arguments->country)} : std::nullopt,
                                         arguments->profile, arguments->service, std::move(onCompletion));
                                 }));
-                        }});
+                        },
+                        [arguments] { return candidatesFilter(arguments->profile, !arguments->country.empty()); }});
 }
 
 void addServer(CLI::App& app, std::vector<Command>& commands) {
     const auto arguments = std::make_shared<Arguments>();
     auto* command = app.add_subcommand("server", "Show one server with its configurations");
-    command->add_option("id", arguments->id, "The server's number")->required();
+    command->add_option("id", arguments->id, "The server's number")->required()->check(wholeNumber());
     commands.push_back({command, [arguments](Client& client) {
                             client.adoptStoredToken();
                             return serverResult(
@@ -159,14 +162,15 @@ void addServer(CLI::App& app, std::vector<Command>& commands) {
 
 void addFavorites(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("favorites", "List the service's default favourites");
-    commands.push_back({command, [](Client& client) {
-                            requireFilter(client.settings(), Filter::defaultFavorites);
+    commands.push_back({command,
+                        [](Client& client) {
                             client.adoptStoredToken();
                             return favoritesResult(client.ask<std::vector<FavoriteEntry>>(
                                 "Reading the favourites", [&](Completion<std::vector<FavoriteEntry>> onCompletion) {
                                     client.api().getDefaultFavorites(std::move(onCompletion));
                                 }));
-                        }});
+                        },
+                        [] { return Filter::defaultFavorites; }});
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Configuration/Settings.hpp"
 #include "Failures/ExitStatus.hpp"
 
 #include <cstddef>
@@ -17,7 +18,6 @@ class App;
 namespace TarnwickClient {
 
 class Client;
-struct Settings;
 
 using Json = nlohmann::ordered_json;
 
@@ -33,6 +33,8 @@ struct Result {
 struct Command {
     CLI::App* app = nullptr;
     std::function<Result(Client&)> run = {};
+    /// The filter that `run` needs the number of, if any; asked once the command line has been read.
+    std::function<std::optional<Filter>()> filter = {};
     /// Set instead of `run` where the command does without the service and its settings.
     std::function<Result(const Settings&)> runLocally = {};
 };

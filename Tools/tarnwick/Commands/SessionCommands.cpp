@@ -82,11 +82,7 @@ void addLogout(CLI::App& app, std::vector<Command>& commands) {
                             if (error) {
                                 throw client.failure(*error);
                             }
-                            if (client.storedToken()) {
-                                throw Failure{ExitStatus::local, "tokenNotWiped",
-                                              "Signed out, but the keychain still has the access token, which is "
-                                              "worth nothing any more."};
-                            }
+                            client.requireWiped();
                             return sentence({{"signedOut", true}}, "Signed out.");
                         }});
 }

@@ -4,13 +4,14 @@
 
 #include "Configuration/ConfigurationFile.hpp"
 #include "Configuration/UserFolders.hpp"
+#include "Configuration/ValueChecks.hpp"
 #include "Failures/Failure.hpp"
 
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <map>
 #include <string_view>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -54,20 +55,14 @@ void addFlag(CLI::App& app, const std::string& names, const std::string& setting
     app.add_flag(names, value, description)->envname(variableName(setting));
 }
 
-[[noreturn]] void failMissing(const std::string& setting) {
-    throw Failure::usage("The setting " + setting + " is missing: give --" + setting + ", set " +
-                         variableName(setting) + " or write it into the configuration file.");
-}
-
 void addServiceSettings(CLI::App& app, Settings& settings) {
     const std::string group = "Service";
-    std::map<std::string, ApiEnvironment> environments;
+    std::vector<std::pair<std::string, ApiEnvironment>> environments;
     for (std::size_t index = 0; index < environmentNames.size(); ++index) {
-        environments.emplace(environmentNames[index], static_cast<ApiEnvironment>(index));
+        environments.emplace_back(environmentNames[index], static_cast<ApiEnvironment>(index));
     }
-    const std::map<std::string, ApiVersion> versions{{"v1", ApiVersion::v1}, {"v2", ApiVersion::v2}};
     add(app, "environment", settings.environment, "Which installation of the service: dev, live, beta, staging [live]")
-        ->transform(CLI::Transformer(environments).description(""))
+        ->transform(choice(std::move(environments)))
         ->option_text("NAME")
         ->group(group);
     for (std::size_t index = 0; index < environmentNames.size(); ++index) {
@@ -77,7 +72,7 @@ void addServiceSettings(CLI::App& app, Settings& settings) {
             ->group(group);
     }
     add(app, "api-version", settings.apiVersion, "Generation of the API: v1; v2 is an early stub that never answers")
-        ->transform(CLI::Transformer(versions).description(""))
+        ->transform(choice<ApiVersion>({{"v1", ApiVersion::v1}, {"v2", ApiVersion::v2}}))
         ->option_text("VERSION")
         ->group(group);
     add(app, "consumer-key", settings.consumerKey, "The application's key at the service")
@@ -87,10 +82,14 @@ void addServiceSettings(CLI::App& app, Settings& settings) {
         "The application's secret; better in the file or the environment, where other users can't read it")
         ->option_text("TEXT")
         ->group(group);
-    add(app, "partner-id", settings.partnerId, "The application's partner number")->option_text("NUMBER")->group(group);
+    add(app, "partner-id", settings.partnerId, "The application's partner number")
+        ->check(wholeNumber())
+        ->option_text("NUMBER")
+        ->group(group);
     add(app, "cid", settings.clickId, "Click id to send with every request")->option_text("TEXT")->group(group);
     for (std::size_t index = 0; index < filterCount; ++index) {
         add(app, std::string{"filter-"} + filterNames[index], settings.filters[index], "")
+            ->check(wholeNumber())
             ->option_text("NUMBER")
             ->group("Numbers of the service's filters (for countries, servers, candidates and favorites)");
     }
@@ -102,6 +101,7 @@ void addConnectionSettings(CLI::App& app, Settings& settings) {
         ->envname(variableName("fallback"))
         ->group(group);
     add(app, "ca-file", settings.caFile, "Trust the PEM certificates in this file in place of the system's")
+        ->transform(userPath())
         ->check(CLI::ExistingFile)
         ->option_text("FILE")
         ->group(group);
@@ -111,11 +111,11 @@ void addConnectionSettings(CLI::App& app, Settings& settings) {
         ->allow_extra_args(false)
         ->group(group);
     add(app, "idle-timeout", settings.idleTimeout, "Seconds without any data that end one try [60]")
-        ->check(CLI::Range(0.001, 86400.0).description(""))
+        ->check(numberBetween(0.001, 86400))
         ->option_text("SECONDS")
         ->group(group);
     add(app, "timeout", settings.timeout, "Seconds that a command may take in all, retries included [120]")
-        ->check(CLI::Range(0.001, 86400.0).description(""))
+        ->check(numberBetween(0.001, 86400))
         ->option_text("SECONDS")
         ->group(group);
 }
@@ -128,26 +128,27 @@ void addLocalSettings(CLI::App& app, Settings& settings) {
     add(app, "keychain-service", settings.keychainService, "Name under which the keychain keeps the token [tarnwick]")
         ->option_text("NAME")
         ->group(group);
-    const std::map<std::string, KeychainKind> kinds{
-        {"auto", KeychainKind::automatic}, {"system", KeychainKind::system}, {"file", KeychainKind::file}};
     add(app, "keychain", settings.keychain,
         "Who keeps the token: system (the desktop's keyring), file (a private file) or auto, the first that works "
         "[auto]")
-        ->transform(CLI::Transformer(kinds).description(""))
+        ->transform(choice<KeychainKind>(
+            {{"auto", KeychainKind::automatic}, {"system", KeychainKind::system}, {"file", KeychainKind::file}}))
         ->option_text("KIND")
         ->group(group);
     add(app, "keychain-file", settings.keychainFile, "Keep the keychain in this file; implies the kind file")
+        ->transform(userPath())
         ->option_text("FILE")
         ->group(group);
     add(app, "cache", settings.cacheFolder,
         "Keep answers in this folder, for 10 minutes at most, as the service allows")
+        ->transform(userPath())
         ->option_text("DIR")
         ->group(group);
 }
 
 }  // namespace
 
-void addSettings(CLI::App& app, Settings& settings) {
+std::shared_ptr<const ConfigurationFile> addSettings(CLI::App& app, Settings& settings) {
     // The parser reads the file before it looks at the environment.
     const auto* chosen = std::getenv("TARNWICK_CONFIG");
     const auto isChosen = chosen != nullptr && *chosen != '\0';
@@ -155,46 +156,61 @@ void addSettings(CLI::App& app, Settings& settings) {
     const auto standard = folder.empty() ? std::string{} : (folder / "config.toml").string();
     app.set_config("--config", isChosen ? chosen : standard,
                    "Read settings from this file, one name = value a line [~/.config/tarnwick/config.toml]", isChosen)
+        ->transform(userPath())
         ->option_text("FILE (Env:TARNWICK_CONFIG)");
-    app.config_formatter(std::make_shared<ConfigurationFile>(app));
-    app.allow_config_extras(CLI::config_extras_mode::error);
+    const auto file = std::make_shared<ConfigurationFile>(app);
+    app.config_formatter(file);
     addFlag(app, "--json", "json", settings.json, "Print one JSON document for programs, errors too");
     addFlag(app, "-v,--verbose", "verbose", settings.verbose,
             "Print requests and answers to standard error; they hold the token and the consumer secret");
     addServiceSettings(app, settings);
     addConnectionSettings(app, settings);
     addLocalSettings(app, settings);
+    return file;
 }
 
-void requireServiceSettings(const Settings& settings) {
+namespace {
+
+std::vector<std::string> missingSettings(const Settings& settings, std::optional<Filter> filter) {
+    std::vector<std::string> missing;
+    const auto require = [&](bool isThere, const std::string& setting) {
+        if (!isThere) {
+            missing.push_back(setting);
+        }
+    };
+    const auto environment = static_cast<std::size_t>(settings.environment);
+    require(!settings.hosts[environment].empty(), std::string{"host-"} + environmentNames[environment]);
+    require(!settings.consumerKey.empty(), "consumer-key");
+    require(!settings.consumerSecret.empty(), "consumer-secret");
+    require(settings.partnerId.has_value(), "partner-id");
+    if (filter) {
+        const auto index = static_cast<std::size_t>(*filter);
+        require(settings.filters[index].has_value(), std::string{"filter-"} + filterNames[index]);
+    }
+    return missing;
+}
+
+}  // namespace
+
+void requireServiceSettings(const Settings& settings, std::optional<Filter> filter) {
     if (settings.apiVersion == ApiVersion::v2) {
         throw Failure::usage("Version 2 of the API is an early stub that never answers; use api-version v1.");
     }
-    if (settings.consumerKey.empty()) {
-        failMissing("consumer-key");
-    }
-    if (settings.consumerSecret.empty()) {
-        failMissing("consumer-secret");
-    }
-    if (!settings.partnerId) {
-        failMissing("partner-id");
+    if (const auto missing = missingSettings(settings, filter); !missing.empty()) {
+        std::string names;
+        for (const auto& setting : missing) {
+            names += (names.empty() ? "" : ", ") + setting;
+        }
+        throw Failure::usage((missing.size() == 1 ? "This setting is missing: " : "These settings are missing: ") +
+                             names + ". Give --" + missing.front() + ", set " + variableName(missing.front()) +
+                             " or write it into the configuration file" + (missing.size() == 1 ? "." : ", and so on."));
     }
     const auto& host = settings.hosts[static_cast<std::size_t>(settings.environment)];
-    if (host.empty()) {
-        failMissing(std::string{"host-"} + name(settings.environment));
-    }
     if (host.find_first_of("/?#@ \t") != std::string::npos) {
         throw Failure::usage("A host is given without scheme and path, such as \"api.tarnwick.example\": " + host);
     }
     if (!settings.installationId.empty() && !Tarnwick_API::Platform::Uuid::fromString(settings.installationId)) {
         throw Failure::usage("The installation id is no UUID: " + settings.installationId);
-    }
-}
-
-void requireFilter(const Settings& settings, Filter filter) {
-    const auto index = static_cast<std::size_t>(filter);
-    if (!settings.filters[index]) {
-        failMissing(std::string{"filter-"} + filterNames[index]);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -61,18 +62,18 @@ struct Settings {
 
 inline constexpr const char* settingsHelp =
     "Settings:\n"
-    "  Each option that takes a value may also stand in the configuration file, without the dashes (partner-id = 7),\n"
-    "  or in the environment (TARNWICK_PARTNER_ID=7). Options go before the environment, the environment before the\n"
-    "  file.\n";
+    "  Each option that takes a value may also stand in the configuration file, which is TOML, without the dashes\n"
+    "  (partner-id = 7), or in the environment (TARNWICK_PARTNER_ID=7). Options go before the environment, the\n"
+    "  environment before the file.\n";
 
-/// Adds the options that fill `settings`, which must outlive the parsing.
-void addSettings(CLI::App& app, Settings& settings);
+class ConfigurationFile;
 
-/// Throws `Failure` naming the first setting that no request can do without and that is missing or unusable.
-void requireServiceSettings(const Settings& settings);
+/// Adds the options that fill `settings`, which must outlive the parsing. Gives the file that they are read from.
+std::shared_ptr<const ConfigurationFile> addSettings(CLI::App& app, Settings& settings);
 
-/// Throws `Failure` when the number of the filter is not set.
-void requireFilter(const Settings& settings, Filter filter);
+/// Throws `Failure` naming all settings that are missing and that no request can do without, nor one that needs
+/// `filter`, or the first one that is unusable.
+void requireServiceSettings(const Settings& settings, std::optional<Filter> filter);
 
 /// "live", "beta", ...
 [[nodiscard]] const char* name(Tarnwick_API::ApiEnvironment environment) noexcept;

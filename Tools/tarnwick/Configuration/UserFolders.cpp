@@ -23,6 +23,12 @@ std::filesystem::path configurationFolder() {
     return userFolder("XDG_CONFIG_HOME", ".config");
 }
 
+std::string withHomeFolder(const std::string& path) {
+    const auto* home = std::getenv("HOME");
+    const auto isBelowHome = path == "~" || path.starts_with("~/");
+    return isBelowHome && home != nullptr && *home != '\0' ? home + path.substr(1) : path;
+}
+
 std::filesystem::path stateFolder() {
     return userFolder("XDG_STATE_HOME", ".local/state");
 }

@@ -3,6 +3,7 @@
 #include "Failures/Failure.hpp"
 
 #include <cerrno>
+#include <csignal>
 #include <string>
 #include <system_error>
 
@@ -10,6 +11,16 @@
 #include <unistd.h>
 
 namespace TarnwickClient {
+
+namespace {
+
+/// As a program ends whose reader has gone. The signal may be ignored: by a parent, or since GLib ignores it for all.
+void endSilently() {
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+}
+
+}  // namespace
 
 ResultStream::ResultStream() : descriptor_{::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)} {
     if (descriptor_ < 0) {
@@ -28,6 +39,9 @@ void ResultStream::write(std::string_view text) const {
         if (count < 0) {
             if (errno == EINTR) {
                 continue;
+            }
+            if (errno == EPIPE) {
+                endSilently();
             }
             throw Failure{ExitStatus::local, "output",
                           "The result can't be written: " + std::generic_category().message(errno)};

@@ -17,7 +17,8 @@ public:
     /// The descriptor that the result goes to.
     [[nodiscard]] int descriptor() const noexcept { return descriptor_; }
 
-    /// Throws `Failure` when not all of it could be written.
+    /// Ends the program without a word when nobody reads on. Throws `Failure` when not all of it could be written for
+    /// another reason.
     void write(std::string_view text) const;
 
 private:

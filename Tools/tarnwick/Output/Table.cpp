@@ -34,8 +34,8 @@ std::string Table::render(std::optional<std::size_t> width) const {
             hasHeadings = hasHeadings || !columns_[column].heading.empty();
         }
     }
-    if (width) {
-        fitInto(*width, widths);
+    if (width && !fitInto(*width, widths)) {
+        return renderUpright(*width, widths);
     }
 
     std::string text;
@@ -62,7 +62,7 @@ std::string Table::render(std::optional<std::size_t> width) const {
     return text;
 }
 
-void Table::fitInto(std::size_t available, std::vector<std::size_t>& widths) const {
+bool Table::fitInto(std::size_t available, std::vector<std::size_t>& widths) const {
     const auto shown = std::count_if(widths.begin(), widths.end(), [](std::size_t width) { return width > 0; });
     auto total = std::accumulate(widths.begin(), widths.end(), gap * static_cast<std::size_t>(shown));
     for (; total > available + gap; --total) {
@@ -73,10 +73,32 @@ void Table::fitInto(std::size_t available, std::vector<std::size_t>& widths) con
             }
         }
         if (widest == nullptr || *widest <= narrowest) {
-            return;
+            return false;
         }
         --*widest;
     }
+    return true;
+}
+
+std::string Table::renderUpright(std::size_t available, const std::vector<std::size_t>& widths) const {
+    std::size_t headingWidth = 0;
+    for (const auto& column : columns_) {
+        headingWidth = std::max(headingWidth, displayWidth(column.heading));
+    }
+    const auto cellWidth = available > headingWidth + gap ? available - headingWidth - gap : 0;
+    std::string text;
+    for (const auto& row : rows_) {
+        text += text.empty() ? "" : "\n";
+        for (std::size_t column = 0; column < columns_.size(); ++column) {
+            if (widths[column] == 0 || row[column].empty()) {
+                continue;
+            }
+            const auto& heading = columns_[column].heading;
+            text.append(heading).append(headingWidth - displayWidth(heading) + gap, ' ');
+            text.append(shortened(row[column], cellWidth)).append("\n");
+        }
+    }
+    return text;
 }
 
 }  // namespace TarnwickClient

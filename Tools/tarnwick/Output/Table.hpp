@@ -25,11 +25,13 @@ public:
     [[nodiscard]] bool empty() const noexcept { return rows_.empty(); }
 
     /// One line per row. With a `width` columns of text give way, the widest first, until the lines fit; numbers do
-    /// not.
+    /// not. Where that is not enough, each cell has a line of its own, behind its heading.
     [[nodiscard]] std::string render(std::optional<std::size_t> width) const;
 
 private:
-    void fitInto(std::size_t available, std::vector<std::size_t>& widths) const;
+    /// False when the lines can't be made to fit.
+    bool fitInto(std::size_t available, std::vector<std::size_t>& widths) const;
+    [[nodiscard]] std::string renderUpright(std::size_t available, const std::vector<std::size_t>& widths) const;
 
     std::vector<Column> columns_;
     std::vector<std::vector<std::string>> rows_;

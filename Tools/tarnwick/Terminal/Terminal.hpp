@@ -12,7 +12,8 @@ namespace TarnwickClient {
 [[nodiscard]] bool isTerminal(int descriptor);
 
 /// Asks on the process's terminal, without showing what is typed when `hidden`. The terminal is as it was afterwards,
-/// also when a signal ends the program meanwhile. Throws `Failure` when there is no terminal or no line comes.
+/// also while a signal stops the program and when one ends it; a program that goes on asks again. Empty when nothing is
+/// entered. Throws `Failure` when there is no terminal.
 [[nodiscard]] std::string promptOnTerminal(const std::string& question, bool hidden);
 
 }  // namespace TarnwickClient

@@ -3,12 +3,13 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace TarnwickClient {
 
-/// A line on the terminal of standard error that shows that something is going on; gone when this ends. Without a
-/// terminal it shows nothing.
+/// A line on the terminal of standard error that shows that something is going on; gone when this ends, and when a
+/// signal ends or stops the program. Without a terminal that can draw it anew it shows nothing.
 class WaitingLine {
 public:
     WaitingLine(std::string doing, bool isWanted);
@@ -22,11 +23,14 @@ public:
     void update(std::int64_t attempt, const std::string& lastError);
 
 private:
+    class SignalGuard;
+
     std::string doing_;
     bool isShown_;
-    bool isDrawn_ = false;
     std::size_t frame_ = 0;
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    /// There once the line has been drawn.
+    std::unique_ptr<SignalGuard> guard_;
 };
 
 }  // namespace TarnwickClient
