@@ -49,7 +49,8 @@ public:
 
     /// Writes the secret under `account`. An item that the service has already is changed in place, whatever its
     /// account, and keeps its reference; only one that can't be changed is deleted and made anew. A password that is no
-    /// UTF-8 is left out: a new item is then without a secret, a changed one keeps the secret that it had.
+    /// UTF-8 is left out: a new item is then without a secret, a changed one keeps the secret that it had. The label of
+    /// new items is the main bundle's "CFBundleName", or "VPN App" without one, as it is at the process's first call.
     static void setPassword(const std::string& service, const std::string& account, const std::string& password);
 
     /// None, for every item that this class writes, and on purpose so: the keychain answers with bare bytes where a
