@@ -10,6 +10,7 @@
 #include <Platform/Keychain/File/FileKeychainStore.hpp>
 
 #include <atomic>
+#include <cstdlib>
 #include <functional>
 #include <sstream>
 #include <thread>
@@ -18,6 +19,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Tarnwick_API::Platform {
 namespace {
@@ -81,6 +84,10 @@ TEST_F(UserKeychainStore, IsTheSecretServiceWhereThereIsOneAndTheFileElsewhere) 
          },
          "private file", "no Secret Service"},
         {"no bus", [&] { keyring.endBus(); }, "private file", "no session bus"},
+        {"a bus that GLib would have to start", [] { ::setenv("DBUS_SESSION_BUS_ADDRESS", "autolaunch:", 1); },
+         "private file", "no session bus"},
+        {"no folder with a bus", [] { ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null/bus", 1); },
+         "private file", "no session bus"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -93,6 +100,22 @@ TEST_F(UserKeychainStore, IsTheSecretServiceWhereThereIsOneAndTheFileElsewhere) 
         EXPECT_THAT(log.str(), HasSubstr(row.reason));
         EXPECT_EQ(row.chosen == "private file", inFile.copyMatching({row.name, {}}, {}).status == success);
     }
+}
+
+TEST_F(UserKeychainStore, IsTheFileOnTheBusOfAnotherUser) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can be another user";
+    }
+    keyring.startKeyring();
+    for (const auto* const place : {"", "session"}) {
+        ASSERT_EQ(::chmod((keyring.folder() / place).c_str(), 0777), 0);
+    }
+    const auto store = fresh();
+    ASSERT_EQ(::seteuid(65534), 0);
+    EXPECT_EQ(store->add(itemOf("s", 1)), success);
+    ASSERT_EQ(::seteuid(0), 0);
+    EXPECT_THAT(log.str(), HasSubstr("no session bus of this user"));
+    EXPECT_EQ(inFile.copyMatching(query, {}).status, success);
 }
 
 TEST_F(UserKeychainStore, NeverTakesTheFileWhileTheSecretServiceDoesNotAnswer) {

@@ -61,7 +61,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker
         } catch (const SecretServiceError& failure) {
             outcome->status = failure.status();
             outcome->reason = failure.what();
-            outcome->isOffered = failure.isOffered();
+            outcome->missing = failure.missing();
         } catch (const std::exception&) {
             outcome->status = KeychainStatus::io;
             outcome->reason = "out of memory";
@@ -72,6 +72,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker
     });
     switch (end) {
         case SecretServiceWorker::End::done:
+            missing_ = outcome->missing;
             if (!outcome->reason.empty()) {
                 say(outcome->reason, operation);
             }
@@ -83,7 +84,10 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker
             say("has not answered an earlier call yet", operation);
             break;
     }
-    return {};
+    missing_ = SecretServiceError::Missing::answer;
+    Outcome<Result> none;
+    none.missing = SecretServiceError::Missing::answer;
+    return none;
 }
 
 template <class Result, class Work>
@@ -144,6 +148,34 @@ KeychainStoreState SecretServiceKeychainStore::state() {
     return std::move(state);
 }
 
+std::optional<std::string> SecretServiceKeychainStore::message(KeychainStatus status) const {
+    using Missing = SecretServiceError::Missing;
+    switch (status) {
+        case KeychainStatus::notAvailable:
+            switch (missing_) {
+                case Missing::bus:
+                    return "This session has no bus to reach a keyring on. Sign in to a desktop, or use a keychain "
+                           "file.";
+                case Missing::service:
+                    return "No keyring runs in this session. Start the desktop's keyring, or use a keychain file.";
+                case Missing::collection:
+                    return "The keyring has no default collection. Make one in the desktop's password manager.";
+                case Missing::answer:
+                case Missing::nothing:
+                    return "The keyring does not answer. Try again; if it stays so, sign out of the desktop and in "
+                           "again.";
+            }
+            break;
+        case KeychainStatus::interactionNotAllowed:
+            return "The keyring is locked. Unlock it, and try again.";
+        case KeychainStatus::io:
+            return "The keyring could not do it. See whether its disk is full or read-only.";
+        default:
+            break;
+    }
+    return KeychainStore::message(status);
+}
+
 SecretServiceKeychainStore::Inquiry SecretServiceKeychainStore::inquire() {
     auto outcome = onWorker<std::string>("inquire", [](SecretServiceConnection& connection) {
         const auto collection = connection.defaultCollection();
@@ -152,7 +184,9 @@ SecretServiceKeychainStore::Inquiry SecretServiceKeychainStore::inquire() {
     if (outcome.status == KeychainStatus::success) {
         return {Offer::offered, "it has " + outcome.result};
     }
-    return {outcome.isOffered ? Offer::noAnswer : Offer::notOffered, std::move(outcome.reason)};
+    const bool isOffered = outcome.missing == SecretServiceError::Missing::nothing ||
+                           outcome.missing == SecretServiceError::Missing::answer;
+    return {isOffered ? Offer::noAnswer : Offer::notOffered, std::move(outcome.reason)};
 }
 
 void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCompletion) {

@@ -3,6 +3,7 @@
 #include <Platform/Keychain/SecretService/SecretServiceWorker.hpp>
 #include <Platform/Keychain/StoredKeychainItem.hpp>
 
+#include <atomic>
 #include <chrono>
 #include <vector>
 
@@ -18,6 +19,7 @@ public:
     [[nodiscard]] KeychainStatus add(const KeychainItem& item) override;
     [[nodiscard]] KeychainStatus remove(const KeychainQuery& target) override;
     [[nodiscard]] KeychainStoreState state() override;
+    [[nodiscard]] std::optional<std::string> message(KeychainStatus status) const override;
     void unlock(std::function<void(KeychainStatus)> onCompletion) override;
 
     enum class Offer { offered, notOffered, noAnswer };
@@ -38,7 +40,7 @@ private:
     struct Outcome {
         KeychainStatus status = KeychainStatus::notAvailable;
         std::string reason = {};
-        bool isOffered = true;
+        SecretServiceError::Missing missing = SecretServiceError::Missing::nothing;
         Result result = {};
     };
     /// What `work` gives on the worker's thread. `work` owns what it uses: it may outlive the call.
@@ -50,6 +52,8 @@ private:
 
     std::chrono::milliseconds timeout_;
     SecretServiceWorker worker_;
+    /// Why the last call found none, where its status alone doesn't tell.
+    std::atomic<SecretServiceError::Missing> missing_ = SecretServiceError::Missing::nothing;
     /// See `SecretServiceItems`; the worker's.
     std::shared_ptr<bool> mayHaveFormerItems_ = std::make_shared<bool>(true);
 };
