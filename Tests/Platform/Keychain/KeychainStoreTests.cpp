@@ -112,6 +112,7 @@ TEST_P(EveryKeychainStore, ShapesItsAnswerByWhatIsWanted) {
             EXPECT_EQ(shown->account, present(wanted.attributes, "a"));
             EXPECT_EQ(shown->label, present(wanted.attributes, "label"));
             EXPECT_EQ(shown->comment, present(wanted.attributes, "comment"));
+            EXPECT_EQ(shown->accessibility, present(wanted.attributes, "always"));
             EXPECT_EQ(shown->data, present(wanted.data, "secret"));
             EXPECT_EQ(shown->persistentReference, present(wanted.persistentReference, reference));
         }
@@ -197,7 +198,7 @@ TEST_P(EveryKeychainStore, NeverGivesAReferenceTwice) {
 TEST_P(EveryKeychainStore, KeepsAnyBytesAsTheyAre) {
     const std::string odd{"\0'\"%;--\xFF\xC3\xA4\n", 11};
     const Bytes large(1U << 20U, '\xA5');
-    ASSERT_EQ(store->add({odd, odd + "1", odd, odd, {}, odd}), KeychainStatus::success);
+    ASSERT_EQ(store->add({odd, odd + "1", odd, odd, {}, odd, odd}), KeychainStatus::success);
     ASSERT_EQ(add(odd, odd + "2", large), KeychainStatus::success);
     const auto found = everything({odd, odd + "1"});
     EXPECT_THAT(found.service, Optional(odd));
@@ -205,6 +206,7 @@ TEST_P(EveryKeychainStore, KeepsAnyBytesAsTheyAre) {
     EXPECT_THAT(found.data, Optional(odd));
     EXPECT_THAT(found.label, Optional(odd));
     EXPECT_THAT(found.comment, Optional(odd));
+    EXPECT_THAT(found.accessibility, Optional(odd));
     EXPECT_THAT(everything({odd, odd + "2"}).data, Optional(large));
     EXPECT_EQ(accountOf({odd.substr(0, 1), {}}), std::nullopt) << "the text does not end at a NUL";
 }

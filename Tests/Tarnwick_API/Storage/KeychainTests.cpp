@@ -7,6 +7,7 @@
 #include "TemporaryFolder.hpp"
 
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <iostream>
 
@@ -341,9 +342,12 @@ TEST(Keychain, IsAPrivateFileWithoutASecretServiceUnlessAnotherStoreIsInstalled)
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 
     Keychain::setStore(nullptr);
+    const auto place = folder.path() / "org.example.App";
+    std::filesystem::create_directory(place);
+    std::ofstream{place / "keychain.sqlite"} << "damaged beyond recognition";
     EXPECT_FALSE(Keychain::hasLoginData("s"));
     Keychain::setPassword("s", "a", "p");
-    EXPECT_TRUE(std::filesystem::exists(folder.path() / "org.example.App" / "keychain.sqlite"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator{place}, {}), 2) << "nothing is deleted";
     EXPECT_TRUE(Keychain::hasLoginData("s"));
     Platform::Bundle::setMain({});
 }

@@ -122,14 +122,26 @@ KeychainStatus SecretServiceKeychainStore::remove(const KeychainQuery& target) {
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
-KeychainStatus SecretServiceKeychainStore::migrate(std::vector<StoredKeychainItem> items,
-                                                   std::chrono::system_clock::time_point writtenAt) {
-    return onItems<bool>("migrate",
-                         [migrated = std::move(items), writtenAt](SecretServiceItems& items) {
-                             items.migrate(migrated, writtenAt);
+KeychainStatus SecretServiceKeychainStore::moving(const char* operation, Move move,
+                                                  const std::vector<StoredKeychainItem>& items) {
+    return onItems<bool>(operation,
+                         [move, moved = items](SecretServiceItems& own) {
+                             (own.*move)(moved);
                              return true;
                          })
         .status;
+}
+
+KeychainStatus SecretServiceKeychainStore::migrate(const std::vector<StoredKeychainItem>& items) {
+    return moving("migrate", &SecretServiceItems::migrate, items);
+}
+
+KeychainStatus SecretServiceKeychainStore::noteMoved(const std::vector<StoredKeychainItem>& items) {
+    return moving("noteMoved", &SecretServiceItems::noteMoved, items);
+}
+
+KeychainStatus SecretServiceKeychainStore::forgetMoved(const std::vector<StoredKeychainItem>& items) {
+    return moving("forgetMoved", &SecretServiceItems::forgetMoved, items);
 }
 
 KeychainStoreState SecretServiceKeychainStore::state() {
@@ -152,7 +164,7 @@ std::optional<std::string> SecretServiceKeychainStore::message(KeychainStatus st
     using Missing = SecretServiceError::Missing;
     switch (status) {
         case KeychainStatus::notAvailable:
-            switch (missing_) {
+            switch (missing_.load()) {
                 case Missing::bus:
                     return "This session has no bus to reach a keyring on. Sign in to a desktop, or use a keychain "
                            "file.";

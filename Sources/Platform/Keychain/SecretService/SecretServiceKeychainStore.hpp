@@ -9,6 +9,8 @@
 
 namespace Tarnwick_API::Platform {
 
+class SecretServiceItems;
+
 /// See `makeSecretServiceKeychainStore`.
 class SecretServiceKeychainStore final : public KeychainStore {
 public:
@@ -31,9 +33,10 @@ public:
     /// Whether there is a Secret Service with a default collection, locked or not.
     [[nodiscard]] Inquiry inquire();
 
-    /// See `SecretServiceItems::migrate`.
-    [[nodiscard]] KeychainStatus migrate(std::vector<StoredKeychainItem> items,
-                                         std::chrono::system_clock::time_point writtenAt);
+    /// See `SecretServiceItems`.
+    [[nodiscard]] KeychainStatus migrate(const std::vector<StoredKeychainItem>& items);
+    [[nodiscard]] KeychainStatus noteMoved(const std::vector<StoredKeychainItem>& items);
+    [[nodiscard]] KeychainStatus forgetMoved(const std::vector<StoredKeychainItem>& items);
 
 private:
     template <class Result>
@@ -49,6 +52,8 @@ private:
     /// What `work` gives on the items.
     template <class Result, class Work>
     Outcome<Result> onItems(const char* operation, Work work);
+    using Move = void (SecretServiceItems::*)(const std::vector<StoredKeychainItem>&);
+    KeychainStatus moving(const char* operation, Move move, const std::vector<StoredKeychainItem>& items);
 
     std::chrono::milliseconds timeout_;
     SecretServiceWorker worker_;

@@ -129,8 +129,8 @@ public:
     [[nodiscard]] virtual KeychainStatus add(const KeychainItem& item) = 0;
     /// Deletes every match.
     [[nodiscard]] virtual KeychainStatus remove(const KeychainQuery& target) = 0;
-    /// The platform's message for a status; English here, the user's language where the platform has its own. None
-    /// when the platform has none.
+    /// A sentence about a status, for users: what is the matter with this store, as of its last call, and what helps.
+    /// English here; where the platform has its own messages, those, in the user's language. None when it has none.
     [[nodiscard]] virtual std::optional<std::string> message(KeychainStatus status) const;
 
     /// Asks without a prompt. Thread: any, for as long as any other call.
@@ -165,8 +165,9 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 ///
 /// No call waits longer than `timeout`; a Secret Service that hasn't answered by then is given up with `notAvailable`,
 /// and so are further calls, at once, until it does answer. Statuses: `interactionNotAllowed` when the collection is
-/// locked, `notAvailable` without a session bus, a Secret Service or a default collection. An item has the attributes
-/// "service", "account", "comment", "accessible" and "ref", the persistent reference, so that other programs find it.
+/// locked, `notAvailable` without a session bus of this user, a Secret Service or a default collection. An item has the
+/// attributes "service", "account", "comment", "accessible" and "ref", the persistent reference, so that other programs
+/// find it.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(
     std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
@@ -179,11 +180,12 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 [[nodiscard]] std::shared_ptr<KeychainStore> makeSecurityFrameworkKeychainStore();
 
 /// The store for a desktop application, chosen at the first call. macOS: the user's keychain. Linux: the Secret Service
-/// when the session bus offers one with a default collection, and the private file `file` otherwise; what was chosen,
-/// and why, is on the debug channel. What the file holds from a time without a Secret Service migrates to it, once,
-/// as soon as that is unlocked: an item leaves the file only after the Secret Service has it, and keeps its reference.
-/// Where the Secret Service has another item of the same service, the one written last replaces it, by the time of the
-/// file and that of the other item. A Secret Service that doesn't answer is no reason to take the file: calls then fail
+/// when the user's session bus offers one with a default collection, and the private file `file` otherwise, also on the
+/// bus of another user; what was chosen, and why, is on the debug channel. What the file holds from a time without a
+/// Secret Service migrates to it as soon as that is unlocked: an item leaves the file only after the Secret Service has
+/// it, and keeps its reference. A process that has chosen the file and finds nothing there any more follows. Where the
+/// Secret Service has another item of the same service, the one stays whose account or data were written last, by the
+/// computer's clock. A Secret Service that doesn't answer is no reason to take the file: calls then fail
 /// with `notAvailable`, and the next one chooses. `timeout` is that of the Secret Service, for each of what a call may
 /// have to do: choose, migrate or wait for the call that does, and its own work.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeUserKeychainStore(
