@@ -97,9 +97,8 @@ void SecretServiceConnection::connect() {
     if (!address) {
         throw noBus("no session bus");
     }
-    GLibOwner<char> id;
-    const GLibOwner<GIOStream> stream{g_dbus_address_get_stream_sync(address.get(), static_cast<char**>(GLibOutput{id}),
-                                                                     token_->cancellable(), GLibOutput{error})};
+    const GLibOwner<GIOStream> stream{
+        g_dbus_address_get_stream_sync(address.get(), nullptr, token_->cancellable(), GLibOutput{error})};
     // Before a word is said: another user's bus, which root may use too, leads to another user's keyring.
     if (stream && !isOfThisUser(stream.get())) {
         throw noBus("no session bus of this user");
@@ -107,7 +106,7 @@ void SecretServiceConnection::connect() {
     const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
     if (stream) {
-        bus_.reset(g_dbus_connection_new_sync(stream.get(), id.get(), flags, nullptr, token_->cancellable(),
+        bus_.reset(g_dbus_connection_new_sync(stream.get(), nullptr, flags, nullptr, token_->cancellable(),
                                               GLibOutput{error}));
     }
     if (!bus_) {
