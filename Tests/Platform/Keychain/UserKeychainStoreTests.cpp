@@ -263,13 +263,13 @@ TEST_F(UserKeychainStore, BringsNothingBackFromAFileThatCannotBeEmptied) {
     };
     ASSERT_EQ(inFile.add(itemOf("s", 1)), success);
     EXPECT_EQ(statusOf(), success);
-    EXPECT_EQ(inFile.copyMatching(query, {}).status, success);
+    EXPECT_EQ(inFile.update(query, changesOf(2)), success);
+    EXPECT_EQ(statusOf(), success);
+    EXPECT_EQ(numberOf(inSecretService->copyMatching(query, all)), 2U) << "written after the move";
+
     EXPECT_EQ(inSecretService->remove(query), success);
     EXPECT_EQ(statusOf(), KeychainStatus::itemNotFound);
-
-    EXPECT_EQ(inFile.update(query, changesOf(2)), success);
-    EXPECT_EQ(statusOf(), success) << "written after the move";
-    EXPECT_EQ(inSecretService->remove(query), success);
+    EXPECT_EQ(inFile.copyMatching(query, {}).status, success);
     EXPECT_EQ(fresh()->copyMatching(query, all).status, KeychainStatus::itemNotFound);
     EXPECT_EQ(inFile.copyMatching({}, {}).status, KeychainStatus::itemNotFound) << "emptied at last";
     EXPECT_EQ(keyring.count("example.tarnwick.MovedItem", "xdg:schema"), 0);

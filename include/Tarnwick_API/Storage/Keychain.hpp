@@ -40,7 +40,8 @@ struct LoginData {
 /// Thread: any. Every operation is a short series of synchronous calls of the keychain on the caller's thread; nothing
 /// guards the series, so of two `setPassword` for one service at the same time either may win.
 /// Errors: none. What fails reads as missing; `setPassword` and `resetRequiresUserInteraction` write a line to standard
-/// output when the keychain refuses to change an existing item.
+/// output when the keychain refuses to change an existing item, and why a secret could not be kept is on the debug
+/// channel.
 class Keychain {
 public:
     /// The comment of an item whose secret has been written and for which `resetRequiresUserInteraction` has not been

@@ -267,7 +267,12 @@ std::int64_t KeychainDatabase::fileTime() const {
     if (::stat(path_.c_str(), &found) != 0) {
         return 0;
     }
-    return found.st_mtim.tv_sec * std::int64_t{1'000'000} + found.st_mtim.tv_nsec / 1'000;
+#ifdef __APPLE__
+    const auto& time = found.st_mtimespec;
+#else
+    const auto& time = found.st_mtim;
+#endif
+    return time.tv_sec * std::int64_t{1'000'000} + time.tv_nsec / 1'000;
 }
 
 template <class... Parameters>
