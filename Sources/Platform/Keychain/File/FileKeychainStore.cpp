@@ -4,6 +4,7 @@
 #include <Platform/Keychain/File/DamagedKeychainFile.hpp>
 #include <Platform/Keychain/File/KeychainDatabase.hpp>
 #include <Platform/Keychain/File/KeychainFile.hpp>
+#include <Platform/Keychain/File/KeychainFolderLock.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <mutex>
@@ -62,6 +63,7 @@ FileKeychainStore::FileKeychainStore(const std::string& path, std::chrono::milli
 template <class Work>
 KeychainStatus FileKeychainStore::onFile(const Turn& turn, OnDamage onDamage, Work work) {
     failure_ = Failure::none;
+    KeychainFolderLock folder{path_.parent_path(), turn.deadline()};
     const auto file = locateKeychainFile(path_);
     if (file.status != KeychainStatus::success) {
         failure_ = file.status == KeychainStatus::invalidKeychain ? Failure::foreign : Failure::noPlace;
@@ -75,7 +77,7 @@ KeychainStatus FileKeychainStore::onFile(const Turn& turn, OnDamage onDamage, Wo
         failure_ = Failure::damaged;
         closeToOthers(file.path);
         if (onDamage == OnDamage::setAside) {
-            return setAside(turn, database, file.path);
+            return folder.becomeExclusive(turn.deadline()) ? setAside(turn, database, file.path) : giveUp(turn);
         }
         say("the file " + path_.string() + " is damaged; the next addition or removal sets it aside");
         return KeychainStatus::invalidKeychain;

@@ -216,15 +216,22 @@ KeychainStatus KeychainDatabase::takeForItself() {
     sqlite3_exec(connection_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);  // what the damage was found in
     sqlite3_file* file = nullptr;
     sqlite3_file_control(connection_.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    for (const int lock : {SQLITE_LOCK_SHARED, SQLITE_LOCK_EXCLUSIVE}) {
-        int code = SQLITE_OK;
-        for (int attempt = 0; (code = file->pMethods->xLock(file, lock)) == SQLITE_BUSY; ++attempt) {
-            if (!waitForLock(deadline_, attempt)) {
-                return KeychainStatus::notAvailable;
-            }
+    const auto* const methods = file->pMethods;
+    for (int attempt = 0;; ++attempt) {
+        int code = methods->xLock(file, SQLITE_LOCK_SHARED);
+        for (const int lock : {SQLITE_LOCK_RESERVED, SQLITE_LOCK_EXCLUSIVE}) {
+            code = code == SQLITE_OK ? methods->xLock(file, lock) : code;
         }
-        if (code != SQLITE_OK) {
+        if (code == SQLITE_OK) {
+            break;
+        }
+        // Two that keep what they have and wait for each other would do so for ever.
+        methods->xUnlock(file, SQLITE_LOCK_NONE);
+        if (code != SQLITE_BUSY) {
             throw SqliteError{code, connection_.handle()};
+        }
+        if (!waitForLock(deadline_, attempt)) {
+            return KeychainStatus::notAvailable;
         }
     }
     int hasMoved = 0;
