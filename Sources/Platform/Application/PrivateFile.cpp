@@ -30,6 +30,21 @@ int makeFolders(const std::filesystem::path& folder) {
 }  // namespace
 
 FoundFile findPrivateFile(const std::filesystem::path& path) {
+    auto found = findOwnFile(path);
+    if (found.error == 0) {
+        closeToOthers(found.path);
+    }
+    return found;
+}
+
+void closeToOthers(const std::filesystem::path& path) {
+    struct stat found {};
+    if (::lstat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode) && (found.st_mode & rightsOfOthers) != 0) {
+        static_cast<void>(::chmod(path.c_str(), found.st_mode & S_IRWXU));
+    }
+}
+
+FoundFile findOwnFile(const std::filesystem::path& path) {
     std::error_code error;
     // SQLite refuses a symbolic link anywhere in a path, but only the one at the file's own place is suspicious: homes
     // are often behind one.
@@ -47,11 +62,6 @@ FoundFile findPrivateFile(const std::filesystem::path& path) {
     }
     if (found.st_uid != ::geteuid() && ::geteuid() != 0) {
         return {EACCES, {}};
-    }
-    if ((found.st_mode & rightsOfOthers) != 0) {
-        // Where this fails (a read-only or foreign file system) a secret that is there can still be read, no worse than
-        // before.
-        static_cast<void>(::chmod(file.c_str(), found.st_mode & S_IRWXU));
     }
     return {0, file.string()};
 }

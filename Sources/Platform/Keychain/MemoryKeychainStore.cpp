@@ -45,7 +45,8 @@ public:
         if (firstMatch({item.service, item.account}) != items_.end()) {
             return KeychainStatus::duplicateItem;
         }
-        items_.push_back({item.service, item.account, item.label, item.comment, item.data, freshPersistentReference()});
+        items_.push_back({item.service, item.account, item.label, item.comment, item.data, freshPersistentReference(),
+                          item.accessibility});
         return KeychainStatus::success;
     }
 

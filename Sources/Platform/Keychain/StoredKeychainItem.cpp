@@ -1,10 +1,15 @@
 #include <Platform/Keychain/StoredKeychainItem.hpp>
 
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
 
 #include <utility>
 
 namespace Tarnwick_API::Platform {
+
+std::int64_t timeOfWriting() {
+    return WallClock::now().time_since_epoch().count();
+}
 
 Bytes freshPersistentReference() {
     return Uuid::random().uuidString();
@@ -30,6 +35,7 @@ KeychainAnswer answerShowing(StoredKeychainItem item, const KeychainReturn& want
         shown.account = std::move(item.account);
         shown.label = std::move(item.label);
         shown.comment = std::move(item.comment);
+        shown.accessibility = std::move(item.accessibility);
     }
     if (wanted.data) {
         shown.data = std::move(item.data);

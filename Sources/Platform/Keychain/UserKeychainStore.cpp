@@ -3,6 +3,7 @@
 #include <Platform/Keychain/SecretService/SecretServiceKeychainStore.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <memory>
@@ -30,13 +31,11 @@ public:
           timeout_{timeout} {}
 
     KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override {
-        const auto [status, store] = ready();
-        return store ? store->copyMatching(query, wanted) : KeychainAnswer{status, {}};
+        return wherever([&](KeychainStore& store) { return store.copyMatching(query, wanted); });
     }
 
     KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) override {
-        const auto [status, store] = ready();
-        return store ? store->update(target, changes) : status;
+        return wherever([&](KeychainStore& store) { return KeychainAnswer{store.update(target, changes), {}}; }).status;
     }
 
     KeychainStatus add(const KeychainItem& item) override {
@@ -45,8 +44,12 @@ public:
     }
 
     KeychainStatus remove(const KeychainQuery& target) override {
-        const auto [status, store] = ready();
-        return store ? store->remove(target) : status;
+        return wherever([&](KeychainStore& store) { return KeychainAnswer{store.remove(target), {}}; }).status;
+    }
+
+    std::optional<std::string> message(KeychainStatus status) const override {
+        const bool isFiles = isFileToBlame_ || currentState() == State::file;
+        return isFiles ? file_->message(status) : secretService_->message(status);
     }
 
     KeychainStoreState state() override {
@@ -71,6 +74,32 @@ private:
         std::shared_ptr<KeychainStore> store = nullptr;
     };
 
+    /// What `call` answers on the store in use; and when it finds nothing in the file because another process has moved
+    /// the items since this one chose, on the Secret Service.
+    template <class Call>
+    KeychainAnswer wherever(Call call) {
+        const auto [status, store] = ready();
+        if (!store) {
+            return {status, {}};
+        }
+        auto answer = call(*store);
+        if (answer.status != KeychainStatus::itemNotFound || store != file_ || !file_->haveItemsMoved()) {
+            return answer;
+        }
+        const auto inquiry = secretService_->inquire();
+        if (inquiry.offer == SecretServiceKeychainStore::Offer::notOffered) {
+            return answer;
+        }
+        if (inquiry.offer == SecretServiceKeychainStore::Offer::noAnswer) {
+            return {KeychainStatus::notAvailable, {}};
+        }
+        if (decide(State::file, State::unmigrated)) {
+            say("the Secret Service, as another process has moved the items to it");
+        }
+        const auto [newStatus, newStore] = ready();
+        return newStore ? call(*newStore) : KeychainAnswer{newStatus, {}};
+    }
+
     Ready ready() {
         auto store = chosen();
         if (!store) {
@@ -93,12 +122,12 @@ private:
         const auto inquiry = secretService_->inquire();
         switch (inquiry.offer) {
             case SecretServiceKeychainStore::Offer::offered:
-                if (decide(State::unmigrated)) {
+                if (decide(State::undecided, State::unmigrated)) {
                     say("the Secret Service, as " + inquiry.reason);
                 }
                 break;
             case SecretServiceKeychainStore::Offer::notOffered:
-                if (decide(State::file)) {
+                if (decide(State::undecided, State::file)) {
                     say("the file " + fileName_ + ", as there is " + inquiry.reason);
                 }
                 break;
@@ -109,16 +138,16 @@ private:
     }
 
     /// False when another call has decided meanwhile.
-    bool decide(State state) {
+    bool decide(State before, State after) {
         const std::lock_guard lock{mutex_};
-        if (state_ != State::undecided) {
+        if (state_ != before) {
             return false;
         }
-        state_ = state;
+        state_ = after;
         return true;
     }
 
-    State currentState() {
+    State currentState() const {
         const std::lock_guard lock{mutex_};
         return state_;
     }
@@ -163,25 +192,32 @@ private:
     /// Migrates what the file has to the Secret Service. A failure keeps the caller from taking for absent what is in
     /// the file.
     KeychainStatus migrate() {
-        auto content = file_->everything();
-        if (content.status == KeychainStatus::notAvailable) {
-            return content.status;  // another process is busy with it
-        }
-        if (content.status != KeychainStatus::success) {
-            say("the file " + fileName_ + " can't be moved to the Secret Service, as it can't be read");
-            return KeychainStatus::success;
-        }
-        if (content.items.empty()) {
-            return KeychainStatus::success;
-        }
-        if (const auto status = secretService_->migrate(content.items, content.writtenAt);
-            status != KeychainStatus::success) {
-            return status;
-        }
-        if (file_->removeUnchanged(content.items) == KeychainStatus::success) {
+        // Another process may write into the file meanwhile; what it keeps on writing is for the next one to migrate.
+        constexpr int rounds = 3;
+        for (int round = 0; round < rounds; ++round) {
+            const auto content = file_->everything();
+            isFileToBlame_ = content.status == KeychainStatus::notAvailable;
+            if (content.status == KeychainStatus::notAvailable) {
+                return content.status;  // another process is busy with it
+            }
+            if (content.status != KeychainStatus::success) {
+                say("the file " + fileName_ + " can't be moved to the Secret Service, as it can't be read");
+                return KeychainStatus::success;
+            }
+            if (content.items.empty()) {
+                return KeychainStatus::success;
+            }
+            if (const auto status = secretService_->migrate(content.items); status != KeychainStatus::success) {
+                return status;
+            }
+            if (file_->removeMoved(content.items) != KeychainStatus::success) {
+                say("the items in " + fileName_ + " can't be deleted, though the Secret Service has them now");
+                // Otherwise one that is deleted there would come back from here.
+                return secretService_->noteMoved(content.items);
+            }
             say("moved from the file to the Secret Service: " + std::to_string(content.items.size()) + " items");
-        } else {
-            say("the items in " + fileName_ + " can't be deleted, though the Secret Service has them now");
+            // A note that stays does no harm: its reference is never used again.
+            static_cast<void>(secretService_->forgetMoved(content.items));
         }
         return KeychainStatus::success;
     }
@@ -190,7 +226,9 @@ private:
     const std::string fileName_;
     const std::shared_ptr<SecretServiceKeychainStore> secretService_;
     const std::chrono::milliseconds timeout_;
-    std::mutex mutex_;
+    /// Whether what was last not available was the file, on the way to the Secret Service.
+    std::atomic<bool> isFileToBlame_ = false;
+    mutable std::mutex mutex_;
     std::condition_variable changed_;
     HeldOverFork heldOverFork_{mutex_, &changed_};
     State state_ = State::undecided;

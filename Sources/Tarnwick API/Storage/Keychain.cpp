@@ -3,6 +3,7 @@
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 
 #include <Platform/Application/ProcessWide.hpp>
+#include <Platform/Logging/DebugChannel.hpp>
 #include <Platform/Text/Utf8.hpp>
 
 #include <cstdio>
@@ -28,8 +29,13 @@ constexpr const char* networkPreferences =
 
 constexpr Platform::ProcessWide installedStore{&Platform::ProcessValues::keychainStore};
 
-std::string label() {
-    return Platform::Bundle::main()->text("CFBundleName").value_or("VPN App");
+/// Worked out at the first use: one installation's items bear one name, whatever bundle is set later.
+const std::string& label() {
+    // Never destroyed: an operation may still run while the process exits.
+    static const auto& text =
+        *std::make_unique<const std::string>(Platform::Bundle::main()->text("CFBundleName").value_or("VPN App"))
+             .release();
+    return text;
 }
 
 std::optional<Bytes> encoded(const std::string& password) {
@@ -86,6 +92,7 @@ const std::string& Keychain::requiresUserInteractionValue() {
 }
 
 void Keychain::setPassword(const std::string& service, const std::string& account, const std::string& password) {
+    const auto& name = label();
     const auto keychain = store();
     const auto status = updateExisting(*keychain, service, account, password);
     if (status == KeychainStatus::success) {
@@ -94,14 +101,19 @@ void Keychain::setPassword(const std::string& service, const std::string& accoun
     if (status != KeychainStatus::itemNotFound) {
         deleteAll(*keychain, service);
     }
-    const auto name = label();
-    // Nobody could be told of a failure: whoever reads finds no item.
-    static_cast<void>(keychain->add({.service = service,
-                                     .account = account,
-                                     .data = encoded(password),
-                                     .label = name,
-                                     .access = {name, {std::nullopt, networkExtensionAgent, networkPreferences}},
-                                     .comment = requiresUserInteractionValue()}));
+    const auto added = keychain->add({.service = service,
+                                      .account = account,
+                                      .data = encoded(password),
+                                      .label = name,
+                                      .access = {name, {std::nullopt, networkExtensionAgent, networkPreferences}},
+                                      .comment = requiresUserInteractionValue(),
+                                      .accessibility = Platform::keychainAccessibleAlways});
+    // No caller is told, and whoever reads finds no item: the developer at least learns why.
+    if (added != KeychainStatus::success && Platform::DebugChannel::isOpen()) {
+        Platform::DebugChannel::write(
+            "Keychain: the password for " + service + " is not kept: " + keychain->message(added).value_or(""),
+            "setPassword");
+    }
 }
 
 std::optional<std::string> Keychain::getPassword(const std::string& service, const std::string& account) {

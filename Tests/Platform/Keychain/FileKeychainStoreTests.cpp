@@ -1,5 +1,7 @@
 // What lies on the disk, and what becomes of it when the disk, the rights or the file are not as they should be.
 
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
+
 #include "ChildProcess.hpp"
 #include "PrintKeychainStatus.hpp"
 #include "TemporaryFolder.hpp"
@@ -8,6 +10,7 @@
 #include <array>
 #include <csignal>
 #include <fstream>
+#include <list>
 #include <optional>
 #include <sstream>
 
@@ -57,6 +60,13 @@ Statuses everyCall(KeychainStore& store) {
     return {found, updated, added, removed};
 }
 
+void runSql(const fs::path& path, const char* sql) {
+    sqlite3* opened = nullptr;
+    EXPECT_EQ(sqlite3_open(path.c_str(), &opened), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(opened, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(opened);
+}
+
 class FileKeychain : public ::testing::Test {
 protected:
     /// What `prepare` and then every call give in a child process; none when the machine refuses the preparation.
@@ -64,22 +74,27 @@ protected:
     std::optional<Statuses> everyCallInChild(Prepare prepare) {
         struct Report {
             bool prepared = false;
+            KeychainStatus state = success;
             Statuses statuses{};
         };
         const Shared<Report> report;
         ChildProcess child{[&] {
             if (prepare()) {
                 FileKeychainStore store{file};
+                report->state = store.state().status;
                 report->statuses = everyCall(store);
                 report->prepared = true;
             }
         }};
         EXPECT_EQ(child.wait(), 0);
+        state = report->state;
         return report->prepared ? std::optional{report->statuses} : std::nullopt;
     }
 
     TemporaryFolder folder;
     fs::path file = folder.path() / "made" / "for it" / "keychain.sqlite";
+    /// What the store in that child said of itself.
+    KeychainStatus state = success;
 };
 
 TEST_F(FileKeychain, IsPrivateWhateverTheMask) {
@@ -141,26 +156,28 @@ TEST_F(FileKeychain, RefusesWhatIsNoKeychainAndLeavesItAlone) {
     ASSERT_EQ(store.add(item), success);
     const auto good = contentOf(file);
     auto laterVersion = good;
-    laterVersion[63] = 2;  // the last byte of the user version
-    auto foreignTables = good;
-    foreignTables.replace(foreignTables.find("CREATE TABLE item"), 17, "CREATE TABLE else");
+    laterVersion[63] = 3;  // the last byte of the user version
+    fs::remove(file);
+    runSql(file, "CREATE TABLE other (x); INSERT INTO other VALUES (1)");
+    const auto foreign = contentOf(file);
 
     const struct {
         std::string name, content;
         KeychainStatus status = success;
+        mode_t mode = 0644;
     } rows[] = {
         {"text", std::string(5000, 'x'), invalidKeychain},
         {"short text", "xy", invalidKeychain},
-        {"cut in the first page", good.substr(0, 700), invalidKeychain},
-        {"cut after the first page", good.substr(0, 4096), invalidKeychain},
-        {"later version", laterVersion, KeychainStatus::unknownFormat},
-        {"foreign tables", foreignTables, invalidKeychain},
+        {"foreign tables", foreign, invalidKeychain},
+        {"later version", laterVersion, KeychainStatus::unknownFormat, 0600},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         writeFile(file, row.content);
+        fs::permissions(file, fs::perms{0644});
         EXPECT_THAT(everyCall(store), ::testing::Each(row.status));
         EXPECT_TRUE(contentOf(file) == row.content);
+        EXPECT_EQ(modeOf(file), row.mode);
     }
     fs::remove(file);
     fs::create_directory(file);
@@ -168,6 +185,94 @@ TEST_F(FileKeychain, RefusesWhatIsNoKeychainAndLeavesItAlone) {
     fs::remove(file);
     ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
     EXPECT_THAT(everyCall(store), ::testing::Each(invalidKeychain)) << "and does not wait for a writer";
+}
+
+TEST_F(FileKeychain, SetsADamagedFileAsideAndBeginsWithANewOne) {
+    FileKeychainStore store{file};
+    ASSERT_EQ(store.add(item), success);
+    const auto good = contentOf(file);
+    const auto withGap = [&](std::size_t from, std::size_t size) {
+        auto content = good;
+        return content.replace(from, size, std::string(size, '\xA5'));
+    };
+    auto noTable = good;
+    noTable.replace(noTable.find("CREATE TABLE item"), 17, "CREATE TABLE else");
+    const struct {
+        std::string name, content;
+    } rows[] = {
+        {"cut in the first page", good.substr(0, 700)},
+        {"cut after it", good.substr(0, 4096)},
+        {"no header", withGap(0, 512)},
+        {"only a header", withGap(100, good.size() - 100)},
+        {"no items", withGap(4096, good.size() - 4096)},
+        {"no table", noTable},
+    };
+    for (const auto& row : rows) {
+        for (const bool byRemoval : {false, true}) {
+            SCOPED_TRACE(row.name + (byRemoval ? ", removed" : ", added"));
+            fs::remove_all(file.parent_path());
+            fs::create_directories(file.parent_path());
+            writeFile(file, row.content);
+            writeFile(file.string() + "-journal", "no valid journal");
+            EXPECT_EQ(store.copyMatching(query, {}).status, invalidKeychain);
+            EXPECT_EQ(store.state().status, invalidKeychain);
+            EXPECT_THAT(store.message(invalidKeychain), ::testing::Optional(::testing::HasSubstr("damaged")));
+            EXPECT_TRUE(contentOf(file) == row.content) << "a look changes nothing";
+            EXPECT_EQ(byRemoval ? store.remove(query) : store.add(item), byRemoval ? itemNotFound : success);
+            EXPECT_EQ(store.copyMatching(query, {}).status, byRemoval ? itemNotFound : success);
+            const auto state = store.state();
+            EXPECT_EQ(state.status, success);
+            EXPECT_THAT(state.damagedFile, ::testing::StartsWith(file.string() + ".damaged-"));
+            EXPECT_TRUE(contentOf(state.damagedFile) == row.content);
+            EXPECT_EQ(modeOf(state.damagedFile), 0600U);
+        }
+    }
+}
+
+TEST_F(FileKeychain, LosesNothingWhenProcessesFindTheSameDamage) {
+    constexpr int processes = 4;
+    fs::create_directories(file.parent_path());
+    for (int round = 0; round < 20; ++round) {
+        fs::remove_all(file.parent_path());
+        ASSERT_EQ(FileKeychainStore{file}.add(item), success);
+        fs::resize_file(file, 5000);
+        std::list<ChildProcess> writers;
+        for (int number = 0; number < processes; ++number) {
+            writers.emplace_back([&] {
+                ::_exit(FileKeychainStore{file}.add({"s", std::to_string(number), {}, "", {}, ""}) == success ? 0 : 1);
+            });
+        }
+        for (auto& writer : writers) {
+            EXPECT_EQ(writer.wait(), 0);
+        }
+        for (int number = 0; number < processes; ++number) {
+            EXPECT_EQ(FileKeychainStore{file}.copyMatching({"s", std::to_string(number)}, {}).status, success);
+        }
+        EXPECT_EQ(std::distance(fs::directory_iterator{file.parent_path()}, {}), 2) << "one was set aside";
+    }
+}
+
+TEST_F(FileKeychain, ReadsTheFirstLayoutAsItIsAndWritesThePresentOne) {
+    fs::create_directories(file.parent_path());
+    runSql(file,
+           "CREATE TABLE item (id INTEGER PRIMARY KEY, service TEXT NOT NULL, account TEXT NOT NULL,"
+           " label TEXT NOT NULL, comment TEXT NOT NULL, data BLOB, reference BLOB NOT NULL UNIQUE,"
+           " UNIQUE (account, service)) STRICT; PRAGMA user_version = 1;"
+           "INSERT INTO item VALUES (1, 's', 'a', 'label', 'comment', x'6F6C64', x'726566')");
+    const auto first = contentOf(file);
+    const auto time = fs::file_time_type::clock::now() - std::chrono::hours{1};
+    fs::last_write_time(file, time);
+    FileKeychainStore store{file};
+    const auto before = store.everything().items;
+    ASSERT_EQ(before.size(), 1U);
+    EXPECT_EQ(before.front().data, "old");
+    EXPECT_EQ(before.front().accessibility, "always");
+    EXPECT_TRUE(contentOf(file) == first);
+    EXPECT_EQ(store.add({"t", "b", "new", "", {}, ""}), success);
+    const auto after = store.everything().items;
+    ASSERT_EQ(after.size(), 2U);
+    EXPECT_EQ(after.front(), before.front()) << "its time, which was the file's, too";
+    EXPECT_GT(after.back().written, before.front().written);
 }
 
 TEST_F(FileKeychain, OverwritesFormerSecrets) {
@@ -201,9 +306,11 @@ TEST_F(FileKeychain, SaysThatItMayNotWrite) {
 
     fs::permissions(file.parent_path(), fs::perms{0500});
     EXPECT_EQ(everyCallInChild(asUser), (Statuses{success, denied, denied, denied})) << "read-only folder";
+    EXPECT_EQ(state, denied);
     fs::permissions(file.parent_path(), fs::perms{0700});
     fs::permissions(file, fs::perms{0400});
     EXPECT_EQ(everyCallInChild(asUser), (Statuses{success, denied, denied, denied})) << "read-only file";
+    EXPECT_EQ(state, denied);
     if (isRoot) {
         ASSERT_EQ(::chown(file.c_str(), 0, 0), 0);
         ASSERT_EQ(::chmod(file.c_str(), 0666), 0);
@@ -212,6 +319,7 @@ TEST_F(FileKeychain, SaysThatItMayNotWrite) {
     fs::remove(file);
     fs::permissions(file.parent_path(), fs::perms{0500});
     EXPECT_EQ(everyCallInChild(asUser), (Statuses{itemNotFound, itemNotFound, denied, itemNotFound})) << "no file";
+    EXPECT_EQ(state, denied);
     fs::permissions(file.parent_path(), fs::perms{0700});
 }
 
@@ -245,6 +353,7 @@ TEST_F(FileKeychain, SaysThatTheFileSystemIsFullOrReadOnly) {
     EXPECT_EQ(full, (Statuses{success, success, KeychainStatus::diskFull, success}));
     constexpr auto denied = KeychainStatus::writePermission;
     EXPECT_EQ(readOnly, (Statuses{success, denied, denied, denied}));
+    EXPECT_EQ(state, denied);
 }
 
 TEST_F(FileKeychain, GivesUpOnALockThatStays) {
@@ -254,7 +363,17 @@ TEST_F(FileKeychain, GivesUpOnALockThatStays) {
     ASSERT_EQ(sqlite3_open(file.c_str(), &opened), SQLITE_OK);
     const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> other{opened, &sqlite3_close};
     ASSERT_EQ(sqlite3_exec(opened, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    int waits = 0;
+    int refusals = 0;
+    Logging::setSink([&](const auto& entry) {
+        waits += entry.message.find("given up after 1 ms") == std::string::npos ? 0 : 1;
+        refusals += entry.message.find("still locked") == std::string::npos ? 0 : 1;
+    });
     EXPECT_THAT(everyCall(store), ::testing::Each(KeychainStatus::notAvailable));
+    Logging::setSink({});
+    EXPECT_EQ(waits, 1);
+    EXPECT_EQ(refusals, 3);
+    EXPECT_THAT(store.message(KeychainStatus::notAvailable), ::testing::Optional(::testing::HasSubstr("locked")));
     ASSERT_EQ(sqlite3_exec(opened, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
     EXPECT_THAT(everyCall(store), ::testing::Each(success));
 }

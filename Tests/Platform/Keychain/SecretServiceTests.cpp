@@ -83,17 +83,18 @@ TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenCollection) {
         std::string name;
         std::function<void()> prepare;
         KeychainStatus status = success;
+        std::string message = "No error.";
     } rows[] = {
-        {"bus without keyring", [] {}, notAvailable},
-        {"no collection", [&] { keyring.startKeyring({}); }, notAvailable},
+        {"bus without keyring", [] {}, notAvailable, "No keyring runs"},
+        {"no collection", [&] { keyring.startKeyring({}); }, notAvailable, "no default collection"},
         {"open", [&] { keyring.startKeyring(); }, success},
-        {"locked in between", [&] { keyring.lock(); }, locked},
-        {"locked from the start", [&] { keyring.startKeyring("wrong"); }, locked},
+        {"locked in between", [&] { keyring.lock(); }, locked, "Unlock it"},
+        {"locked from the start", [&] { keyring.startKeyring("wrong"); }, locked, "Unlock it"},
         {"open again", [&] { keyring.startKeyring(); }, success},
-        {"keyring gone", [&] { keyring.endKeyring(); }, notAvailable},
-        {"no bus", [&] { keyring.endBus(); }, notAvailable},
+        {"keyring gone", [&] { keyring.endKeyring(); }, notAvailable, "No keyring runs"},
+        {"no bus", [&] { keyring.endBus(); }, notAvailable, "no bus"},
         {"everything back", [&] { keyring.startBus(), keyring.startKeyring(); }, success},
-        {"no address", [] { ::unsetenv("DBUS_SESSION_BUS_ADDRESS"); }, notAvailable},
+        {"no address", [] { ::unsetenv("DBUS_SESSION_BUS_ADDRESS"); }, notAvailable, "no bus"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -110,6 +111,7 @@ TEST_F(SecretService, FailsAtOnceAndTellsWhyWhenThereIsNoOpenCollection) {
             } else {
                 EXPECT_THAT(everyCall(*each), Each(row.status));
             }
+            EXPECT_THAT(each->message(row.status), ::testing::Optional(HasSubstr(row.message)));
             EXPECT_EQ(unlock(*each), row.status);
             EXPECT_EQ(each->state().name, "Secret Service");
         }
@@ -141,6 +143,7 @@ TEST_F(SecretService, GivesUpOnceWhenThereIsNoAnswer) {
     keyring.freezeKeyring();
     const auto calls = everyCall(*hurried);
     EXPECT_THAT(calls, Each(notAvailable));
+    EXPECT_THAT(hurried->message(notAvailable), ::testing::Optional(HasSubstr("does not answer")));
     EXPECT_EQ(occurrences(log.str(), "no answer within 100 ms"), 1U) << "one wait for a whole chain of calls";
     EXPECT_EQ(occurrences(log.str(), "has not answered an earlier call yet"), calls.size() - 1);
     keyring.thawKeyring();

@@ -1,6 +1,7 @@
 // Which store the user's choice falls on, and how what the file holds gets to the Secret Service.
 
 #include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
@@ -10,6 +11,8 @@
 #include <Platform/Keychain/File/FileKeychainStore.hpp>
 
 #include <atomic>
+#include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <sstream>
 #include <thread>
@@ -18,6 +21,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Tarnwick_API::Platform {
 namespace {
@@ -81,6 +87,10 @@ TEST_F(UserKeychainStore, IsTheSecretServiceWhereThereIsOneAndTheFileElsewhere) 
          },
          "private file", "no Secret Service"},
         {"no bus", [&] { keyring.endBus(); }, "private file", "no session bus"},
+        {"a bus that GLib would have to start", [] { ::setenv("DBUS_SESSION_BUS_ADDRESS", "autolaunch:", 1); },
+         "private file", "no session bus"},
+        {"no folder with a bus", [] { ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null/bus", 1); },
+         "private file", "no session bus"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -93,6 +103,22 @@ TEST_F(UserKeychainStore, IsTheSecretServiceWhereThereIsOneAndTheFileElsewhere) 
         EXPECT_THAT(log.str(), HasSubstr(row.reason));
         EXPECT_EQ(row.chosen == "private file", inFile.copyMatching({row.name, {}}, {}).status == success);
     }
+}
+
+TEST_F(UserKeychainStore, IsTheFileOnTheBusOfAnotherUser) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root can be another user";
+    }
+    keyring.startKeyring();
+    for (const auto* const place : {"", "session"}) {
+        ASSERT_EQ(::chmod((keyring.folder() / place).c_str(), 0777), 0);
+    }
+    const auto store = fresh();
+    ASSERT_EQ(::seteuid(65534), 0);
+    EXPECT_EQ(store->add(itemOf("s", 1)), success);
+    ASSERT_EQ(::seteuid(0), 0);
+    EXPECT_THAT(log.str(), HasSubstr("no session bus of this user"));
+    EXPECT_EQ(inFile.copyMatching(query, {}).status, success);
 }
 
 TEST_F(UserKeychainStore, NeverTakesTheFileWhileTheSecretServiceDoesNotAnswer) {
@@ -135,20 +161,18 @@ TEST_F(UserKeychainStore, AnswersOthersWhileOneCallMigrates) {
     ASSERT_EQ(sqlite3_open(file.c_str(), &opened), SQLITE_OK);
     const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> other{opened, &sqlite3_close};
     ASSERT_EQ(sqlite3_exec(opened, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
-    std::atomic<int> failures = 0;
-    std::atomic<bool> isEnough = false;
+    std::atomic<bool> hasEnded = false;
     std::thread migrating{[&] {
-        while (!isEnough) {  // for a second each: as long as the file's lock is waited for
-            EXPECT_EQ(store->copyMatching(query, all).status, KeychainStatus::notAvailable);
-            ++failures;
-        }
+        // For as long as the file's lock is waited for, a second.
+        EXPECT_EQ(store->copyMatching(query, all).status, KeychainStatus::notAvailable);
+        hasEnded = true;
     }};
     for (int count = 0; count < 20; ++count) {
         EXPECT_EQ(store->state().status, success);
     }
-    EXPECT_LT(failures, 3) << "waited for the other call";
-    isEnough = true;
+    EXPECT_FALSE(hasEnded) << "waited for the other call";
     migrating.join();
+    EXPECT_THAT(store->message(KeychainStatus::notAvailable), ::testing::Optional(HasSubstr("file locked")));
 
     ASSERT_EQ(sqlite3_exec(opened, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
     std::vector<std::thread> threads(4);
@@ -162,39 +186,93 @@ TEST_F(UserKeychainStore, AnswersOthersWhileOneCallMigrates) {
 
 TEST_F(UserKeychainStore, KeepsTheItemThatWasWrittenLast) {
     keyring.startKeyring();
-    const auto now = fs::file_time_type::clock::now();
+    auto now = WallClock::now();
+    WallClock::setSource([&] { return now += std::chrono::microseconds{1}; });
+    const auto write = [](KeychainStore& store, const std::string& account, const std::string& service = "s") {
+        EXPECT_EQ(store.add({service, account, "data", "", {}, ""}), success);
+    };
     const struct {
         std::string name;
         std::function<void()> prepare;
-        std::chrono::hours fileAge;
         std::string account;
     } rows[] = {
-        {"the file's, of the same account",
+        {"the file's, of the same account", [&] { write(*inSecretService, "file"), write(inFile, "file"); }, "file"},
+        {"the file's, of another account", [&] { write(*inSecretService, "other"), write(inFile, "file"); }, "file"},
+        {"the Secret Service's", [&] { write(inFile, "file"), write(*inSecretService, "other"); }, "other"},
+        {"the file's, changed",
          [&] {
-             return void(inSecretService->add({"s", "file", "old", "", {}, ""}));
+             write(inFile, "old"), write(*inSecretService, "other");
+             EXPECT_EQ(inFile.update(query, {.account = "file"}), success);
          },
-         std::chrono::hours{-1}, "file"},
-        {"the file's, of another account",
+         "file"},
+        {"the Secret Service's, changed",
          [&] {
-             return void(inSecretService->add({"s", "other", "old", "", {}, ""}));
+             write(*inSecretService, "old"), write(inFile, "file");
+             EXPECT_EQ(inSecretService->update(query, {.account = "other"}), success);
          },
-         std::chrono::hours{-1}, "file"},
-        {"the Secret Service's",
+         "other"},
+        {"the Secret Service's, with the flag of the file's reset",
          [&] {
-             return void(inSecretService->add({"s", "other", "new", "", {}, ""}));
+             write(inFile, "file"), write(*inSecretService, "other");
+             EXPECT_EQ(inFile.update(query, {.comment = ""}), success);
          },
-         std::chrono::hours{1}, "other"},
+         "other"},
+        {"the Secret Service's, with another of the file's deleted",
+         [&] {
+             write(inFile, "t", "t"), write(inFile, "file"), write(*inSecretService, "other");
+             EXPECT_EQ(inFile.remove({"t", {}}), success);
+         },
+         "other"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         static_cast<void>(inSecretService->remove(query));
-        ASSERT_EQ(inFile.add({"s", "file", "data", "", {}, ""}), success);
         row.prepare();
-        fs::last_write_time(file, now - row.fileAge);
         EXPECT_EQ(only(*fresh()).account, row.account);
         EXPECT_EQ(keyring.count("s"), 1);
         EXPECT_EQ(inFile.copyMatching({}, {}).status, KeychainStatus::itemNotFound);
     }
+}
+
+TEST_F(UserKeychainStore, FindsInTheSecretServiceWhatAnotherProcessHasMovedThere) {
+    const auto onFile = fresh();
+    ASSERT_EQ(onFile->add(itemOf("s", 1)), success);
+    keyring.startKeyring();
+    EXPECT_EQ(numberOf(onFile->copyMatching(query, all)), 1U);
+    EXPECT_EQ(onFile->state().name, "private file") << "for as long as the items are there";
+    EXPECT_EQ(numberOf(fresh()->copyMatching(query, all)), 1U);
+    EXPECT_EQ(onFile->update(query, changesOf(2)), success);
+    EXPECT_EQ(onFile->state().name, "Secret Service");
+    EXPECT_EQ(numberOf(inSecretService->copyMatching(query, all)), 2U);
+}
+
+TEST_F(UserKeychainStore, BringsNothingBackFromAFileThatCannotBeEmptied) {
+    keyring.startKeyring();
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const auto limitFiles = [&](rlim_t size) {
+        const rlimit limit{size, usual.rlim_max};
+        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    };
+    const auto statusOf = [&] {
+        limitFiles(0);
+        const auto status = fresh()->copyMatching(query, all).status;
+        limitFiles(usual.rlim_cur);
+        return status;
+    };
+    ASSERT_EQ(inFile.add(itemOf("s", 1)), success);
+    EXPECT_EQ(statusOf(), success);
+    EXPECT_EQ(inFile.update(query, changesOf(2)), success);
+    EXPECT_EQ(statusOf(), success);
+    EXPECT_EQ(numberOf(inSecretService->copyMatching(query, all)), 2U) << "written after the move";
+
+    EXPECT_EQ(inSecretService->remove(query), success);
+    EXPECT_EQ(statusOf(), KeychainStatus::itemNotFound);
+    EXPECT_EQ(inFile.copyMatching(query, {}).status, success);
+    EXPECT_EQ(fresh()->copyMatching(query, all).status, KeychainStatus::itemNotFound);
+    EXPECT_EQ(inFile.copyMatching({}, {}).status, KeychainStatus::itemNotFound) << "emptied at last";
+    EXPECT_EQ(keyring.count("example.tarnwick.MovedItem", "xdg:schema"), 0);
 }
 
 TEST_F(UserKeychainStore, LosesAndDoublesNothingWhenKilledInTheMigration) {

@@ -7,7 +7,9 @@
 #include "TemporaryFolder.hpp"
 
 #include <cstdlib>
+#include <fstream>
 #include <functional>
+#include <iostream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -126,9 +128,10 @@ protected:
     Platform::ScopedProcessValues scope;
 };
 
-std::string addition(const std::string& data, const std::string& label = "VPN App") {
-    return "add service=s account=a" + data + " label=" + label + " access=" + label +
-           "[self;/usr/libexec/neagent;/System/Library/PreferencePanes/Network.prefPane/Contents/XPCServices/"
+std::string addition(const std::string& data) {
+    return "add service=s account=a" + data +
+           " label=VPN App accessible=always access=VPN "
+           "App[self;/usr/libexec/neagent;/System/Library/PreferencePanes/Network.prefPane/Contents/XPCServices/"
            "com.apple.preference.network.remoteservice.xpc;] comment=" +
            flagged;
 }
@@ -207,20 +210,6 @@ TEST_F(KeychainCalls, AreMadeInOrderWithTheseArguments) {
          },
          set,
          {lookUp, "remove service=s", addition(" data=p")}},
-        {"application with a name",
-         false,
-         [] {
-             Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleName", "Name"}}});
-         },
-         set,
-         {lookUp, addition(" data=p", "Name")}},
-        {"application whose name is no text",
-         false,
-         [] {
-             Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleName", std::int64_t{7}}}});
-         },
-         set,
-         {lookUp, addition(" data=p")}},
         {"delete", true, {}, [] { Keychain::deleteItem("s"); }, {"remove service=s"}},
         {"delete fails", true, fail("remove", denied), [] { Keychain::deleteItem("s"); }, {"remove service=s"}},
         {"reset", true, {}, resetFlag, {exists, clear}},
@@ -312,6 +301,36 @@ TEST_F(KeychainCalls, TakeAnAnswerOfAnUnexpectedShapeForAMissingItem) {
     }
 }
 
+TEST(Keychain, NamesItsItemsAsTheApplicationIsCalledAtTheFirstUse) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // a process that has not used it yet
+    const struct {
+        Platform::Bundle bundle;
+        std::string label;
+    } rows[] = {
+        {Platform::Bundle{{{"CFBundleName", "Name"}}}, "Name"},
+        {Platform::Bundle{{{"CFBundleName", std::int64_t{7}}}}, "VPN App"},
+        {Platform::Bundle{}, "VPN App"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EXIT(
+            {
+                const auto store = std::make_shared<RecordingKeychainStore>();
+                Keychain::setStore(store);
+                Platform::Bundle::setMain(row.bundle);
+                Keychain::setPassword("s", "a", "p");
+                Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleName", "Later"}}});
+                Keychain::setPassword("t", "a", "p");
+                for (const auto& call : store->takeCalls()) {
+                    std::cerr << call << ';';
+                }
+                std::exit(0);
+            },
+            ::testing::ExitedWithCode(0),
+            "add service=s.* label=" + row.label + " .*access=" + row.label +
+                "\\[.*add service=t.* label=" + row.label + " .*access=" + row.label + "\\[");
+    }
+}
+
 TEST(Keychain, IsAPrivateFileWithoutASecretServiceUnlessAnotherStoreIsInstalled) {
     const TemporaryFolder folder;
     ASSERT_EQ(::setenv("XDG_DATA_HOME", folder.path().c_str(), 1), 0);
@@ -323,9 +342,12 @@ TEST(Keychain, IsAPrivateFileWithoutASecretServiceUnlessAnotherStoreIsInstalled)
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 
     Keychain::setStore(nullptr);
+    const auto place = folder.path() / "org.example.App";
+    std::filesystem::create_directory(place);
+    std::ofstream{place / "keychain.sqlite"} << "damaged beyond recognition";
     EXPECT_FALSE(Keychain::hasLoginData("s"));
     Keychain::setPassword("s", "a", "p");
-    EXPECT_TRUE(std::filesystem::exists(folder.path() / "org.example.App" / "keychain.sqlite"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator{place}, {}), 2) << "nothing is deleted";
     EXPECT_TRUE(Keychain::hasLoginData("s"));
     Platform::Bundle::setMain({});
 }

@@ -51,7 +51,8 @@ KeychainStatus RecordingKeychainStore::add(const KeychainItem& item) {
     }
     const auto failure =
         record("add", field("service", item.service) + field("account", item.account) + field("data", item.data) +
-                          field("label", item.label) + field("access", access + "]") + field("comment", item.comment));
+                          field("label", item.label) + field("accessible", item.accessibility) +
+                          field("access", access + "]") + field("comment", item.comment));
     return failure ? *failure : store_->add(item);
 }
 

@@ -74,24 +74,30 @@ ExitStatus exitStatus(const KeptItem& item) {
 Result showStatus(const Settings& settings) {
     const auto state = Keychain::store()->state();
     auto item = keptItem(settings.keychainService);
-    if (state.status != KeychainStatus::success) {
+    if (state.status != KeychainStatus::success && !state.isReadOnly) {
         item = {.status = state.status};
     }
     const auto isKnown = item.status == KeychainStatus::success;
-    const auto words = Keychain::store()->message(item.status).value_or("");
+    const auto status = state.status == KeychainStatus::success ? item.status : state.status;
+    const auto words = Keychain::store()->message(status).value_or("");
+    const auto* const inOneWord = state.isReadOnly ? "read-only" : word(item.status);
     const auto yesOrNo = [](bool value) { return value ? "yes" : "no"; };
 
     Json json{{"keychain", state.name},
               {"location", state.location.empty() ? Json(nullptr) : Json(state.location)},
-              {"status", word(item.status)},
-              {"statusCode", static_cast<std::int32_t>(item.status)},
+              {"status", inOneWord},
+              {"statusCode", static_cast<std::int32_t>(status)},
               {"service", settings.keychainService}};
     Table table{{{""}, {""}}};
     table.addRow({"Keychain", state.name});
     if (!state.location.empty()) {
         table.addRow({"Location", state.location});
     }
-    table.addRow({"Status", isKnown ? word(item.status) : std::string{word(item.status)} + ": " + words});
+    table.addRow({"Status", status == KeychainStatus::success ? inOneWord : inOneWord + (": " + words)});
+    if (!state.damagedFile.empty()) {
+        json["damagedFile"] = state.damagedFile;
+        table.addRow({"Damaged, set aside", state.damagedFile});
+    }
     table.addRow({"Item for " + settings.keychainService, sentenceAbout(item)});
     if (isKnown) {
         json["item"] = word(item.kind);

@@ -40,7 +40,8 @@ struct LoginData {
 /// Thread: any. Every operation is a short series of synchronous calls of the keychain on the caller's thread; nothing
 /// guards the series, so of two `setPassword` for one service at the same time either may win.
 /// Errors: none. What fails reads as missing; `setPassword` and `resetRequiresUserInteraction` write a line to standard
-/// output when the keychain refuses to change an existing item.
+/// output when the keychain refuses to change an existing item, and why a secret could not be kept is on the debug
+/// channel.
 class Keychain {
 public:
     /// The comment of an item whose secret has been written and for which `resetRequiresUserInteraction` has not been
@@ -49,7 +50,8 @@ public:
 
     /// Writes the secret under `account`. An item that the service has already is changed in place, whatever its
     /// account, and keeps its reference; only one that can't be changed is deleted and made anew. A password that is no
-    /// UTF-8 is left out: a new item is then without a secret, a changed one keeps the secret that it had.
+    /// UTF-8 is left out: a new item is then without a secret, a changed one keeps the secret that it had. The label of
+    /// new items is the main bundle's "CFBundleName", or "VPN App" without one, as it is at the process's first call.
     static void setPassword(const std::string& service, const std::string& account, const std::string& password);
 
     /// None, for every item that this class writes, and on purpose so: the keychain answers with bare bytes where a

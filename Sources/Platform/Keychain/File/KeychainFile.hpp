@@ -15,9 +15,12 @@ struct LocatedKeychainFile {
     std::string path;
 };
 
-/// Looks for the regular file at `path`, and takes from group and others what rights they have on it (a restored copy,
-/// say). `itemNotFound` when nothing is there; `invalidKeychain` for anything but a file, a symbolic link too.
+/// Looks for the regular file at `path`. `itemNotFound` when nothing is there; `invalidKeychain` for anything but a
+/// file, a symbolic link too.
 [[nodiscard]] LocatedKeychainFile locateKeychainFile(const std::filesystem::path& path);
+
+/// `success` when the file at `path` can be written, or made when nothing is there, so far as rights tell.
+[[nodiscard]] KeychainStatus writabilityOfKeychainFile(const std::filesystem::path& path);
 
 /// Makes an empty file at `path` that is private (0600) from the first moment, and the folders that it needs (0700). A
 /// file or anything else that is there already is left as it is, with success.

@@ -17,6 +17,8 @@ constexpr const char* referenceKey = "ref";
 constexpr const char* createdKey = "created";
 constexpr const char* revisionKey = "revision";
 constexpr const char* hasDataKey = "hasData";
+constexpr const char* accessibilityKey = "accessible";
+constexpr const char* writtenKey = "written";
 
 GLibOwner<GHashTable> emptyTable() {
     return GLibOwner<GHashTable>{g_hash_table_new_full(g_str_hash, g_str_equal, g_free, g_free)};
@@ -53,6 +55,8 @@ SecretSchema schemaNamed(const char* name) {
              {createdKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
              {revisionKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
              {hasDataKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {accessibilityKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
+             {writtenKey, SECRET_SCHEMA_ATTRIBUTE_STRING},
              {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
             0,
             nullptr,
@@ -93,6 +97,11 @@ const SecretSchema* formerSecretServiceSchema() {
     return &schema;
 }
 
+const SecretSchema* movedItemSchema() {
+    static const auto schema = schemaNamed("example.tarnwick.MovedItem");
+    return &schema;
+}
+
 GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes) {
     auto table = emptyTable();
     set(table.get(), serviceKey, secretServiceText(attributes.service));
@@ -103,6 +112,12 @@ GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes) {
     set(table.get(), revisionKey, std::to_string(attributes.revision));
     if (attributes.hasData) {
         set(table.get(), hasDataKey, "yes");
+    }
+    if (attributes.accessibility) {
+        set(table.get(), accessibilityKey, secretServiceText(*attributes.accessibility));
+    }
+    if (attributes.written) {
+        set(table.get(), writtenKey, std::to_string(*attributes.written));
     }
     return table;
 }
@@ -115,15 +130,38 @@ GLibOwner<GHashTable> tableToFind(const std::optional<std::string>& service) {
     return table;
 }
 
+GLibOwner<GHashTable> tableOfMoved(const Bytes& reference, std::int64_t written) {
+    auto table = tableToFindMoved(reference);
+    set(table.get(), writtenKey, std::to_string(written));
+    return table;
+}
+
+GLibOwner<GHashTable> tableToFindMoved(const Bytes& reference) {
+    auto table = emptyTable();
+    set(table.get(), referenceKey, secretServiceText(reference));
+    return table;
+}
+
+std::int64_t writtenOfMoved(GHashTable* table) {
+    return numberAt(table, writtenKey);
+}
+
 std::optional<SecretServiceAttributes> attributesOf(GHashTable* table) {
     const auto reference = textAt(table, referenceKey);
     if (!reference) {
         return std::nullopt;
     }
-    return SecretServiceAttributes{bytesAt(table, serviceKey),           bytesAt(table, accountKey),
-                                   bytesAt(table, commentKey),           bytesOfSecretServiceText(*reference),
-                                   numberAt(table, createdKey),          numberAt(table, revisionKey),
-                                   textAt(table, hasDataKey).has_value()};
+    const auto accessibility = textAt(table, accessibilityKey);
+    return SecretServiceAttributes{
+        bytesAt(table, serviceKey),
+        bytesAt(table, accountKey),
+        bytesAt(table, commentKey),
+        bytesOfSecretServiceText(*reference),
+        numberAt(table, createdKey),
+        numberAt(table, revisionKey),
+        textAt(table, hasDataKey).has_value(),
+        accessibility ? std::optional{bytesOfSecretServiceText(*accessibility)} : std::nullopt,
+        textAt(table, writtenKey) ? std::optional{numberAt(table, writtenKey)} : std::nullopt};
 }
 
 }  // namespace Tarnwick_API::Platform

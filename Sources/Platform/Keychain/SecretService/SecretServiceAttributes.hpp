@@ -27,6 +27,10 @@ struct SecretServiceAttributes {
     static constexpr std::int64_t draft = 0;
     /// An item without data looks to the Secret Service like one with empty data.
     bool hasData = false;
+    /// None for an item of earlier versions, all of which were made accessible always.
+    std::optional<std::string> accessibility = std::nullopt;
+    /// See `StoredKeychainItem::written`. None for an item of earlier versions.
+    std::optional<std::int64_t> written = std::nullopt;
 
     friend bool operator==(const SecretServiceAttributes&, const SecretServiceAttributes&) = default;
 };
@@ -39,12 +43,18 @@ struct SecretServiceAttributes {
 
 /// What our items are, by a name that no other program has.
 [[nodiscard]] const SecretSchema* secretServiceSchema();
+/// What notes that an item has moved here from another store: its reference and when it was written, no secret.
+[[nodiscard]] const SecretSchema* movedItemSchema();
 /// What they were by a name that any program might have.
 [[nodiscard]] const SecretSchema* formerSecretServiceSchema();
 
 [[nodiscard]] GLibOwner<GHashTable> tableOf(const SecretServiceAttributes& attributes);
 /// What finds all our items of `service`, or all our items.
 [[nodiscard]] GLibOwner<GHashTable> tableToFind(const std::optional<std::string>& service);
+/// The same of a note on an item that has moved.
+[[nodiscard]] GLibOwner<GHashTable> tableOfMoved(const Bytes& reference, std::int64_t written);
+[[nodiscard]] GLibOwner<GHashTable> tableToFindMoved(const Bytes& reference);
+[[nodiscard]] std::int64_t writtenOfMoved(GHashTable* table);
 /// None for an item that is not ours.
 [[nodiscard]] std::optional<SecretServiceAttributes> attributesOf(GHashTable* table);
 

@@ -2,8 +2,13 @@
 
 #include <Platform/Keychain/SecretService/SecretServiceTypes.hpp>
 
+#include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <string_view>
 #include <utility>
+
+#include <unistd.h>
 
 namespace Tarnwick_API::Platform {
 
@@ -20,8 +25,33 @@ bool is(const GError* error, GQuark domain, int code) {
 
 /// Whether an attempt to connect failed because there is nothing to connect to.
 bool meansNoBus(const GError* error) {
-    return is(error, G_IO_ERROR, G_IO_ERROR_NOT_FOUND) || is(error, G_IO_ERROR, G_IO_ERROR_CONNECTION_REFUSED) ||
-           is(error, G_IO_ERROR, G_IO_ERROR_INVALID_ARGUMENT) || is(error, G_IO_ERROR, G_IO_ERROR_PERMISSION_DENIED);
+    static constexpr std::array codes{
+        G_IO_ERROR_NOT_FOUND,          G_IO_ERROR_NOT_DIRECTORY,    G_IO_ERROR_FILENAME_TOO_LONG,
+        G_IO_ERROR_CONNECTION_REFUSED, G_IO_ERROR_INVALID_ARGUMENT, G_IO_ERROR_PERMISSION_DENIED,
+        G_IO_ERROR_NOT_SUPPORTED,      G_IO_ERROR_HOST_UNREACHABLE, G_IO_ERROR_NETWORK_UNREACHABLE};
+    return error->domain == G_RESOLVER_ERROR ||
+           std::any_of(codes.begin(), codes.end(), [&](int code) { return is(error, G_IO_ERROR, code); });
+}
+
+/// Whether the environment names a bus, or there is one in the place where a session has it. "autolaunch:" names none:
+/// asked to connect there, GLib would start a bus of its own.
+bool isBusNamed() {
+    const auto* const address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    if (address != nullptr) {
+        return std::string_view{address}.find("autolaunch:") == std::string_view::npos;
+    }
+    return g_file_test(GLibOwner<char>{g_build_filename(g_get_user_runtime_dir(), "bus", nullptr)}.get(),
+                       G_FILE_TEST_EXISTS) != FALSE;
+}
+
+/// Whether the process at the other end is one of this user. Of what is no local socket nobody can tell.
+bool isOfThisUser(GIOStream* stream) {
+    if (!G_IS_SOCKET_CONNECTION(stream)) {
+        return false;
+    }
+    const GLibOwner<GCredentials> credentials{
+        g_socket_get_credentials(g_socket_connection_get_socket(G_SOCKET_CONNECTION(stream)), nullptr)};
+    return credentials && g_credentials_get_unix_user(credentials.get(), nullptr) == ::geteuid();
 }
 
 /// Whether an attempt to start the Secret Service failed for good.
@@ -56,20 +86,32 @@ GLibOwner<GVariant> SecretServiceConnection::call(const char* destination, const
 }
 
 void SecretServiceConnection::connect() {
+    const auto noBus = [](const char* reason) {
+        return SecretServiceError{KeychainStatus::notAvailable, reason, SecretServiceError::Missing::bus};
+    };
     token_->throwIfGivenUp();
     GLibOwner<GError> error;
     const GLibOwner<char> address{
-        g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, token_->cancellable(), GLibOutput{error})};
+        isBusNamed() ? g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, token_->cancellable(), GLibOutput{error})
+                     : nullptr};
     if (!address) {
-        throw SecretServiceError{KeychainStatus::notAvailable, "no session bus", false};
+        throw noBus("no session bus");
+    }
+    const GLibOwner<GIOStream> stream{
+        g_dbus_address_get_stream_sync(address.get(), nullptr, token_->cancellable(), GLibOutput{error})};
+    // Before a word is said: another user's bus, which root may use too, leads to another user's keyring.
+    if (stream && !isOfThisUser(stream.get())) {
+        throw noBus("no session bus of this user");
     }
     const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    bus_.reset(g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, token_->cancellable(),
-                                                      GLibOutput{error}));
+    if (stream) {
+        bus_.reset(g_dbus_connection_new_sync(stream.get(), nullptr, flags, nullptr, token_->cancellable(),
+                                              GLibOutput{error}));
+    }
     if (!bus_) {
         if (meansNoBus(error.get())) {
-            throw SecretServiceError{KeychainStatus::notAvailable, "no session bus", false};
+            throw noBus("no session bus");
         }
         throw SecretServiceError{KeychainStatus::notAvailable, "the session bus fails"};
     }
@@ -95,7 +137,8 @@ std::string SecretServiceConnection::owner() {
     if (!answer && hasNoOwner(error)) {
         if (!call(busName, busPath, busName, "StartServiceByName", g_variant_new("(su)", serviceName, 0U), error)) {
             if (meansNoService(error.get())) {
-                throw SecretServiceError{KeychainStatus::notAvailable, "no Secret Service on the session bus", false};
+                throw SecretServiceError{KeychainStatus::notAvailable, "no Secret Service on the session bus",
+                                         SecretServiceError::Missing::service};
             }
             throw SecretServiceError::from(error.get(), "starting the Secret Service");
         }
@@ -141,7 +184,8 @@ GLibOwner<SecretCollection> SecretServiceConnection::defaultCollection() {
         throw SecretServiceError::from(error.get(), "looking for the default collection");
     }
     if (!collection) {
-        throw SecretServiceError{KeychainStatus::notAvailable, "the Secret Service has no default collection", false};
+        throw SecretServiceError{KeychainStatus::notAvailable, "the Secret Service has no default collection",
+                                 SecretServiceError::Missing::collection};
     }
     return collection;
 }

@@ -13,10 +13,12 @@ namespace Tarnwick_API::Platform {
 /// Why a call of the Secret Service ends before its end. Never leaves this module.
 class SecretServiceError : public std::exception {
 public:
-    /// `reason` is for the debug channel: no secret and no account is in it. `isOffered` is false when there certainly
-    /// is none to talk to.
-    SecretServiceError(KeychainStatus status, std::string reason, bool isOffered = true)
-        : reason_{std::move(reason)}, status_{status}, isOffered_{isOffered} {}
+    /// What there certainly is none of to talk to, or no answer from.
+    enum class Missing { nothing, bus, service, collection, answer };
+
+    /// `reason` is for the debug channel: no secret and no account is in it.
+    SecretServiceError(KeychainStatus status, std::string reason, Missing missing = Missing::nothing)
+        : reason_{std::move(reason)}, status_{status}, missing_{missing} {}
 
     /// From an error of libsecret or D-Bus. Their own words may quote attributes and are left out.
     [[nodiscard]] static SecretServiceError from(const GError* error, const char* action);
@@ -25,12 +27,12 @@ public:
 
     [[nodiscard]] const char* what() const noexcept override { return reason_.c_str(); }
     [[nodiscard]] KeychainStatus status() const noexcept { return status_; }
-    [[nodiscard]] bool isOffered() const noexcept { return isOffered_; }
+    [[nodiscard]] Missing missing() const noexcept { return missing_; }
 
 private:
     std::string reason_;
     KeychainStatus status_;
-    bool isOffered_;
+    Missing missing_;
 };
 
 }  // namespace Tarnwick_API::Platform

@@ -18,11 +18,6 @@ struct ReleaseValue {
 };
 using SecretValueOwner = std::unique_ptr<SecretValue, ReleaseValue>;
 
-SecretValueOwner secretOf(const std::optional<Bytes>& data) {
-    return SecretValueOwner{secret_value_new(data ? data->data() : "", data ? static_cast<gssize>(data->size()) : 0,
-                                             "application/octet-stream")};
-}
-
 std::string_view pathOf(SecretItem* item) {
     return g_dbus_proxy_get_object_path(G_DBUS_PROXY(item));
 }
@@ -76,24 +71,30 @@ std::vector<SecretServiceItems::Item> SecretServiceItems::search(const std::opti
 
 std::vector<SecretServiceItems::Item> SecretServiceItems::search(const SecretSchema* schema,
                                                                  const std::optional<std::string>& service) {
-    connection_.token().throwIfGivenUp();
-    const auto attributes = tableToFind(service);
-    GLibOwner<GError> error;
-    const GLibOwner<GList> list{secret_collection_search_sync(collection_.get(), schema, attributes.get(),
-                                                              SECRET_SEARCH_ALL, connection_.token().cancellable(),
-                                                              GLibOutput{error})};
     std::vector<Item> items;
-    for (const auto* place = list.get(); place != nullptr; place = place->next) {
-        GLibOwner<SecretItem> handle{static_cast<SecretItem*>(g_object_ref(place->data))};
+    for (auto& handle : searchHandles(schema, tableToFind(service).get())) {
         const GLibOwner<GHashTable> table{secret_item_get_attributes(handle.get())};
         if (auto own = table ? attributesOf(table.get()) : std::nullopt) {
             items.push_back({std::move(*own), std::move(handle)});
         }
     }
+    return items;
+}
+
+std::vector<GLibOwner<SecretItem>> SecretServiceItems::searchHandles(const SecretSchema* schema,
+                                                                     GHashTable* attributes) {
+    connection_.token().throwIfGivenUp();
+    GLibOwner<GError> error;
+    const GLibOwner<GList> list{secret_collection_search_sync(collection_.get(), schema, attributes, SECRET_SEARCH_ALL,
+                                                              connection_.token().cancellable(), GLibOutput{error})};
     if (error) {
         throw SecretServiceError::ofItem(error.get(), "searching");
     }
-    return items;
+    std::vector<GLibOwner<SecretItem>> handles;
+    for (const auto* place = list.get(); place != nullptr; place = place->next) {
+        handles.emplace_back(static_cast<SecretItem*>(g_object_ref(place->data)));
+    }
+    return handles;
 }
 
 SecretServiceItems::Found SecretServiceItems::find(const std::optional<std::string>& service) {
@@ -128,54 +129,6 @@ SecretServiceItems::Found SecretServiceItems::find(const std::optional<std::stri
     return found;
 }
 
-void SecretServiceItems::create(const SecretServiceAttributes& attributes, const std::string& label,
-                                const std::optional<Bytes>& data) {
-    auto draft = attributes;
-    draft.revision = SecretServiceAttributes::draft;
-    connection_.token().throwIfGivenUp();
-    GLibOwner<GError> error;
-    // Never in place of another: the Secret Service would take any item for the same that has these attributes among
-    // its own.
-    const GLibOwner<SecretItem> created{secret_item_create_sync(
-        collection_.get(), secretServiceSchema(), tableOf(draft).get(), secretServiceText(label).c_str(),
-        secretOf(data).get(), SECRET_ITEM_CREATE_NONE, connection_.token().cancellable(), GLibOutput{error})};
-    if (!created) {
-        throw SecretServiceError::ofItem(error.get(), "creating an item");
-    }
-    setAttributes(created.get(), attributes);
-}
-
-void SecretServiceItems::setAttributes(SecretItem* item, const SecretServiceAttributes& attributes) {
-    connection_.token().throwIfGivenUp();
-    GLibOwner<GError> error;
-    if (secret_item_set_attributes_sync(item, secretServiceSchema(), tableOf(attributes).get(),
-                                        connection_.token().cancellable(), GLibOutput{error}) == FALSE) {
-        throw SecretServiceError::ofItem(error.get(), "changing an item");
-    }
-}
-
-void SecretServiceItems::erase(const Item& item) {
-    connection_.token().throwIfGivenUp();
-    GLibOwner<GError> error;
-    if (secret_item_delete_sync(item.handle.get(), connection_.token().cancellable(), GLibOutput{error}) == FALSE) {
-        auto failure = SecretServiceError::ofItem(error.get(), "deleting an item");
-        if (failure.status() != KeychainStatus::itemNotFound) {
-            throw failure;
-        }
-    }
-}
-
-void SecretServiceItems::tidyUp(std::span<const Item> leftovers) {
-    try {
-        for (const auto& item : leftovers) {
-            erase(item);
-        }
-    } catch (const SecretServiceError&) {
-        // What is left doesn't count, and the next write tries again.
-        return;
-    }
-}
-
 Bytes SecretServiceItems::dataOf(const Item& item) {
     connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
@@ -192,6 +145,12 @@ Bytes SecretServiceItems::dataOf(const Item& item) {
     return {bytes, size};
 }
 
+std::int64_t SecretServiceItems::writtenOf(const Item& item) {
+    // Without a time of ours, the Secret Service's, which counts in seconds.
+    return item.attributes.written.value_or(std::max(
+        item.attributes.created, static_cast<std::int64_t>(secret_item_get_modified(item.handle.get())) * 1'000'000));
+}
+
 StoredKeychainItem SecretServiceItems::stored(const Item& item, bool withData) {
     const GLibOwner<char> label{secret_item_get_label(item.handle.get())};
     return {item.attributes.service,
@@ -199,7 +158,9 @@ StoredKeychainItem SecretServiceItems::stored(const Item& item, bool withData) {
             bytesOfSecretServiceText(label ? label.get() : ""),
             item.attributes.comment,
             withData && item.attributes.hasData ? std::optional{dataOf(item)} : std::nullopt,
-            item.attributes.reference};
+            item.attributes.reference,
+            item.attributes.accessibility.value_or(keychainAccessibleAlways),
+            writtenOf(item)};
 }
 
 KeychainAnswer SecretServiceItems::copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) {
@@ -216,29 +177,6 @@ KeychainAnswer SecretServiceItems::copyMatching(const KeychainQuery& query, cons
     });
 }
 
-void SecretServiceItems::change(const Item& item, const SecretServiceAttributes& changed,
-                                const std::optional<Bytes>& data) {
-    if (data && changed != item.attributes) {
-        auto next = changed;
-        ++next.revision;
-        create(next, stored(item, false).label, data);
-        tidyUp({&item, 1});
-        return;
-    }
-    if (!data) {
-        if (changed != item.attributes) {
-            setAttributes(item.handle.get(), changed);
-        }
-        return;
-    }
-    connection_.token().throwIfGivenUp();
-    GLibOwner<GError> error;
-    if (secret_item_set_secret_sync(item.handle.get(), secretOf(data).get(), connection_.token().cancellable(),
-                                    GLibOutput{error}) == FALSE) {
-        throw SecretServiceError::ofItem(error.get(), "changing a secret");
-    }
-}
-
 KeychainStatus SecretServiceItems::update(const KeychainQuery& target, const KeychainChanges& changes) {
     renameFormerItems();
     return repeated([&] {
@@ -252,6 +190,10 @@ KeychainStatus SecretServiceItems::update(const KeychainQuery& target, const Key
         changed.account = changes.account.value_or(changed.account);
         changed.comment = changes.comment.value_or(changed.comment);
         changed.hasData = changed.hasData || changes.data;
+        changed.accessibility = changed.accessibility.value_or(keychainAccessibleAlways);
+        // Also for a comment: the Secret Service's own time changes with that.
+        changed.written =
+            changes.account || changes.data ? std::max(timeOfWriting(), writtenOf(*item) + 1) : writtenOf(*item);
         const auto isTaken = [&](const Item& other) {
             return &other != &*item && matches(other.attributes, {changed.service, changed.account});
         };
@@ -278,7 +220,7 @@ KeychainStatus SecretServiceItems::addOnce(const KeychainItem& item) {
     const auto reference = freshPersistentReference();
     const std::int64_t afterOthers = before.items.empty() ? 0 : before.items.back().attributes.created + 1;
     create({item.service, item.account, item.comment, reference, std::max<std::int64_t>(g_get_real_time(), afterOthers),
-            1, item.data.has_value()},
+            1, item.data.has_value(), item.accessibility, timeOfWriting()},
            item.label, item.data);
     const auto isOwn = [&](const Item& each) { return each.attributes.reference == reference; };
     try {
@@ -308,9 +250,8 @@ KeychainStatus SecretServiceItems::remove(const KeychainQuery& target) {
     return status;
 }
 
-void SecretServiceItems::migrate(const std::vector<StoredKeychainItem>& items,
-                                 std::chrono::system_clock::time_point writtenAt) {
-    repeated([&] { migrateOnce(items, writtenAt); });
+void SecretServiceItems::migrate(const std::vector<StoredKeychainItem>& items) {
+    repeated([&] { migrateOnce(items); });
 }
 
 }  // namespace Tarnwick_API::Platform

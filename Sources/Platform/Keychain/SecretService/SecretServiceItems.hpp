@@ -3,7 +3,6 @@
 #include <Platform/Keychain/SecretService/SecretServiceAttributes.hpp>
 #include <Platform/Keychain/SecretService/SecretServiceConnection.hpp>
 
-#include <chrono>
 #include <span>
 #include <vector>
 
@@ -28,11 +27,14 @@ public:
     [[nodiscard]] KeychainStatus add(const KeychainItem& item);
     [[nodiscard]] KeychainStatus remove(const KeychainQuery& target);
 
-    /// Adds what another store has had, last written at `writtenAt`, with the references, and reads it back. An
-    /// item whose reference is here already stays as it is here: it has been migrated before. Where the service has
-    /// other items here, those that were written last stay, and the others go. Those of the former schema keep it, as
-    /// with another they would count as written now.
-    void migrate(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
+    /// Adds what another store has had, with the references, and reads it back. An item whose reference is here already
+    /// has been migrated before, and so has one that is noted as moved; it counts again only when it was written after
+    /// that. Where the service has other items here, those that were written last stay, and the others go. Those of the
+    /// former schema keep it, as with another they would count as written now.
+    void migrate(const std::vector<StoredKeychainItem>& items);
+    /// Notes that the items are here, whatever becomes of them, for as long as the other store can't be emptied.
+    void noteMoved(const std::vector<StoredKeychainItem>& items);
+    void forgetMoved(const std::vector<StoredKeychainItem>& items);
 
 private:
     struct Item {
@@ -49,17 +51,27 @@ private:
     [[nodiscard]] Found find(const std::optional<std::string>& service);
     [[nodiscard]] std::vector<Item> search(const std::optional<std::string>& service);
     [[nodiscard]] std::vector<Item> search(const SecretSchema* schema, const std::optional<std::string>& service);
+    [[nodiscard]] std::vector<GLibOwner<SecretItem>> searchHandles(const SecretSchema* schema, GHashTable* attributes);
     /// Brings the items of the former schema under the present one, each by one change of its attributes. Those that
     /// can't be changed still count, and the next call tries again.
     void renameFormerItems();
     [[nodiscard]] KeychainStatus addOnce(const KeychainItem& item);
-    void migrateOnce(const std::vector<StoredKeychainItem>& items, std::chrono::system_clock::time_point writtenAt);
+    void migrateOnce(const std::vector<StoredKeychainItem>& items);
+    void migrateOne(const StoredKeychainItem& item, const std::vector<StoredKeychainItem>& all);
+    void verify(const StoredKeychainItem& item);
+    /// The notes on the item.
+    [[nodiscard]] std::vector<GLibOwner<SecretItem>> notesOn(const StoredKeychainItem& item);
+    [[nodiscard]] bool isNotedAsMoved(const StoredKeychainItem& item);
+    void erase(SecretItem* item);
     void setAttributes(SecretItem* item, const SecretServiceAttributes& attributes);
     void create(const SecretServiceAttributes& attributes, const std::string& label, const std::optional<Bytes>& data);
+    [[nodiscard]] GLibOwner<SecretItem> createHandle(const SecretSchema* schema, GHashTable* attributes,
+                                                     const std::string& label, const std::optional<Bytes>& data);
     void change(const Item& item, const SecretServiceAttributes& changed, const std::optional<Bytes>& data);
     void erase(const Item& item);
     void tidyUp(std::span<const Item> leftovers);
     [[nodiscard]] Bytes dataOf(const Item& item);
+    [[nodiscard]] static std::int64_t writtenOf(const Item& item);
     /// The item with its data when that is asked for.
     [[nodiscard]] StoredKeychainItem stored(const Item& item, bool withData);
 

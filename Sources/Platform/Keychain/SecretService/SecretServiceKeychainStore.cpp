@@ -62,7 +62,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker
         } catch (const SecretServiceError& failure) {
             outcome->status = failure.status();
             outcome->reason = failure.what();
-            outcome->isOffered = failure.isOffered();
+            outcome->missing = failure.missing();
         } catch (const std::exception&) {
             outcome->status = KeychainStatus::io;
             outcome->reason = "out of memory";
@@ -73,6 +73,7 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker
     });
     switch (end) {
         case SecretServiceWorker::End::done:
+            missing_ = outcome->missing;
             if (!outcome->reason.empty()) {
                 say(outcome->reason, operation);
             }
@@ -87,7 +88,10 @@ SecretServiceKeychainStore::Outcome<Result> SecretServiceKeychainStore::onWorker
             say(lostToFork, operation);
             break;
     }
-    return {};
+    missing_ = SecretServiceError::Missing::answer;
+    Outcome<Result> none;
+    none.missing = SecretServiceError::Missing::answer;
+    return none;
 }
 
 template <class Result, class Work>
@@ -122,14 +126,26 @@ KeychainStatus SecretServiceKeychainStore::remove(const KeychainQuery& target) {
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
-KeychainStatus SecretServiceKeychainStore::migrate(std::vector<StoredKeychainItem> items,
-                                                   std::chrono::system_clock::time_point writtenAt) {
-    return onItems<bool>("migrate",
-                         [migrated = std::move(items), writtenAt](SecretServiceItems& items) {
-                             items.migrate(migrated, writtenAt);
+KeychainStatus SecretServiceKeychainStore::moving(const char* operation, Move move,
+                                                  const std::vector<StoredKeychainItem>& items) {
+    return onItems<bool>(operation,
+                         [move, moved = items](SecretServiceItems& own) {
+                             (own.*move)(moved);
                              return true;
                          })
         .status;
+}
+
+KeychainStatus SecretServiceKeychainStore::migrate(const std::vector<StoredKeychainItem>& items) {
+    return moving("migrate", &SecretServiceItems::migrate, items);
+}
+
+KeychainStatus SecretServiceKeychainStore::noteMoved(const std::vector<StoredKeychainItem>& items) {
+    return moving("noteMoved", &SecretServiceItems::noteMoved, items);
+}
+
+KeychainStatus SecretServiceKeychainStore::forgetMoved(const std::vector<StoredKeychainItem>& items) {
+    return moving("forgetMoved", &SecretServiceItems::forgetMoved, items);
 }
 
 KeychainStoreState SecretServiceKeychainStore::state() {
@@ -148,6 +164,34 @@ KeychainStoreState SecretServiceKeychainStore::state() {
     return std::move(state);
 }
 
+std::optional<std::string> SecretServiceKeychainStore::message(KeychainStatus status) const {
+    using Missing = SecretServiceError::Missing;
+    switch (status) {
+        case KeychainStatus::notAvailable:
+            switch (missing_.load()) {
+                case Missing::bus:
+                    return "This session has no bus to reach a keyring on. Sign in to a desktop, or use a keychain "
+                           "file.";
+                case Missing::service:
+                    return "No keyring runs in this session. Start the desktop's keyring, or use a keychain file.";
+                case Missing::collection:
+                    return "The keyring has no default collection. Make one in the desktop's password manager.";
+                case Missing::answer:
+                case Missing::nothing:
+                    return "The keyring does not answer. Try again; if it stays so, sign out of the desktop and in "
+                           "again.";
+            }
+            break;
+        case KeychainStatus::interactionNotAllowed:
+            return "The keyring is locked. Unlock it, and try again.";
+        case KeychainStatus::io:
+            return "The keyring could not do it. See whether its disk is full or read-only.";
+        default:
+            break;
+    }
+    return KeychainStore::message(status);
+}
+
 SecretServiceKeychainStore::Inquiry SecretServiceKeychainStore::inquire() {
     auto outcome = onWorker<std::string>("inquire", [](SecretServiceConnection& connection) {
         const auto collection = connection.defaultCollection();
@@ -156,7 +200,9 @@ SecretServiceKeychainStore::Inquiry SecretServiceKeychainStore::inquire() {
     if (outcome.status == KeychainStatus::success) {
         return {Offer::offered, "it has " + outcome.result};
     }
-    return {outcome.isOffered ? Offer::noAnswer : Offer::notOffered, std::move(outcome.reason)};
+    const bool isOffered = outcome.missing == SecretServiceError::Missing::nothing ||
+                           outcome.missing == SecretServiceError::Missing::answer;
+    return {isOffered ? Offer::noAnswer : Offer::notOffered, std::move(outcome.reason)};
 }
 
 void SecretServiceKeychainStore::unlock(std::function<void(KeychainStatus)> onCompletion) {

@@ -3,10 +3,13 @@
 #include <Platform/Keychain/SecretService/SecretServiceWorker.hpp>
 #include <Platform/Keychain/StoredKeychainItem.hpp>
 
+#include <atomic>
 #include <chrono>
 #include <vector>
 
 namespace Tarnwick_API::Platform {
+
+class SecretServiceItems;
 
 /// See `makeSecretServiceKeychainStore`.
 class SecretServiceKeychainStore final : public KeychainStore {
@@ -18,6 +21,7 @@ public:
     [[nodiscard]] KeychainStatus add(const KeychainItem& item) override;
     [[nodiscard]] KeychainStatus remove(const KeychainQuery& target) override;
     [[nodiscard]] KeychainStoreState state() override;
+    [[nodiscard]] std::optional<std::string> message(KeychainStatus status) const override;
     void unlock(std::function<void(KeychainStatus)> onCompletion) override;
 
     enum class Offer { offered, notOffered, noAnswer };
@@ -29,16 +33,17 @@ public:
     /// Whether there is a Secret Service with a default collection, locked or not.
     [[nodiscard]] Inquiry inquire();
 
-    /// See `SecretServiceItems::migrate`.
-    [[nodiscard]] KeychainStatus migrate(std::vector<StoredKeychainItem> items,
-                                         std::chrono::system_clock::time_point writtenAt);
+    /// See `SecretServiceItems`.
+    [[nodiscard]] KeychainStatus migrate(const std::vector<StoredKeychainItem>& items);
+    [[nodiscard]] KeychainStatus noteMoved(const std::vector<StoredKeychainItem>& items);
+    [[nodiscard]] KeychainStatus forgetMoved(const std::vector<StoredKeychainItem>& items);
 
 private:
     template <class Result>
     struct Outcome {
         KeychainStatus status = KeychainStatus::notAvailable;
         std::string reason = {};
-        bool isOffered = true;
+        SecretServiceError::Missing missing = SecretServiceError::Missing::nothing;
         Result result = {};
     };
     /// What `work` gives on the worker's thread. `work` owns what it uses: it may outlive the call.
@@ -47,9 +52,13 @@ private:
     /// What `work` gives on the items.
     template <class Result, class Work>
     Outcome<Result> onItems(const char* operation, Work work);
+    using Move = void (SecretServiceItems::*)(const std::vector<StoredKeychainItem>&);
+    KeychainStatus moving(const char* operation, Move move, const std::vector<StoredKeychainItem>& items);
 
     std::chrono::milliseconds timeout_;
     SecretServiceWorker worker_;
+    /// Why the last call found none, where its status alone doesn't tell.
+    std::atomic<SecretServiceError::Missing> missing_ = SecretServiceError::Missing::nothing;
     /// See `SecretServiceItems`; the worker's.
     std::shared_ptr<bool> mayHaveFormerItems_ = std::make_shared<bool>(true);
 };

@@ -99,6 +99,17 @@ Owned<SecAccessRef> accessObject(const KeychainAccess& access) {
     return Owned<SecAccessRef>{reference};
 }
 
+Owned<CFStringRef> accessibilityNamed(const std::string& name) {
+    return name == keychainAccessibleAlways
+               ? Owned<CFStringRef>{static_cast<CFStringRef>(CFRetain(kSecAttrAccessibleAlways))}
+               : coreFoundationText(name);
+}
+
+std::optional<std::string> accessibilityOf(CFTypeRef value) {
+    auto text = textOf(value);
+    return text == textOf(kSecAttrAccessibleAlways) && text ? keychainAccessibleAlways : std::move(text);
+}
+
 KeychainDictionary dictionaryOf(CFDictionaryRef found) {
     const auto value = [&](CFStringRef key) { return CFDictionaryGetValue(found, key); };
     return {.service = textOf(value(kSecAttrService)),
@@ -106,7 +117,8 @@ KeychainDictionary dictionaryOf(CFDictionaryRef found) {
             .label = textOf(value(kSecAttrLabel)),
             .comment = textOf(value(kSecAttrComment)),
             .data = bytesOf(value(kSecValueData)),
-            .persistentReference = bytesOf(value(kSecValuePersistentRef))};
+            .persistentReference = bytesOf(value(kSecValuePersistentRef)),
+            .accessibility = accessibilityOf(value(kSecAttrAccessible))};
 }
 
 /// The user's keychain. Nothing but a translation: what the platform answers is the answer.
@@ -153,7 +165,7 @@ public:
             .addText(kSecAttrAccount, item.account)
             .addData(kSecValueData, item.data)
             .addText(kSecAttrLabel, item.label)
-            .add(kSecAttrAccessible, kSecAttrAccessibleAlways)
+            .add(kSecAttrAccessible, accessibilityNamed(item.accessibility).get())
             .addIf(access != nullptr, kSecAttrAccess, access.get())
             .addText(kSecAttrComment, item.comment);
         return attributes.get() == nullptr ? KeychainStatus::param

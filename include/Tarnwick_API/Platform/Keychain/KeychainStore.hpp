@@ -54,6 +54,8 @@ struct KeychainDictionary {
     std::optional<std::string> comment;
     std::optional<Bytes> data;
     std::optional<Bytes> persistentReference;
+    /// See `KeychainItem::accessibility`.
+    std::optional<std::string> accessibility = std::nullopt;
 };
 
 struct KeychainAnswer {
@@ -77,7 +79,10 @@ struct KeychainAccess {
     std::vector<std::optional<std::string>> trustedApplicationPaths;
 };
 
-/// A new item. Accessible always, also before the user unlocks the screen, where the store knows such a thing.
+/// The accessibility of an item that may be read at any time, also before the user unlocks the screen.
+inline constexpr const char* keychainAccessibleAlways = "always";
+
+/// A new item.
 struct KeychainItem {
     std::string service;
     std::string account;
@@ -85,6 +90,9 @@ struct KeychainItem {
     std::string label;
     KeychainAccess access;
     std::string comment;
+    /// When the item may be read. Each store keeps it; only the platform's own keychain acts on it, and knows no other
+    /// one than `keychainAccessibleAlways`.
+    std::string accessibility = keychainAccessibleAlways;
 };
 
 /// What a store says of itself.
@@ -93,8 +101,14 @@ struct KeychainStoreState {
     std::string name;
     /// Where the items lie, such as a file; empty when there is no telling.
     std::string location = {};
-    /// `success`: ready. `interactionNotAllowed`: locked until it is unlocked. Anything else: why it can't be used.
+    /// `success`: ready to be read and written. `interactionNotAllowed`: locked until it is unlocked. Anything else:
+    /// why it can't be used, or not in full, see `isReadOnly`.
     KeychainStatus status = KeychainStatus::success;
+    /// Whether items can be looked up all the same, though none can be written.
+    bool isReadOnly = false;
+    /// Where a damaged keychain file lies that was set aside; the latest one of several, empty when there is none. It
+    /// may still have secrets in it, and is left to the user.
+    std::string damagedFile = {};
 };
 
 /// The keychain's calls, as the platform has them, with its result codes. (account, service) is unique: a second
@@ -115,8 +129,8 @@ public:
     [[nodiscard]] virtual KeychainStatus add(const KeychainItem& item) = 0;
     /// Deletes every match.
     [[nodiscard]] virtual KeychainStatus remove(const KeychainQuery& target) = 0;
-    /// The platform's message for a status; English here, the user's language where the platform has its own. None
-    /// when the platform has none.
+    /// A sentence about a status, for users: what is the matter with this store, as of its last call, and what helps.
+    /// English here; where the platform has its own messages, those, in the user's language. None when it has none.
     [[nodiscard]] virtual std::optional<std::string> message(KeychainStatus status) const;
 
     /// Asks without a prompt. Thread: any, for as long as any other call.
@@ -137,17 +151,23 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 
 /// A store in one private file (mode 0600, SQLite) at `path`. The first `add` makes the file, and its folder
 /// (mode 0700) when missing; nothing happens before the first call, and each call tells by its status what went wrong:
-/// `writePermission`, `diskFull`, `io`, `invalidKeychain` for what is no keychain file (never deleted, and a symbolic
-/// link is not followed), `unknownFormat` for a file of a later version, `notAvailable` when another process keeps the
-/// file locked for a second, or otherwise.
+/// `writePermission`, `diskFull`, `io`, `invalidKeychain` for what is no keychain file, `unknownFormat` for a file of a
+/// later version, `notAvailable` when another process keeps the file locked for a second, or otherwise. After such a
+/// second, further calls are refused at once until the file is free.
+///
+/// What is no keychain file is left exactly as it is, and a symbolic link is not followed. A keychain file that is
+/// damaged gives `invalidKeychain` to who reads; the next `add` or `remove` sets it aside beside its place, as
+/// "NAME.damaged-TIME" with all that it has, and begins with a new one. At `defaultKeychainFile()` a file that is no
+/// database at all is taken for damaged, too.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path);
 
 /// The desktop's keyring: the default collection of the Secret Service on the session bus. Linux only.
 ///
 /// No call waits longer than `timeout`; a Secret Service that hasn't answered by then is given up with `notAvailable`,
 /// and so are further calls, at once, until it does answer. Statuses: `interactionNotAllowed` when the collection is
-/// locked, `notAvailable` without a session bus, a Secret Service or a default collection. An item has the attributes
-/// "service", "account", "comment" and "ref", the persistent reference, so that other programs find it.
+/// locked, `notAvailable` without a session bus of this user, a Secret Service or a default collection. An item has the
+/// attributes "service", "account", "comment", "accessible" and "ref", the persistent reference, so that other programs
+/// find it.
 /// In a child of `fork` whose parent has used such a store, every call fails at once with `notAvailable`, and says why
 /// on the debug channel.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(
@@ -162,11 +182,12 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 [[nodiscard]] std::shared_ptr<KeychainStore> makeSecurityFrameworkKeychainStore();
 
 /// The store for a desktop application, chosen at the first call. macOS: the user's keychain. Linux: the Secret Service
-/// when the session bus offers one with a default collection, and the private file `file` otherwise; what was chosen,
-/// and why, is on the debug channel. What the file holds from a time without a Secret Service migrates to it, once,
-/// as soon as that is unlocked: an item leaves the file only after the Secret Service has it, and keeps its reference.
-/// Where the Secret Service has another item of the same service, the one written last replaces it, by the time of the
-/// file and that of the other item. A Secret Service that doesn't answer is no reason to take the file: calls then fail
+/// when the user's session bus offers one with a default collection, and the private file `file` otherwise, also on the
+/// bus of another user; what was chosen, and why, is on the debug channel. What the file holds from a time without a
+/// Secret Service migrates to it as soon as that is unlocked: an item leaves the file only after the Secret Service has
+/// it, and keeps its reference. A process that has chosen the file and finds nothing there any more follows. Where the
+/// Secret Service has another item of the same service, the one stays whose account or data were written last, by the
+/// computer's clock. A Secret Service that doesn't answer is no reason to take the file: calls then fail
 /// with `notAvailable`, and the next one chooses. `timeout` is that of the Secret Service, for each of what a call may
 /// have to do: choose, migrate or wait for the call that does, and its own work.
 [[nodiscard]] std::shared_ptr<KeychainStore> makeUserKeychainStore(
