@@ -31,8 +31,8 @@ struct WipingAllocator {
     friend bool operator==(const WipingAllocator& /*left*/, const WipingAllocator& /*right*/) noexcept { return true; }
 };
 
-/// A text that leaves no secret behind where it grows or goes, but for one of a few characters, which a text keeps within
-/// itself.
+/// A text that leaves no secret behind where it grows or goes, but for one of a few characters, which a text keeps
+/// within itself.
 using WipingText = std::basic_string<char, std::char_traits<char>, WipingAllocator<char>>;
 
 }  // namespace Tarnwick_API::Platform

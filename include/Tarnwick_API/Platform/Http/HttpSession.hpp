@@ -165,8 +165,8 @@ struct HttpSessionConfiguration {
 /// "If-None-Match" and "If-Modified-Since". Dropping the session ends its requests with `HttpError::Kind::cancelled`.
 /// Requests still under way when the process exits, or started then, are abandoned: their completions are not called.
 /// A child of `fork` has not its parent's thread: once the parent has sent a request, by any session, each request of
-/// the child fails at once with `HttpError::Kind::other`, on the child's main queue; those under way at the fork are the
-/// parent's. A child forked before the first request, or one that executes a program, is a process like any other.
+/// the child fails at once with `HttpError::Kind::other`, on the child's main queue; those under way at the fork are
+/// the parent's. A child forked before the first request, or one that executes a program, is a process like any other.
 [[nodiscard]] std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configuration);
 
 }  // namespace Tarnwick_API::Platform
