@@ -1,5 +1,6 @@
 #include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Keychain/StoredKeychainItem.hpp>
+#include <Platform/Text/Wiping.hpp>
 
 #include <algorithm>
 #include <mutex>
@@ -10,8 +11,19 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
+void wipeData(StoredKeychainItem& item) {
+    if (item.data) {
+        wipe(*item.data);
+    }
+}
+
 class MemoryKeychainStore final : public KeychainStore {
 public:
+    MemoryKeychainStore() = default;
+    MemoryKeychainStore(const MemoryKeychainStore&) = delete;
+    MemoryKeychainStore& operator=(const MemoryKeychainStore&) = delete;
+    ~MemoryKeychainStore() override { std::for_each(items_.begin(), items_.end(), &wipeData); }
+
     KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) override {
         const std::lock_guard lock{mutex_};
         const auto item = firstMatch(query);
@@ -32,6 +44,7 @@ public:
             item->account = *changes.account;
         }
         if (changes.data) {
+            wipeData(*item);
             item->data = changes.data;
         }
         if (changes.comment) {
@@ -52,8 +65,14 @@ public:
 
     KeychainStatus remove(const KeychainQuery& target) override {
         const std::lock_guard lock{mutex_};
-        const auto removed = std::erase_if(items_, [&](const auto& item) { return matches(item, target); });
-        return removed == 0 ? KeychainStatus::itemNotFound : KeychainStatus::success;
+        const auto kept = std::stable_partition(items_.begin(), items_.end(),
+                                                [&](const auto& item) { return !matches(item, target); });
+        if (kept == items_.end()) {
+            return KeychainStatus::itemNotFound;
+        }
+        std::for_each(kept, items_.end(), &wipeData);
+        items_.erase(kept, items_.end());
+        return KeychainStatus::success;
     }
 
     KeychainStoreState state() override { return {"memory", {}, KeychainStatus::success}; }

@@ -1,7 +1,9 @@
 #include <Platform/Keychain/StoredKeychainItem.hpp>
 
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
+
 #include <Tarnwick_API/Platform/Application/WallClock.hpp>
+#include <Platform/Text/Wiping.hpp>
 
 #include <utility>
 
@@ -20,6 +22,9 @@ bool matches(const StoredKeychainItem& item, const KeychainQuery& query) {
 }
 
 KeychainAnswer answerShowing(StoredKeychainItem item, const KeychainReturn& wanted) {
+    if (item.data && !wanted.data) {
+        wipe(*item.data);
+    }
     if (!wanted.attributes && !wanted.data && !wanted.persistentReference) {
         return {};
     }

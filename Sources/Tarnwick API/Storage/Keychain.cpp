@@ -5,6 +5,7 @@
 #include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 #include <Platform/Text/Utf8.hpp>
+#include <Platform/Text/Wiping.hpp>
 
 #include <cstdio>
 #include <string_view>
@@ -60,6 +61,13 @@ void reportError(const KeychainStore& store, KeychainStatus status) {
     std::fputs(line.c_str(), stdout);
 }
 
+template <typename Carrier>
+void wipeData(Carrier& carrier) {
+    if (carrier.data) {
+        Platform::wipe(*carrier.data);
+    }
+}
+
 KeychainStatus updateExisting(KeychainStore& store, const std::string& service, const std::string& account,
                               const std::string& password) {
     auto answer = store.copyMatching({.service = service}, {.attributes = true});
@@ -70,9 +78,10 @@ KeychainStatus updateExisting(KeychainStore& store, const std::string& service, 
     if (!existing) {
         return KeychainStatus::unknownFormat;
     }
-    const auto status = store.update(
-        {.service = service, .account = existing->account},
-        {.account = account, .data = encoded(password), .comment = Keychain::requiresUserInteractionValue()});
+    Platform::KeychainChanges changes{
+        .account = account, .data = encoded(password), .comment = Keychain::requiresUserInteractionValue()};
+    const auto status = store.update({.service = service, .account = existing->account}, changes);
+    wipeData(changes);
     if (status != KeychainStatus::success) {
         reportError(store, status);
     }
@@ -101,13 +110,15 @@ void Keychain::setPassword(const std::string& service, const std::string& accoun
     if (status != KeychainStatus::itemNotFound) {
         deleteAll(*keychain, service);
     }
-    const auto added = keychain->add({.service = service,
-                                      .account = account,
-                                      .data = encoded(password),
-                                      .label = name,
-                                      .access = {name, {std::nullopt, networkExtensionAgent, networkPreferences}},
-                                      .comment = requiresUserInteractionValue(),
-                                      .accessibility = Platform::keychainAccessibleAlways});
+    Platform::KeychainItem item{.service = service,
+                                .account = account,
+                                .data = encoded(password),
+                                .label = name,
+                                .access = {name, {std::nullopt, networkExtensionAgent, networkPreferences}},
+                                .comment = requiresUserInteractionValue(),
+                                .accessibility = Platform::keychainAccessibleAlways};
+    const auto added = keychain->add(item);
+    wipeData(item);
     // No caller is told, and whoever reads finds no item: the developer at least learns why.
     if (added != KeychainStatus::success && Platform::DebugChannel::isOpen()) {
         Platform::DebugChannel::write(

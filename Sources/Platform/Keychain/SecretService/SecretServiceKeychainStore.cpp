@@ -4,6 +4,7 @@
 
 #include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
 #include <Platform/Keychain/SecretService/ThreadMainContext.hpp>
+#include <Platform/Keychain/SharedSecret.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <cstdlib>
@@ -111,12 +112,15 @@ KeychainAnswer SecretServiceKeychainStore::copyMatching(const KeychainQuery& que
 
 KeychainStatus SecretServiceKeychainStore::update(const KeychainQuery& target, const KeychainChanges& changes) {
     const auto outcome =
-        onItems<KeychainStatus>("update", [=](SecretServiceItems& items) { return items.update(target, changes); });
+        onItems<KeychainStatus>("update", [target, changed = sharedSecret(changes)](SecretServiceItems& items) {
+            return items.update(target, *changed);
+        });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
 KeychainStatus SecretServiceKeychainStore::add(const KeychainItem& item) {
-    const auto outcome = onItems<KeychainStatus>("add", [=](SecretServiceItems& items) { return items.add(item); });
+    const auto outcome = onItems<KeychainStatus>(
+        "add", [added = sharedSecret(item)](SecretServiceItems& items) { return items.add(*added); });
     return outcome.status == KeychainStatus::success ? outcome.result : outcome.status;
 }
 
