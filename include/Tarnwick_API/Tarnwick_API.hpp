@@ -31,6 +31,7 @@
 #include <Tarnwick_API/Facade/ServerFilterType.hpp>
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
+#include <Tarnwick_API/Facade/TarnwickApiSettings.hpp>
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Platform/Application/HostName.hpp>
 #include <Tarnwick_API/Platform/Application/Locale.hpp>

@@ -4,6 +4,7 @@
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 #include <Tarnwick_API/Platform/Application/Preferences.hpp>
 
+#include <Calls/BaseUrlFault.hpp>
 #include <Calls/MapMerge.hpp>
 
 #include <cstdio>
@@ -15,7 +16,7 @@ namespace Tarnwick_API {
 Platform::Url ApiCall::url() const {
     const auto base = Platform::Url::fromString(baseUrl_);
     if (!base) {
-        std::fprintf(stderr, "Tarnwick_API: the base URL \"%s\" is no URL\n", baseUrl_.c_str());
+        std::fprintf(stderr, "Tarnwick_API: %s\n", baseUrlFault(baseUrl_).value_or(baseUrl_).c_str());
         std::terminate();
     }
     return base->appendingPathComponent(urlPath_);

@@ -5,7 +5,8 @@
 
 namespace Tarnwick_API {
 
-std::optional<HttpStatus> httpStatus(std::int64_t code) noexcept {
+template <std::same_as<HttpStatus> Enumeration>
+std::optional<Enumeration> fromRawValue(std::int64_t code) noexcept {
     constexpr std::array all{HttpStatus::ok,
                              HttpStatus::created,
                              HttpStatus::noContent,
@@ -17,9 +18,10 @@ std::optional<HttpStatus> httpStatus(std::int64_t code) noexcept {
                              HttpStatus::requestTimeout,
                              HttpStatus::tooManyRequests,
                              HttpStatus::serverError};
-    const auto* const found = std::find_if(
-        all.begin(), all.end(), [code](HttpStatus status) { return static_cast<std::int64_t>(status) == code; });
+    const auto* const found =
+        std::find_if(all.begin(), all.end(), [code](HttpStatus status) { return rawValue(status) == code; });
     return found == all.end() ? std::nullopt : std::optional{*found};
 }
+template std::optional<HttpStatus> fromRawValue<HttpStatus>(std::int64_t) noexcept;
 
 }  // namespace Tarnwick_API

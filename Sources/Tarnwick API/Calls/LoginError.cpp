@@ -33,10 +33,12 @@ std::string_view rawValue(LoginResponseType type) noexcept {
     return rows.at(static_cast<std::size_t>(type)).text;
 }
 
-std::optional<LoginResponseType> loginResponseType(std::string_view text) noexcept {
+template <std::same_as<LoginResponseType> Enumeration>
+std::optional<Enumeration> fromRawValue(std::string_view text) noexcept {
     const auto* const row = std::find_if(rows.begin(), rows.end(), [text](const Row& row) { return row.text == text; });
     return row == rows.end() ? std::nullopt : std::optional{row->type};
 }
+template std::optional<LoginResponseType> fromRawValue<LoginResponseType>(std::string_view) noexcept;
 
 std::optional<LoginError> LoginError::from(std::string_view responseText) {
     const auto beginning = Platform::upperCased(responseText.substr(0, longestBeginning));

@@ -7,7 +7,7 @@
 namespace Tarnwick_API {
 
 ResponseError ResponseError::fromAnswer(std::int64_t status, const std::optional<std::string>& body) {
-    const auto named = httpStatus(status);
+    const auto named = fromRawValue<HttpStatus>(status);
     if (named == HttpStatus::badRequest) {
         return badRequest();
     }

@@ -5,25 +5,25 @@ namespace Tarnwick_API {
 std::int64_t FilterIds::getCountryFilterId(ServerProfile profile) const noexcept {
     switch (profile) {
         case ServerProfile::downloading:
-            return downloadingCountriesAll_;
+            return numbers_.downloadingCountriesAll;
         case ServerProfile::streaming:
-            return streamingCountriesAll_;
+            return numbers_.streamingCountriesAll;
         case ServerProfile::general:
             break;
     }
-    return generalCountriesAll_;
+    return numbers_.generalCountriesAll;
 }
 
 std::int64_t FilterIds::getCandidateServerFilterId(ServerProfile profile) const noexcept {
     switch (profile) {
         case ServerProfile::downloading:
-            return downloadingServersCandidatesPerCountry_;
+            return numbers_.downloadingServersCandidatesPerCountry;
         case ServerProfile::streaming:
-            return streamingServersCandidatesPerCountry_;
+            return numbers_.streamingServersCandidatesPerCountry;
         case ServerProfile::general:
             break;
     }
-    return generalServersCandidatesPerCountry_;
+    return numbers_.generalServersCandidatesPerCountry;
 }
 
 }  // namespace Tarnwick_API

@@ -3,6 +3,7 @@
 #include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
 
 #include <Calls/DeliverCompletion.hpp>
+#include <Facade/FacadeUse.hpp>
 
 #include <exception>
 #include <utility>
@@ -36,6 +37,7 @@ void TarnwickApi::endSessionAnd(const Finish& finish) {
 
 void TarnwickApi::login(const std::string& username, const std::string& password, bool qvImport,
                         Completion<User> onCompletion) {
+    const Use use{*this, "login"};
     auto fetchUser = [self = shared_from_this(),
                       onCompletion = std::move(onCompletion)](std::optional<ApiError> loginError) mutable {
         if (loginError) {
@@ -56,12 +58,14 @@ void TarnwickApi::login(const std::string& username, const std::string& password
 }
 
 void TarnwickApi::logout(Completion<void> onCompletion) {
+    const Use use{*this, "logout"};
     api_->logout([self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<ApiError> error) {
         self->endSessionAnd([&] { deliver(onCompletion, std::move(error)); });
     });
 }
 
 void TarnwickApi::getCurrentUser(Completion<User> onCompletion) {
+    const Use use{*this, "getCurrentUser"};
     api_->currentUser([self = shared_from_this(), onCompletion = std::move(onCompletion)](
                           std::optional<User> user, std::optional<ApiError> error) {
         if (!user) {
@@ -74,6 +78,7 @@ void TarnwickApi::getCurrentUser(Completion<User> onCompletion) {
 }
 
 void TarnwickApi::setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) {
+    const Use use{*this, "setToken"};
     api_->setToken(token, secret,
                    [self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<User> user,
                                                                                        std::optional<ApiError> error) {
@@ -91,6 +96,7 @@ void TarnwickApi::setToken(const std::string& token, const std::string& secret, 
 }
 
 void TarnwickApi::getStatus(Completion<Status> onCompletion) {
+    const Use use{*this, "getStatus"};
     api_->getStatus([self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<Status> status,
                                                                                         std::optional<ApiError> error) {
         self->internalCurrentStatus_ = status;

@@ -4,8 +4,9 @@
 
 namespace Tarnwick_API {
 
-std::optional<LocationType> locationTypeFrom(std::int64_t rawValue) noexcept {
-    const auto type = static_cast<LocationType>(rawValue);
+template <std::same_as<LocationType> Enumeration>
+std::optional<Enumeration> fromRawValue(std::int64_t number) noexcept {
+    const auto type = static_cast<LocationType>(number);
     switch (type) {
         case LocationType::general:
         case LocationType::downloading:
@@ -15,10 +16,11 @@ std::optional<LocationType> locationTypeFrom(std::int64_t rawValue) noexcept {
     }
     return std::nullopt;
 }
+template std::optional<LocationType> fromRawValue<LocationType>(std::int64_t) noexcept;
 
 std::optional<LocationType> decodeLocationType(const Platform::JsonObject& object, std::string_view key) noexcept {
-    const auto rawValue = decodeInt(object, key);
-    return rawValue ? locationTypeFrom(*rawValue) : std::nullopt;
+    const auto number = decodeInt(object, key);
+    return number ? fromRawValue<LocationType>(*number) : std::nullopt;
 }
 
 }  // namespace Tarnwick_API

@@ -47,8 +47,8 @@ TEST(LoginErrors, AreRecognisedByTheBeginningOfTheText) {
     EXPECT_EQ(LoginError{LoginError::invalidConsumerRights}.responseText(), "INVALID CONSUMER ACCESS RIGHTS");
     EXPECT_EQ(LoginError{LoginError::noOauthToken}.responseText(), "");
     EXPECT_EQ(LoginError{LoginError::qvUserMigrationRequired}.responseText(), "");
-    EXPECT_EQ(loginResponseType("INVALID CONSUMER KEY"), LoginResponseType::invalidConsumerKey);
-    EXPECT_EQ(loginResponseType("invalid consumer key"), std::nullopt);
+    EXPECT_EQ(fromRawValue<LoginResponseType>("INVALID CONSUMER KEY"), LoginResponseType::invalidConsumerKey);
+    EXPECT_EQ(fromRawValue<LoginResponseType>("invalid consumer key"), std::nullopt);
     EXPECT_EQ(rawValue(LoginResponseType::consumerKeyMissing), "CONSUMER KEY MISSING OR INVALID");
 }
 
@@ -61,16 +61,16 @@ TEST(ApiErrors, ShowTheirTypeAndASentence) {
 }
 
 TEST(HttpStatuses, HaveNamesForSomeCodesOnly) {
-    EXPECT_EQ(httpStatus(429), HttpStatus::tooManyRequests);
-    EXPECT_EQ(httpStatus(304), HttpStatus::notModified);
-    EXPECT_EQ(httpStatus(418), std::nullopt);
-    EXPECT_EQ(httpStatus(65736), std::nullopt);
+    EXPECT_EQ(fromRawValue<HttpStatus>(429), HttpStatus::tooManyRequests);
+    EXPECT_EQ(fromRawValue<HttpStatus>(304), HttpStatus::notModified);
+    EXPECT_EQ(fromRawValue<HttpStatus>(418), std::nullopt);
+    EXPECT_EQ(fromRawValue<HttpStatus>(65736), std::nullopt);
 }
 
 TEST(ApiNotifications, AreMadeFromTheirExactText) {
-    EXPECT_EQ(ApiNotification::fromRawValue("DidLogin"), ApiNotification{ApiNotification::DidLogin});
-    EXPECT_EQ(ApiNotification::fromRawValue("DidLogout")->name(), "DidLogout");
-    EXPECT_EQ(ApiNotification::fromRawValue("didlogout"), std::nullopt);
+    EXPECT_EQ(fromRawValue<ApiNotification>("DidLogin"), ApiNotification{ApiNotification::DidLogin});
+    EXPECT_EQ(fromRawValue<ApiNotification>("DidLogout")->name(), "DidLogout");
+    EXPECT_EQ(fromRawValue<ApiNotification>("didlogout"), std::nullopt);
 }
 
 }  // namespace

@@ -1,12 +1,16 @@
 #include <Tarnwick_API/Backends/ApiVersion1.hpp>
 #include <Tarnwick_API/Backends/ApiVersion2.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
+#include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
 
 #include "BackendFixture.hpp"
 
 #include <memory>
+#include <stdexcept>
 #include <string>
+#include <thread>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -33,6 +37,68 @@ TEST(ApiUrls, NameOneHostPerEnvironment) {
     EXPECT_EQ(url.baseUrl(ApiEnvironment::dev), "https://d:8443/vb");
     EXPECT_EQ(url.baseUrl(ApiEnvironment::staging), "https:///vb");
 }
+
+TEST(ApiUrls, SayWhatIsWrongWithAHostBeforeTheFirstRequest) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"api.example.com", ""},
+        {"localhost:8443", ""},
+        {"[::1]:8443", ""},
+        {"", "the base URL \"https:///vb\" names no host"},
+        {":8443", "the base URL \"https://:8443/vb\" names no host"},
+        {"my host", "the base URL \"https://my host/vb\" is no URL"},
+        {"a.test/v1", "the base URL \"https://a.test/v1/vb\" has more in it than a host and a port"},
+        {"me@a.test", "the base URL \"https://me@a.test/vb\" has more in it than a host and a port"},
+        {"a.test:https", "the base URL \"https://a.test:https/vb\" has more in it than a host and a port"},
+        {"a.test?", "the base URL \"https://a.test?/vb\" has more in it than a host and a port"},
+    };
+    for (const auto& [host, fault] : rows) {
+        EXPECT_EQ(ApiUrl{{.dev = host}}.fault(ApiEnvironment::dev).value_or(""), fault);
+    }
+    EXPECT_DEATH(
+        {
+            const auto api = TarnwickApi::create({.uuid = Platform::Uuid::random(), .apiUrl = {.live = "my host"}});
+            api->getStatus({});
+        },
+        "Tarnwick_API: the base URL \"https://my host/vb\" is no URL");
+}
+
+TEST(Facade, IsMadeOfSettingsByName) {
+    const auto uuid = Platform::Uuid::random();
+    const auto facade = TarnwickApi::create({.consumerKey = "key",
+                                             .consumerSecret = "secret",
+                                             .partnersId = 5,
+                                             .uuid = uuid,
+                                             .keychainService = "service",
+                                             .filterIds = {.streamingCountriesAll = 32, .defaultFavorites = 41},
+                                             .apiUrl = {.live = "live", .beta = "beta"},
+                                             .environment = ApiEnvironment::beta,
+                                             .useFallbackIp = true});
+    const auto& made = dynamic_cast<const ApiVersion1&>(*facade->api());
+    EXPECT_EQ(made.consumerKey() + made.consumerSecret() + made.keychainTokenService(), "keysecretservice");
+    EXPECT_EQ(made.partnersId(), 5);
+    EXPECT_EQ(made.uuid(), uuid);
+    EXPECT_EQ(made.apiHost(), "beta");
+    EXPECT_EQ(facade->environment(), ApiEnvironment::beta);
+    EXPECT_TRUE(made.useFallbackIp());
+    EXPECT_EQ(facade->filters().getCountryFilterId(ServerProfile::streaming), 32);
+    EXPECT_EQ(facade->filters().defaultFavorites(), 41);
+    EXPECT_EQ(facade->filters().generalCountriesAll(), 0);
+    EXPECT_THROW(facade->setApi(nullptr), std::invalid_argument);
+}
+
+#ifndef NDEBUG
+TEST(FacadeDeathTest, NoticesUseByTwoThreadsAtOnce) {
+    EXPECT_DEATH(
+        {
+            const auto facade = makeFacade();
+            const auto meanwhile = Platform::NotificationCenter::defaultCenter().addObserver(
+                "DidLogout",
+                [&](const auto&) { std::thread{[&] { static_cast<void>(facade->currentUser()); }}.join(); });
+            facade->logout({});
+        },
+        "used by two threads at once, here for currentUser, there for logout");
+}
+#endif
 
 TEST(Facade, ForwardsEnvironmentAndFallbackModeAtOnce) {
     const auto facade = makeFacade();

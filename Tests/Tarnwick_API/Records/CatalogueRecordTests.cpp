@@ -17,13 +17,13 @@ namespace Tarnwick_API {
 namespace {
 
 TEST(LocationType, KnowsFourNumbers) {
-    EXPECT_EQ(locationTypeFrom(0), LocationType::general);
-    EXPECT_EQ(locationTypeFrom(1), LocationType::downloading);
-    EXPECT_EQ(locationTypeFrom(2), LocationType::streaming);
-    EXPECT_EQ(locationTypeFrom(3), LocationType::privateIp);
+    EXPECT_EQ(fromRawValue<LocationType>(0), LocationType::general);
+    EXPECT_EQ(fromRawValue<LocationType>(1), LocationType::downloading);
+    EXPECT_EQ(fromRawValue<LocationType>(2), LocationType::streaming);
+    EXPECT_EQ(fromRawValue<LocationType>(3), LocationType::privateIp);
     for (const std::int64_t number :
          {std::int64_t{-1}, std::int64_t{4}, std::int64_t{1} << 32, std::numeric_limits<std::int64_t>::min()}) {
-        EXPECT_FALSE(locationTypeFrom(number)) << number;
+        EXPECT_FALSE(fromRawValue<LocationType>(number)) << number;
     }
 }
 

@@ -129,11 +129,11 @@ TEST(Server, ListsKeepTheirOrderAndFailAsAWhole) {
 
 TEST(ServerProtocol, IsMatchedExactly) {
     for (const ServerProtocol protocol : {ServerProtocol::l2tp, ServerProtocol::ipsec}) {
-        EXPECT_EQ(serverProtocolFrom(rawValue(protocol)), protocol);
+        EXPECT_EQ(fromRawValue<ServerProtocol>(rawValue(protocol)), protocol);
     }
-    EXPECT_EQ(serverProtocolFrom("IPSEC"), ServerProtocol::ipsec);
+    EXPECT_EQ(fromRawValue<ServerProtocol>("IPSEC"), ServerProtocol::ipsec);
     for (const auto* text : {"ipsec", "IPSEC ", ""}) {
-        EXPECT_FALSE(serverProtocolFrom(text)) << text;
+        EXPECT_FALSE(fromRawValue<ServerProtocol>(text)) << text;
     }
 }
 

@@ -43,7 +43,7 @@ Classification classify(ResponseError::Kind kind) {
 }
 
 Classification classify(LoginError error) {
-    switch (LoginError::Value{error}) {
+    switch (error.value()) {
         case LoginError::loginRequired:
             return {ExitStatus::notSignedIn, "loginRequired"};
         case LoginError::invalidConsumerRights:

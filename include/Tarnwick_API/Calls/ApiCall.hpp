@@ -28,7 +28,8 @@ public:
     /// The path below the base URL, without a leading slash.
     [[nodiscard]] const std::string& urlPath() const noexcept { return urlPath_; }
 
-    /// The base URL with the path appended. A base URL that is none is a programming error and ends the process.
+    /// The base URL with the path appended. A base URL that is none is a programming error and ends the
+    /// process, with a sentence on the standard error stream; `ApiUrl::fault` finds it before.
     [[nodiscard]] Platform::Url url() const;
 
 protected:

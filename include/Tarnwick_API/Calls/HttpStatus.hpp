@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <optional>
 
@@ -20,7 +21,13 @@ enum class HttpStatus : std::int16_t {
     serverError = 500,
 };
 
+/// The code of a case, such as 404.
+[[nodiscard]] constexpr std::int64_t rawValue(HttpStatus status) noexcept {
+    return static_cast<std::int64_t>(status);
+}
+
 /// The case with this code; none for any other code.
-[[nodiscard]] std::optional<HttpStatus> httpStatus(std::int64_t code) noexcept;
+template <std::same_as<HttpStatus> Enumeration>
+[[nodiscard]] std::optional<Enumeration> fromRawValue(std::int64_t code) noexcept;
 
 }  // namespace Tarnwick_API

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <optional>
 #include <string_view>
 
@@ -12,12 +13,13 @@ enum class LoginResponseType { loginRequired, invalidConsumerRights, invalidCons
 [[nodiscard]] std::string_view rawValue(LoginResponseType type) noexcept;
 
 /// The case whose text is exactly `text`; none for any other, letter case included.
-[[nodiscard]] std::optional<LoginResponseType> loginResponseType(std::string_view text) noexcept;
+template <std::same_as<LoginResponseType> Enumeration>
+[[nodiscard]] std::optional<Enumeration> fromRawValue(std::string_view text) noexcept;
 
-/// Why a sign-in failed.
+/// Why a sign-in failed. Compares with its own kind alone: `error == LoginError::noOauthToken`.
 class LoginError {
 public:
-    enum Value {
+    enum class Value {
         loginRequired,            ///< the service knows no such session
         invalidConsumerRights,    ///< the application may not do this
         invalidConsumerKey,       ///< the application's key is wrong
@@ -25,9 +27,11 @@ public:
         noOauthToken,             ///< the answer held no token
         qvUserMigrationRequired,  ///< the account must be moved from the legacy system first
     };
+    using enum Value;
 
     constexpr LoginError(Value value) noexcept : value_{value} {}
-    constexpr operator Value() const noexcept { return value_; }
+    /// For `switch`.
+    [[nodiscard]] constexpr Value value() const noexcept { return value_; }
 
     /// Recognises an answer by how it begins, whatever its letter case; none when it says nothing about a sign-in.
     [[nodiscard]] static std::optional<LoginError> from(std::string_view responseText);
@@ -37,6 +41,8 @@ public:
 
     /// For users; English.
     [[nodiscard]] std::string_view localizedDescription() const noexcept;
+
+    friend constexpr bool operator==(const LoginError&, const LoginError&) = default;
 
 private:
     Value value_;

@@ -4,16 +4,20 @@
 
 namespace Tarnwick_API {
 
-/// Why an account was not created.
+/// Why an account was not created. Compares with its own kind alone.
 class SignupError {
 public:
-    enum Value { undefined, usernameAlreadyExists };
+    enum class Value { undefined, usernameAlreadyExists };
+    using enum Value;
 
     constexpr SignupError(Value value) noexcept : value_{value} {}
-    constexpr operator Value() const noexcept { return value_; }
+    /// For `switch`.
+    [[nodiscard]] constexpr Value value() const noexcept { return value_; }
 
     /// For users; English.
     [[nodiscard]] std::string_view localizedDescription() const noexcept;
+
+    friend constexpr bool operator==(const SignupError&, const SignupError&) = default;
 
 private:
     Value value_;

@@ -2,31 +2,43 @@
 
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace Tarnwick_API {
+
+/// The same host names by name: `ApiUrl{{.live = "api.example.com"}}`. An environment that is never chosen needs none.
+struct ApiHosts {
+    std::string live = {};
+    std::string beta = {};
+    std::string dev = {};
+    std::string staging = {};
+};
 
 /// One host name per environment, without scheme and path. A port may follow after a colon ("localhost:8443").
 class ApiUrl {
 public:
+    explicit ApiUrl(ApiHosts hosts) : hosts_{std::move(hosts)} {}
     ApiUrl(std::string live, std::string beta, std::string dev, std::string staging)
-        : live_{std::move(live)}, beta_{std::move(beta)}, dev_{std::move(dev)}, staging_{std::move(staging)} {}
+        : hosts_{std::move(live), std::move(beta), std::move(dev), std::move(staging)} {}
 
-    [[nodiscard]] const std::string& live() const noexcept { return live_; }
-    [[nodiscard]] const std::string& beta() const noexcept { return beta_; }
-    [[nodiscard]] const std::string& dev() const noexcept { return dev_; }
-    [[nodiscard]] const std::string& staging() const noexcept { return staging_; }
+    [[nodiscard]] const std::string& live() const noexcept { return hosts_.live; }
+    [[nodiscard]] const std::string& beta() const noexcept { return hosts_.beta; }
+    [[nodiscard]] const std::string& dev() const noexcept { return hosts_.dev; }
+    [[nodiscard]] const std::string& staging() const noexcept { return hosts_.staging; }
 
     [[nodiscard]] const std::string& hostname(ApiEnvironment environment) const noexcept;
 
     /// "https://", the host name as it stands, "/vb".
     [[nodiscard]] std::string baseUrl(ApiEnvironment environment) const;
 
+    /// What is wrong with the host name, an English sentence for developers; none when requests can be made with it.
+    /// Ask before the first request: one to a base URL that is none ends the process.
+    [[nodiscard]] std::optional<std::string> fault(ApiEnvironment environment) const;
+
 private:
-    std::string live_;
-    std::string beta_;
-    std::string dev_;
-    std::string staging_;
+    ApiHosts hosts_;
 };
 
 }  // namespace Tarnwick_API

@@ -6,62 +6,69 @@
 
 namespace Tarnwick_API {
 
+/// The same numbers by name: `FilterIds{{.generalCountriesAll = 12, ...}}`. One that is left out is 0, which is no
+/// filter of any service: leave out those alone that the application's operations don't use.
+struct FilterIdNumbers {
+    /// Candidate servers that the service picks across all countries.
+    std::int64_t smartServersCandidates = 0;
+    /// All countries, for general use.
+    std::int64_t generalCountriesAll = 0;
+    /// Candidate servers in one country, for general use.
+    std::int64_t generalServersCandidatesPerCountry = 0;
+    /// All servers in one country.
+    std::int64_t generalServersPerCountry = 0;
+    /// All countries, for downloading.
+    std::int64_t downloadingCountriesAll = 0;
+    /// Candidate servers in one country, for downloading.
+    std::int64_t downloadingServersCandidatesPerCountry = 0;
+    /// All countries, for streaming.
+    std::int64_t streamingCountriesAll = 0;
+    /// Candidate servers in one country, for streaming.
+    std::int64_t streamingServersCandidatesPerCountry = 0;
+    /// The default favourites.
+    std::int64_t defaultFavorites = 0;
+};
+
 /// The numbers of the filters that the service's operator has set up. None has a default.
 class FilterIds {
 public:
+    explicit FilterIds(const FilterIdNumbers& numbers) noexcept : numbers_{numbers} {}
     FilterIds(std::int64_t smartServersCandidates, std::int64_t generalCountriesAll,
               std::int64_t generalServersCandidatesPerCountry, std::int64_t generalServersPerCountry,
               std::int64_t downloadingCountriesAll, std::int64_t downloadingServersCandidatesPerCountry,
               std::int64_t streamingCountriesAll, std::int64_t streamingServersCandidatesPerCountry,
               std::int64_t defaultFavorites) noexcept
-        : smartServersCandidates_{smartServersCandidates},
-          generalCountriesAll_{generalCountriesAll},
-          generalServersCandidatesPerCountry_{generalServersCandidatesPerCountry},
-          generalServersPerCountry_{generalServersPerCountry},
-          downloadingCountriesAll_{downloadingCountriesAll},
-          downloadingServersCandidatesPerCountry_{downloadingServersCandidatesPerCountry},
-          streamingCountriesAll_{streamingCountriesAll},
-          streamingServersCandidatesPerCountry_{streamingServersCandidatesPerCountry},
-          defaultFavorites_{defaultFavorites} {}
+        : numbers_{smartServersCandidates,
+                   generalCountriesAll,
+                   generalServersCandidatesPerCountry,
+                   generalServersPerCountry,
+                   downloadingCountriesAll,
+                   downloadingServersCandidatesPerCountry,
+                   streamingCountriesAll,
+                   streamingServersCandidatesPerCountry,
+                   defaultFavorites} {}
 
-    /// Candidate servers that the service picks across all countries.
-    [[nodiscard]] std::int64_t smartServersCandidates() const noexcept { return smartServersCandidates_; }
-    /// All countries, for general use.
-    [[nodiscard]] std::int64_t generalCountriesAll() const noexcept { return generalCountriesAll_; }
-    /// Candidate servers in one country, for general use.
+    [[nodiscard]] std::int64_t smartServersCandidates() const noexcept { return numbers_.smartServersCandidates; }
+    [[nodiscard]] std::int64_t generalCountriesAll() const noexcept { return numbers_.generalCountriesAll; }
     [[nodiscard]] std::int64_t generalServersCandidatesPerCountry() const noexcept {
-        return generalServersCandidatesPerCountry_;
+        return numbers_.generalServersCandidatesPerCountry;
     }
-    /// All servers in one country.
-    [[nodiscard]] std::int64_t generalServersPerCountry() const noexcept { return generalServersPerCountry_; }
-    /// All countries, for downloading.
-    [[nodiscard]] std::int64_t downloadingCountriesAll() const noexcept { return downloadingCountriesAll_; }
-    /// Candidate servers in one country, for downloading.
+    [[nodiscard]] std::int64_t generalServersPerCountry() const noexcept { return numbers_.generalServersPerCountry; }
+    [[nodiscard]] std::int64_t downloadingCountriesAll() const noexcept { return numbers_.downloadingCountriesAll; }
     [[nodiscard]] std::int64_t downloadingServersCandidatesPerCountry() const noexcept {
-        return downloadingServersCandidatesPerCountry_;
+        return numbers_.downloadingServersCandidatesPerCountry;
     }
-    /// All countries, for streaming.
-    [[nodiscard]] std::int64_t streamingCountriesAll() const noexcept { return streamingCountriesAll_; }
-    /// Candidate servers in one country, for streaming.
+    [[nodiscard]] std::int64_t streamingCountriesAll() const noexcept { return numbers_.streamingCountriesAll; }
     [[nodiscard]] std::int64_t streamingServersCandidatesPerCountry() const noexcept {
-        return streamingServersCandidatesPerCountry_;
+        return numbers_.streamingServersCandidatesPerCountry;
     }
-    /// The default favourites.
-    [[nodiscard]] std::int64_t defaultFavorites() const noexcept { return defaultFavorites_; }
+    [[nodiscard]] std::int64_t defaultFavorites() const noexcept { return numbers_.defaultFavorites; }
 
     [[nodiscard]] std::int64_t getCountryFilterId(ServerProfile profile) const noexcept;
     [[nodiscard]] std::int64_t getCandidateServerFilterId(ServerProfile profile) const noexcept;
 
 private:
-    std::int64_t smartServersCandidates_;
-    std::int64_t generalCountriesAll_;
-    std::int64_t generalServersCandidatesPerCountry_;
-    std::int64_t generalServersPerCountry_;
-    std::int64_t downloadingCountriesAll_;
-    std::int64_t downloadingServersCandidatesPerCountry_;
-    std::int64_t streamingCountriesAll_;
-    std::int64_t streamingServersCandidatesPerCountry_;
-    std::int64_t defaultFavorites_;
+    FilterIdNumbers numbers_;
 };
 
 }  // namespace Tarnwick_API

@@ -9,6 +9,7 @@
 #include <Tarnwick_API/Facade/AttemptObservers.hpp>
 #include <Tarnwick_API/Facade/FilterIds.hpp>
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
+#include <Tarnwick_API/Facade/TarnwickApiSettings.hpp>
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
 #include <Tarnwick_API/Records/Device.hpp>
@@ -17,10 +18,12 @@
 #include <Tarnwick_API/Records/Status.hpp>
 #include <Tarnwick_API/Records/User.hpp>
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -28,7 +31,8 @@ namespace Tarnwick_API {
 
 /// The one object through which an application uses the service.
 ///
-/// Thread: meant for the main thread alone. Nothing here waits for the network.
+/// Thread: meant for the main thread alone. Nothing here waits for the network. In debug builds of the library, use by two
+/// threads at once ends the process with a line that names both operations.
 /// Completion: every operation takes one, last. It runs at most once, on the main queue (`Platform::MainQueue`), with a
 /// result or an error; with neither when the service answered without usable data. Only when the service is out of
 /// reach already at the call is it told so at once, inside the call. A failed transfer is tried again up to five times
@@ -46,7 +50,9 @@ class TarnwickApi final : public std::enable_shared_from_this<TarnwickApi> {
     };
 
 public:
-    /// Makes a facade in environment `live`; set `environment` next if another is meant.
+    /// Makes a facade as `settings` say.
+    [[nodiscard]] static std::shared_ptr<TarnwickApi> create(TarnwickApiSettings settings);
+    /// The same by position, in environment `live`; set `environment` next if another is meant.
     /// `keychainService`: the name under which the access token is kept. `uuid`: identifies this installation; keep
     /// it between runs.
     [[nodiscard]] static std::shared_ptr<TarnwickApi> create(ApiVersion apiVersion, std::string consumerKey,
@@ -63,9 +69,9 @@ public:
     ~TarnwickApi() = default;
 
     /// The user of the last successful `login`, `setToken` or `getCurrentUser`; none when signed out. Asks nobody.
-    [[nodiscard]] std::optional<User> currentUser() const { return internalCurrentUser_; }
+    [[nodiscard]] std::optional<User> currentUser() const;
     /// What the last `getStatus` brought; none when it failed. Asks nobody.
-    [[nodiscard]] std::optional<Status> currentStatus() const { return internalCurrentStatus_; }
+    [[nodiscard]] std::optional<Status> currentStatus() const;
     /// The backend's `username`, on purpose no name with version 1 but the access token's text; empty when there is
     /// none. The account's name is `currentUser()->username`.
     [[nodiscard]] std::string username() const;
@@ -103,7 +109,7 @@ public:
 
     /// The backend.
     [[nodiscard]] const std::shared_ptr<ApiCommunicateable>& api() const noexcept { return api_; }
-    /// Puts another backend in place; it must not be null.
+    /// Puts another backend in place. Throws std::invalid_argument for none: the facade is never without one.
     void setApi(std::shared_ptr<ApiCommunicateable> api);
 
     /// Assigning, also the same version again, makes a new backend from the current settings. The old one's
@@ -183,6 +189,8 @@ public:
     void getDefaultFavorites(Completion<std::vector<FavoriteEntry>> onCompletion);
 
 private:
+    class Use;
+
     void postDidLogout();
     /// Calls `finish` also when an observer throws, which then goes on.
     template <typename Finish>
@@ -204,6 +212,9 @@ private:
     ApiVersion version_;
     std::shared_ptr<AttemptObservers> attemptObservers_ = std::make_shared<AttemptObservers>();
     std::shared_ptr<ApiCommunicateable> api_;
+    /// Who is inside the facade.
+    mutable std::atomic<std::thread::id> user_ = std::thread::id{};
+    mutable std::atomic<const char*> usedFor_ = nullptr;
 };
 
 }  // namespace Tarnwick_API

@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
+#include <concepts>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -11,8 +12,14 @@ namespace Tarnwick_API {
 /// What a country or server is meant for. The values are the service's.
 enum class LocationType : std::int64_t { general = 0, downloading = 1, streaming = 2, privateIp = 3 };
 
+/// The service's number of a type.
+[[nodiscard]] constexpr std::int64_t rawValue(LocationType type) noexcept {
+    return static_cast<std::int64_t>(type);
+}
+
 /// The type with this number; none for any other number.
-[[nodiscard]] std::optional<LocationType> locationTypeFrom(std::int64_t rawValue) noexcept;
+template <std::same_as<LocationType> Enumeration>
+[[nodiscard]] std::optional<Enumeration> fromRawValue(std::int64_t number) noexcept;
 
 /// The type in a member that `decodeInt` can read; none for an unknown number as well.
 [[nodiscard]] std::optional<LocationType> decodeLocationType(const Platform::JsonObject& object,

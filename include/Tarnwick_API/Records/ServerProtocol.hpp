@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <optional>
 #include <string_view>
 
@@ -20,7 +21,8 @@ enum class ServerProtocol { l2tp, ipsec };
 }
 
 /// The protocol of exactly that name; none for any other text, the same in other letter case included.
-[[nodiscard]] constexpr std::optional<ServerProtocol> serverProtocolFrom(std::string_view text) noexcept {
+template <std::same_as<ServerProtocol> Enumeration>
+[[nodiscard]] constexpr std::optional<Enumeration> fromRawValue(std::string_view text) noexcept {
     for (const ServerProtocol protocol : {ServerProtocol::l2tp, ServerProtocol::ipsec}) {
         if (text == rawValue(protocol)) {
             return protocol;

@@ -1,0 +1,30 @@
+#include <Facade/FacadeUse.hpp>
+
+#include <cstdio>
+#include <exception>
+
+namespace Tarnwick_API {
+
+TarnwickApi::Use::Use([[maybe_unused]] const TarnwickApi& facade, [[maybe_unused]] const char* operation) noexcept {
+#ifndef NDEBUG
+    std::thread::id user;
+    if (facade.user_.compare_exchange_strong(user, std::this_thread::get_id())) {
+        facade.usedFor_ = operation;
+        facade_ = facade.shared_from_this();
+    } else if (user != std::this_thread::get_id()) {
+        const char* const other = facade.usedFor_;
+        std::fprintf(stderr, "Tarnwick_API: TarnwickApi is used by two threads at once, here for %s, there for %s\n",
+                     operation, other == nullptr ? "another operation" : other);
+        std::terminate();
+    }
+#endif
+}
+
+TarnwickApi::Use::~Use() {
+    if (facade_) {
+        facade_->usedFor_ = nullptr;
+        facade_->user_ = std::thread::id{};
+    }
+}
+
+}  // namespace Tarnwick_API
