@@ -62,7 +62,7 @@ protected:
 
     /// The user's name; none when that is not had.
     std::optional<std::string> currentUser() {
-        const auto received = await<User>([&](auto done) { api->getCurrentUser(done); });
+        const auto received = await<User>([&](auto done) { api->getCurrentUser(std::move(done)); });
         return received.result ? std::optional{received.result->username} : std::nullopt;
     }
 
@@ -205,7 +205,7 @@ TEST_F(Cache, NeverAnswersWithAnotherAccountsData) {
     EXPECT_EQ(currentUser(), "ada");
     EXPECT_EQ(service.counters().requests, requests) << "a hit costs no network";
 
-    EXPECT_FALSE(await<void>([&](auto done) { api->logout(done); }).error);
+    EXPECT_FALSE(await<void>([&](auto done) { api->logout(std::move(done)); }).error);
     EXPECT_FALSE(currentUser());
     EXPECT_EQ(signIn("bob", "pw").result.value_or(User{}).username, "bob");
     EXPECT_EQ(currentUser(), "bob");
@@ -230,7 +230,8 @@ TEST_F(Cache, HoldsNothingOfTheAccessTokenOnDisk) {
 
 TEST_F(Cache, KeepsConfirmedAnswersForAnotherRunOfTheProgram) {
     const auto countries = [&] {
-        return await<std::vector<Country>>([&](auto done) { api->getCountries(ServerProfile::general, {}, {}, done); })
+        return await<std::vector<Country>>(
+                   [&](auto done) { api->getCountries(ServerProfile::general, {}, {}, std::move(done)); })
             .result;
     };
     install(std::make_shared<Platform::UrlCache>(0, 1U << 22U, cacheFolder));

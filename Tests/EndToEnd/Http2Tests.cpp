@@ -106,7 +106,7 @@ TEST_F(OverHttp2, ManyRequestsShareOneConnectionAndNameTheHost) {
     EXPECT_EQ(connections(), 1U);
     createAccount("bob", "pw");
     EXPECT_TRUE(signIn("bob", "pw").result);
-    EXPECT_TRUE(await<std::vector<Device>>([&](auto done) { api->getDevices(done); }).result);
+    EXPECT_TRUE(await<std::vector<Device>>([&](auto done) { api->getDevices(std::move(done)); }).result);
     EXPECT_EQ(service.counters().refusals, 0U) << service.counters().lastRefusal;
     EXPECT_EQ(queue->pausesAskedFor().size(), 0U);
 }

@@ -59,11 +59,11 @@ void ServiceFixture::createAccount(const std::string& username, const std::strin
 }
 
 Received<Status> ServiceFixture::getStatus() {
-    return await<Status>([&](auto completion) { api->getStatus(completion); });
+    return await<Status>([&](auto completion) { api->getStatus(std::move(completion)); });
 }
 
 Received<User> ServiceFixture::signIn(const std::string& username, const std::string& password) {
-    return await<User>([&](auto completion) { api->login(username, password, false, completion); });
+    return await<User>([&](auto completion) { api->login(username, password, false, std::move(completion)); });
 }
 
 }  // namespace Testing

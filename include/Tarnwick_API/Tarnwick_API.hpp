@@ -8,12 +8,14 @@
 #include <Tarnwick_API/Calls/ApiEndpoint.hpp>
 #include <Tarnwick_API/Calls/ApiError.hpp>
 #include <Tarnwick_API/Calls/ApiResult.hpp>
+#include <Tarnwick_API/Calls/CancellationError.hpp>
 #include <Tarnwick_API/Calls/CatalogueCalls.hpp>
 #include <Tarnwick_API/Calls/Completion.hpp>
 #include <Tarnwick_API/Calls/DeviceCalls.hpp>
 #include <Tarnwick_API/Calls/HttpStatus.hpp>
 #include <Tarnwick_API/Calls/LoginError.hpp>
 #include <Tarnwick_API/Calls/ResponseError.hpp>
+#include <Tarnwick_API/Calls/SessionError.hpp>
 #include <Tarnwick_API/Calls/SignupError.hpp>
 #include <Tarnwick_API/Calls/StatusCallV1.hpp>
 #include <Tarnwick_API/Calls/UserField.hpp>
@@ -32,6 +34,12 @@
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
 #include <Tarnwick_API/Facade/TarnwickApiSettings.hpp>
+#include <Tarnwick_API/Operations/DetachedCoroutine.hpp>
+#include <Tarnwick_API/Operations/Operation.hpp>
+#include <Tarnwick_API/Operations/OperationFuture.hpp>
+#include <Tarnwick_API/Operations/Outcome.hpp>
+#include <Tarnwick_API/Operations/RunningOperation.hpp>
+#include <Tarnwick_API/Operations/StoppableScope.hpp>
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 #include <Tarnwick_API/Platform/Application/HostName.hpp>
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
@@ -44,6 +52,8 @@
 #include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MoveOnlyFunction.hpp>
+#include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>

@@ -1,6 +1,7 @@
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 
 #include <Platform/Concurrency/ProcessFork.hpp>
+#include <Platform/Concurrency/QueueThread.hpp>
 #include <Platform/Concurrency/TaskSchedule.hpp>
 
 #include <condition_variable>
@@ -18,6 +19,8 @@ std::chrono::nanoseconds steadyNow() {
 
 class BuiltInMainQueue::State {
 public:
+    QueueThread thread;
+
     void add(std::chrono::nanoseconds due, Task task) {
         {
             const std::lock_guard lock{mutex_};
@@ -70,6 +73,10 @@ void BuiltInMainQueue::soon(Task task) {
     state_->add(steadyNow(), std::move(task));
 }
 
+bool BuiltInMainQueue::isOwnThread() const {
+    return state_->thread.isCurrent();
+}
+
 void BuiltInMainQueue::after(std::chrono::nanoseconds delay, Task task) {
     state_->add(TaskSchedule::dueAfter(steadyNow(), delay), std::move(task));
 }
@@ -79,6 +86,7 @@ void BuiltInMainQueue::run() {
 }
 
 void BuiltInMainQueue::runUntil(const std::function<bool()>& done) {
+    state_->thread.note();
     while (!done()) {
         const auto task = state_->waitForNext();
         if (!task) {

@@ -1,6 +1,7 @@
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 
 #include <Platform/Concurrency/ProcessFork.hpp>
+#include <Platform/Concurrency/QueueThread.hpp>
 #include <Platform/Concurrency/TaskSchedule.hpp>
 
 #include <algorithm>
@@ -12,6 +13,8 @@ namespace Tarnwick_API::Platform {
 
 class VirtualTimeMainQueue::State {
 public:
+    QueueThread thread;
+
     void add(std::chrono::nanoseconds delay, Task task) {
         {
             const std::lock_guard lock{mutex_};
@@ -86,11 +89,16 @@ void VirtualTimeMainQueue::soon(Task task) {
     state_->add(std::chrono::nanoseconds{0}, std::move(task));
 }
 
+bool VirtualTimeMainQueue::isOwnThread() const {
+    return state_->thread.isCurrent();
+}
+
 void VirtualTimeMainQueue::after(std::chrono::nanoseconds delay, Task task) {
     state_->addDelayed(delay, std::move(task));
 }
 
 void VirtualTimeMainQueue::runReady() {
+    state_->thread.note();
     while (const auto task = state_->takeReady()) {
         task();
     }
@@ -110,6 +118,7 @@ void VirtualTimeMainQueue::runAll() {
 }
 
 bool VirtualTimeMainQueue::runUntil(const std::function<bool()>& done, std::chrono::seconds limit) {
+    state_->thread.note();
     const auto end = std::chrono::steady_clock::now() + limit;
     while (!done()) {
         const auto task = state_->waitForReady(end);

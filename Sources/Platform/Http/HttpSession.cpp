@@ -73,12 +73,17 @@ public:
     }
 
     void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) override {
+        sendStoppable(std::move(request), std::move(onCompletion), StopToken{});
+    }
+
+    void sendStoppable(std::shared_ptr<const HttpRequest> request, Completion onCompletion,
+                       const StopToken& stop) override {
         Delivery deliver{MainQueue::main(), request, std::move(onCompletion)};
         const auto& fault = request->encodingError() ? request->encodingError() : headerFault_;
         if (fault) {
             deliver({failedAnswer({HttpError::Kind::encoding, *fault})});
         } else {
-            transport_->transfer(std::move(request), std::move(deliver));
+            transport_->transfer(std::move(request), std::move(deliver), stop);
         }
     }
 

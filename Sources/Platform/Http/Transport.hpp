@@ -29,8 +29,9 @@ public:
 
     /// Starts `request` and returns at once. `onAnswer` is called exactly once, on a thread of the transport's that it
     /// must not hold up, or inside this call when nothing can be started; only the end of the process leaves it
-    /// uncalled. It is moved to where it is called, never copied. Thread: any.
-    virtual void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer) = 0;
+    /// uncalled. It is moved to where it is called, never copied. Once `stop` stops, the request is given up, and
+    /// answered as cancelled. Thread: any.
+    virtual void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer, StopToken stop) = 0;
 
     /// See `HttpSession::networkChanged`. Thread: any.
     virtual void networkChanged() = 0;
@@ -39,7 +40,7 @@ public:
 /// The answer to a request that came to none.
 [[nodiscard]] HttpAnswer failedAnswer(HttpError error);
 
-/// The same, when the session was dropped before.
+/// The same, when the session was dropped, or the request stopped, before.
 [[nodiscard]] HttpAnswer cancelledAnswer();
 
 }  // namespace Tarnwick_API::Platform

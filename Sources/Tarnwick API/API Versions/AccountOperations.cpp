@@ -69,8 +69,8 @@ void ApiVersion1::login(const std::string& username, const std::string& password
                      error = LoginError{LoginError::noOauthToken};
                  }
                  if (self->oauthToken_) {
-                     Keychain::setPassword(self->keychainTokenService_, self->oauthToken_->token,
-                                           self->oauthToken_->secret);
+                     self->tokenKeeping_ = Keychain::keepPassword(self->keychainTokenService_, self->oauthToken_->token,
+                                                                  self->oauthToken_->secret);
                  }
                  deliver(onCompletion, std::move(error));
              });
@@ -90,7 +90,8 @@ void ApiVersion1::logout(Completion<void> onCompletion) {
                  if (!result.error) {
                      self->setOauthToken(std::nullopt);
                      const auto placeholder = LoginData::signedOutPlaceholder();
-                     Keychain::setPassword(self->keychainTokenService_, placeholder.username, placeholder.password);
+                     self->tokenKeeping_ = Keychain::keepPassword(self->keychainTokenService_, placeholder.username,
+                                                                  placeholder.password);
                  }
                  deliver(onCompletion, std::move(result.error));
              });

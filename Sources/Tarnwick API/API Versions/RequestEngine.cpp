@@ -1,11 +1,14 @@
 #include "RequestEngine.hpp"
 
+#include <Tarnwick_API/Operations/StoppableScope.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 
 #include <Calls/DeliverCompletion.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 #include <Platform/Text/Utf8.hpp>
 
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <exception>
@@ -118,14 +121,23 @@ std::optional<Ending> classify(std::int64_t status, std::optional<Platform::Byte
 
 }  // namespace
 
-/// What every attempt of one request repeats.
+/// What every attempt of one request repeats, and whether it has ended.
 struct RequestEngine::Chain {
+    Chain(RequestEngine itsEngine, Platform::Url itsUrl, SharedRequest itsRequest, RequestCompletion itsCompletion)
+        : engine{std::move(itsEngine)},
+          url{std::move(itsUrl)},
+          request{std::move(itsRequest)},
+          onCompletion{std::move(itsCompletion)} {}
+
     RequestEngine engine;
     Platform::Url url;
     SharedRequest request;
     RequestCompletion onCompletion;
     /// Not kept alive: the queue's tasks keep the chain.
     std::weak_ptr<Platform::MainQueue> firstQueue = Platform::MainQueue::main();
+    Platform::StopToken stop = StoppableScope::take();
+    Platform::StopToken::Registration endOnStop;
+    std::atomic<bool> hasEnded = false;
 
     /// Where it began, and so goes on, unless that queue is no more.
     [[nodiscard]] std::shared_ptr<Platform::MainQueue> queue() const {
@@ -147,8 +159,16 @@ struct RequestEngine::Chain {
         return nullptr;
     }
 
-    void completeNotReachable() const {
-        deliver(onCompletion, std::nullopt, ApiResult{.status = 0, .error = ResponseError::notReachable()});
+    void complete(std::optional<Platform::Bytes> body, ApiResult result) {
+        if (!hasEnded.exchange(true)) {
+            endOnStop = {};
+            deliver(std::exchange(onCompletion, {}), std::move(body), std::move(result));
+        }
+    }
+
+    void completeNotReachable() { complete(std::nullopt, {.status = 0, .error = ResponseError::notReachable()}); }
+    void completeStopped(Platform::StopReason reason) {
+        complete(std::nullopt, {.status = 0, .error = CancellationError{reason}});
     }
 };
 
@@ -165,11 +185,23 @@ void RequestEngine::send(const Platform::Url& url, const Platform::Parameters& p
                          Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) const {
     auto request = std::make_shared<const Platform::HttpRequest>(
         Platform::HttpRequest{method, url, parameters, encoding, headers}.withHeader(hostHeader, owner_->apiHost()));
-    attempt(std::make_shared<const Chain>(Chain{*this, url, std::move(request), std::move(onCompletion)}), retryCount,
-            AttemptObservers::Teller::caller);
+    const auto chain = std::make_shared<Chain>(*this, url, std::move(request), std::move(onCompletion));
+    if (const auto reason = chain->stop.reason()) {
+        chain->queue()->soon([chain, reason] { chain->completeStopped(*reason); });
+        return;
+    }
+    chain->endOnStop = chain->stop.onStop([weak = std::weak_ptr{chain}](Platform::StopReason reason) {
+        if (const auto stopped = weak.lock()) {
+            stopped->queue()->soon([stopped, reason] { stopped->completeStopped(reason); });
+        }
+    });
+    attempt(chain, retryCount, AttemptObservers::Teller::caller);
 }
 
 void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, AttemptObservers::Teller teller) {
+    if (chain->stop.isStopped()) {
+        return;
+    }
     const auto session = chain->engine.session_();
     if (!session->isReachable(chain->url.absoluteString())) {
         std::exception_ptr thrown;
@@ -185,7 +217,7 @@ void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, A
         return;
     }
     const auto request = naming(chain->request, chain->engine.owner_->apiHost());
-    session->send(request, [chain, retryCount](Platform::HttpAnswer answer) {
+    auto onAnswer = [chain, retryCount](Platform::HttpAnswer answer) {
         const auto queue = chain->queue();
         if (queue == Platform::MainQueue::main()) {
             receive(chain, retryCount, std::move(answer));
@@ -194,11 +226,19 @@ void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, A
         // The session answers a retry on the queue of that moment. A task must be copyable: so the answer is shared.
         const auto shared = std::make_shared<Platform::HttpAnswer>(std::move(answer));
         queue->soon([chain, retryCount, shared] { receive(chain, retryCount, std::move(*shared)); });
-    });
+    };
+    if (chain->stop.canStop()) {
+        session->sendStoppable(request, std::move(onAnswer), chain->stop);
+    } else {
+        session->send(request, std::move(onAnswer));
+    }
     logRequest(*request, session->defaultHeaders());
 }
 
 void RequestEngine::receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer) {
+    if (chain->stop.isStopped()) {
+        return;
+    }
     logAnswer(answer, chain->engine.owner_->useFallbackIp());
     std::exception_ptr thrown;
     if (chain->isObserved()) {
@@ -222,7 +262,7 @@ void RequestEngine::goOn(const SharedChain& chain, std::int64_t retryCount, Plat
         return;
     }
     if (auto ending = classify(answer.response->status, std::move(answer.body))) {
-        deliver(chain->onCompletion, std::move(ending->body), std::move(ending->result));
+        chain->complete(std::move(ending->body), std::move(ending->result));
     }
 }
 

@@ -16,7 +16,8 @@ namespace Tarnwick_API {
 /// from the status how the request ended.
 ///
 /// Session and host are asked for anew at each attempt. Of one request with all its attempts everything lives in a
-/// chain, which keeps the backend alive until it has ended.
+/// chain, which keeps the backend alive until it has ended: with an answer, when its attempts are used up, or when the
+/// token of the `StoppableScope` in which it began stops.
 class RequestEngine {
 public:
     using SessionLookup = std::function<std::shared_ptr<Platform::HttpSession>()>;
@@ -32,7 +33,7 @@ public:
 
 private:
     struct Chain;
-    using SharedChain = std::shared_ptr<const Chain>;
+    using SharedChain = std::shared_ptr<Chain>;
 
     static void attempt(const SharedChain& chain, std::int64_t retryCount, AttemptObservers::Teller teller);
     static void receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer);

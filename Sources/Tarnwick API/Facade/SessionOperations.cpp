@@ -1,11 +1,14 @@
 #include <Tarnwick_API/Facade/ApiNotification.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
+#include <Tarnwick_API/Operations/StoppableScope.hpp>
 #include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <Calls/DeliverCompletion.hpp>
 #include <Facade/FacadeUse.hpp>
 
 #include <exception>
+#include <memory>
 #include <utility>
 
 namespace Tarnwick_API {
@@ -38,12 +41,13 @@ void TarnwickApi::endSessionAnd(const Finish& finish) {
 void TarnwickApi::login(const std::string& username, const std::string& password, bool qvImport,
                         Completion<User> onCompletion) {
     const Use use{*this, "login"};
-    auto fetchUser = [self = shared_from_this(),
+    auto fetchUser = [self = shared_from_this(), stop = StoppableScope::current(),
                       onCompletion = std::move(onCompletion)](std::optional<ApiError> loginError) mutable {
         if (loginError) {
             self->endSessionAnd([&] { deliver(onCompletion, std::nullopt, std::move(loginError)); });
             return;
         }
+        const StoppableScope scope{std::move(stop)};
         self->api_->currentUser(
             [self, onCompletion = std::move(onCompletion)](std::optional<User> user, std::optional<ApiError> error) {
                 if (!user) {
@@ -55,6 +59,36 @@ void TarnwickApi::login(const std::string& username, const std::string& password
             });
     };
     api_->login(username, password, qvImport, std::move(fetchUser));
+}
+
+void TarnwickApi::restoreSession(Completion<User> onCompletion) {
+    const Use use{*this, "restoreSession"};
+    auto why = api_->adoptKeptToken();
+    if (!why) {
+        getCurrentUser(std::move(onCompletion));
+        return;
+    }
+    // A task must be copyable.
+    auto completion = std::make_shared<Completion<User>>(std::move(onCompletion));
+    Platform::MainQueue::main()->soon(
+        [completion = std::move(completion), why] { deliver(*completion, std::nullopt, ApiError{*why}); });
+}
+
+std::optional<SessionError> TarnwickApi::adoptKeptToken() {
+    const Use use{*this, "adoptKeptToken"};
+    return api_->adoptKeptToken();
+}
+
+std::optional<Platform::KeychainStatus> TarnwickApi::tokenKeeping() const {
+    const Use use{*this, "tokenKeeping"};
+    return api_->tokenKeeping();
+}
+
+Platform::KeychainStatus TarnwickApi::forgetSession() {
+    const Use use{*this, "forgetSession"};
+    const auto status = api_->forgetToken();
+    endSessionAnd([] {});
+    return status;
 }
 
 void TarnwickApi::logout(Completion<void> onCompletion) {

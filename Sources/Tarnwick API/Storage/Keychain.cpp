@@ -101,11 +101,17 @@ const std::string& Keychain::requiresUserInteractionValue() {
 }
 
 void Keychain::setPassword(const std::string& service, const std::string& account, const std::string& password) {
+    // No caller is told of a failure: whoever reads finds no item.
+    static_cast<void>(keepPassword(service, account, password));
+}
+
+KeychainStatus Keychain::keepPassword(const std::string& service, const std::string& account,
+                                      const std::string& password) {
     const auto& name = label();
     const auto keychain = store();
     const auto status = updateExisting(*keychain, service, account, password);
     if (status == KeychainStatus::success) {
-        return;
+        return status;
     }
     if (status != KeychainStatus::itemNotFound) {
         deleteAll(*keychain, service);
@@ -119,12 +125,12 @@ void Keychain::setPassword(const std::string& service, const std::string& accoun
                                 .accessibility = Platform::keychainAccessibleAlways};
     const auto added = keychain->add(item);
     wipeData(item);
-    // No caller is told, and whoever reads finds no item: the developer at least learns why.
     if (added != KeychainStatus::success && Platform::DebugChannel::isOpen()) {
         Platform::DebugChannel::write(
             "Keychain: the password for " + service + " is not kept: " + keychain->message(added).value_or(""),
             "setPassword");
     }
+    return added;
 }
 
 std::optional<std::string> Keychain::getPassword(const std::string& service, const std::string& account) {
@@ -153,16 +159,21 @@ std::optional<TokenData> Keychain::getTokenData(const std::string& service) {
 }
 
 std::optional<LoginData> Keychain::getLoginData(const std::string& service) {
-    auto found =
-        dictionaryOf(store()->copyMatching({.service = service}, {.attributes = true, .data = true, .limitOne = true}));
+    return keptLogin(service).data;
+}
+
+KeptLogin Keychain::keptLogin(const std::string& service) {
+    auto answer = store()->copyMatching({.service = service}, {.attributes = true, .data = true, .limitOne = true});
+    const auto status = answer.status == KeychainStatus::itemNotFound ? KeychainStatus::success : answer.status;
+    auto found = dictionaryOf(std::move(answer));
     if (!found || !found->account) {
-        return std::nullopt;
+        return {std::nullopt, status};
     }
     auto password = decoded(std::move(found->data));
     if (!password) {
-        return std::nullopt;
+        return {std::nullopt, status};
     }
-    return LoginData{std::move(*found->account), std::move(*password)};
+    return {LoginData{std::move(*found->account), std::move(*password)}, status};
 }
 
 bool Keychain::hasLoginData(const std::string& service) {

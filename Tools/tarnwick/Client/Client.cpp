@@ -15,8 +15,6 @@ namespace TarnwickClient {
 using Tarnwick_API::ApiError;
 using Tarnwick_API::ApiVersion1;
 using Tarnwick_API::Completion;
-using Tarnwick_API::Keychain;
-using Tarnwick_API::OAuthToken;
 using Tarnwick_API::Platform::KeychainStatus;
 
 namespace {
@@ -94,54 +92,29 @@ Client::Client(const Settings& settings)
     observation_ = api_->observeAttempts([this](const auto& attempt) { transfers_.note(attempt); });
 }
 
-std::optional<OAuthToken> Client::storedToken() const {
-    const auto login = Keychain::getLoginData(settings_.keychainService);
-    if (!login || login->isSignedOutPlaceholder()) {
-        return std::nullopt;
-    }
-    return OAuthToken{login->username, login->password};
-}
-
-OAuthToken Client::requiredToken() const {
-    auto token = storedToken();
-    if (!token) {
+void Client::requireSignIn() const {
+    if (api_->adoptKeptToken()) {
         const auto status = keptItem(settings_.keychainService).status;
         throw status == KeychainStatus::success ? Failure::notSignedIn() : Failure::keychain(status);
     }
-    return *std::move(token);
-}
-
-void Client::requireSignIn() const {
-    adopt(requiredToken());
 }
 
 void Client::requireKept() const {
-    const auto* backend = dynamic_cast<const ApiVersion1*>(api_->api().get());
-    const auto kept = storedToken();
-    if (backend == nullptr || !backend->oauthToken() ||
-        (kept && kept->token == backend->oauthToken()->token && kept->secret == backend->oauthToken()->secret)) {
-        return;
+    const auto status = api_->tokenKeeping().value_or(KeychainStatus::success);
+    if (status != KeychainStatus::success) {
+        throw Failure{
+            ExitStatus::local, "tokenNotKept",
+            std::string{"Signed in, but the access token could not be kept: "} + Failure::keychain(status).what()};
     }
-    const auto status = keptItem(settings_.keychainService).status;
-    throw Failure{
-        ExitStatus::local, "tokenNotKept",
-        std::string{"Signed in, but the access token could not be kept: "} +
-            (status == KeychainStatus::success ? "the keychain did not take it." : Failure::keychain(status).what())};
 }
 
 void Client::adoptStoredToken() const {
-    adopt(storedToken());
-}
-
-void Client::adopt(std::optional<OAuthToken> token) const {
-    if (auto* backend = dynamic_cast<ApiVersion1*>(api_->api().get()); backend != nullptr) {
-        backend->setOauthToken(std::move(token));
-    }
+    static_cast<void>(api_->adoptKeptToken());
 }
 
 void Client::forgetStoredToken() const {
-    const auto status = Keychain::store()->remove({.service = settings_.keychainService});
-    if (status != KeychainStatus::success && status != KeychainStatus::itemNotFound) {
+    const auto status = api_->forgetSession();
+    if (status != KeychainStatus::success) {
         throw tokenNotWiped("The session had ended already, but the access token could not be deleted: ", status);
     }
 }
@@ -158,8 +131,10 @@ void Client::requireWiped() const {
 }
 
 std::optional<ApiError> Client::error(const std::string& doing, const std::function<void(Completion<void>)>& start) {
-    const auto adapted = [&](const Completion<bool>& onCompletion) {
-        start([onCompletion](std::optional<ApiError> error) { onCompletion(true, std::move(error)); });
+    const auto adapted = [&](Completion<bool> onCompletion) {
+        start([onCompletion = std::move(onCompletion)](std::optional<ApiError> error) {
+            onCompletion(true, std::move(error));
+        });
     };
     return outcome<bool>(doing, adapted).error;
 }

@@ -4,7 +4,6 @@
 #include <Tarnwick_API/Calls/Completion.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
-#include <Tarnwick_API/Records/OAuthToken.hpp>
 
 #include "Client/TransferLog.hpp"
 #include "Configuration/Settings.hpp"
@@ -27,11 +26,8 @@ public:
     [[nodiscard]] Tarnwick_API::TarnwickApi& api() const noexcept { return *api_; }
     [[nodiscard]] const Settings& settings() const noexcept { return settings_; }
 
-    /// The access token of the last sign-in; none when signed out.
-    [[nodiscard]] std::optional<Tarnwick_API::OAuthToken> storedToken() const;
-    /// As above. Throws `Failure` when there is none, or when the keychain does not tell.
-    [[nodiscard]] Tarnwick_API::OAuthToken requiredToken() const;
-    /// Gives the stored token to the backend, without asking the service. Throws `Failure` as above.
+    /// Adopts the kept token, without asking the service. Throws `Failure` when there is none, or when the keychain
+    /// does not tell.
     void requireSignIn() const;
     /// As above, but goes on without a token.
     void adoptStoredToken() const;
@@ -89,7 +85,6 @@ public:
     }
 
 private:
-    void adopt(std::optional<Tarnwick_API::OAuthToken> token) const;
     void wait(const std::string& doing, const std::function<bool()>& isDone);
 
     const Settings& settings_;

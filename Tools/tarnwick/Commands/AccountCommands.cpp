@@ -34,10 +34,10 @@ Result userResult(const User& user) {
 void addWhoami(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("whoami", "Show the signed-in account, as the service has it now");
     commands.push_back({command, [](Client& client) {
-                            const auto token = client.requiredToken();
+                            client.requireSignIn();
                             return userResult(
                                 client.ask<User>("Reading the account", [&](Completion<User> onCompletion) {
-                                    client.api().setToken(token.token, token.secret, std::move(onCompletion));
+                                    client.api().getCurrentUser(std::move(onCompletion));
                                 }));
                         }});
 }

@@ -10,8 +10,10 @@
 namespace TarnwickClient {
 
 using Tarnwick_API::ApiError;
+using Tarnwick_API::CancellationError;
 using Tarnwick_API::LoginError;
 using Tarnwick_API::ResponseError;
+using Tarnwick_API::SessionError;
 using Tarnwick_API::SignupError;
 using Tarnwick_API::Platform::KeychainStatus;
 
@@ -96,6 +98,13 @@ Failure Failure::from(const ApiError& error, std::string_view transportError) {
     if (const auto* signup = error.as<SignupError>()) {
         const auto isTaken = *signup == SignupError::usernameAlreadyExists;
         return make({ExitStatus::refused, isTaken ? "usernameAlreadyExists" : "signupFailed"}, description, {});
+    }
+    if (error.as<CancellationError>() != nullptr) {
+        return make({ExitStatus::noAnswer, "cancelled"}, description, {});
+    }
+    if (const auto* session = error.as<SessionError>()) {
+        const auto isNobody = *session == SessionError::nobodySignedIn;
+        return isNobody ? notSignedIn() : make({ExitStatus::local, "keychainUnavailable"}, description, {});
     }
     return make({ExitStatus::noAnswer, "decodingError"}, description, {});
 }

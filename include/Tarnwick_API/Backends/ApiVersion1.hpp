@@ -94,6 +94,10 @@ public:
     /// What a call made now takes over from this backend: `AddDeviceCallV1{backend->apiBase()}`.
     [[nodiscard]] ApiBase apiBase() const;
 
+    [[nodiscard]] std::optional<SessionError> adoptKeptToken() override;
+    [[nodiscard]] Platform::KeychainStatus forgetToken() override;
+    [[nodiscard]] std::optional<Platform::KeychainStatus> tokenKeeping() const override { return tokenKeeping_; }
+
     void currentUser(Completion<User> onCompletion) override;
     void login(const std::string& username, const std::string& password, bool qvImport,
                Completion<void> onCompletion) override;
@@ -150,6 +154,7 @@ private:
     std::string consumerSecret_;
     std::int64_t partnersId_;
     std::optional<OAuthToken> oauthToken_;
+    std::optional<Platform::KeychainStatus> tokenKeeping_;
     Platform::Uuid uuid_;
     ApiUrl apiUrl_;
     bool useFallbackIp_ = false;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <Tarnwick_API/Calls/CancellationError.hpp>
 #include <Tarnwick_API/Calls/LoginError.hpp>
 #include <Tarnwick_API/Calls/ResponseError.hpp>
+#include <Tarnwick_API/Calls/SessionError.hpp>
 #include <Tarnwick_API/Calls/SignupError.hpp>
 #include <Tarnwick_API/Platform/Json/DecodingError.hpp>
 #include <Tarnwick_API/Records/JsonDecodeError.hpp>
@@ -14,13 +16,16 @@ namespace Tarnwick_API {
 /// Whatever an operation reports as having gone wrong: one value of a closed set of types.
 class ApiError {
 public:
-    using Value = std::variant<ResponseError, LoginError, SignupError, JsonDecodeError, Platform::DecodingError>;
+    using Value = std::variant<ResponseError, LoginError, SignupError, JsonDecodeError, Platform::DecodingError,
+                               CancellationError, SessionError>;
 
     ApiError(ResponseError error) : value_{std::move(error)} {}
     ApiError(LoginError error) : value_{error} {}
     ApiError(SignupError error) : value_{error} {}
     ApiError(JsonDecodeError error) : value_{std::move(error)} {}
     ApiError(Platform::DecodingError error) : value_{std::move(error)} {}
+    ApiError(CancellationError error) : value_{error} {}
+    ApiError(SessionError error) : value_{error} {}
 
     /// A sentence that can be shown to users; English.
     [[nodiscard]] std::string_view localizedDescription() const noexcept;

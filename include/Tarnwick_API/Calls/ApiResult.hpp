@@ -1,10 +1,10 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiError.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MoveOnlyFunction.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 namespace Tarnwick_API {
@@ -18,6 +18,6 @@ struct ApiResult {
 };
 
 /// Takes the body of a successful answer, if any, and how the request ended.
-using RequestCompletion = std::function<void(std::optional<Platform::Bytes> body, ApiResult result)>;
+using RequestCompletion = Platform::MoveOnlyFunction<void(std::optional<Platform::Bytes> body, ApiResult result)>;
 
 }  // namespace Tarnwick_API

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiError.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MoveOnlyFunction.hpp>
 
-#include <functional>
 #include <optional>
 
 namespace Tarnwick_API {
@@ -11,19 +11,19 @@ namespace Detail {
 
 template <typename T>
 struct CompletionOf {
-    using Type = std::function<void(std::optional<T> result, std::optional<ApiError> error)>;
+    using Type = Platform::MoveOnlyFunction<void(std::optional<T> result, std::optional<ApiError> error)>;
 };
 
 template <>
 struct CompletionOf<void> {
-    using Type = std::function<void(std::optional<ApiError> error)>;
+    using Type = Platform::MoveOnlyFunction<void(std::optional<ApiError> error)>;
 };
 
 }  // namespace Detail
 
 /// Takes what an operation came to, at most once, on the main queue: a result, or an error, or neither, which means
 /// that the service answered but there was no usable data in it. `Completion<void>` takes the error alone. An empty
-/// function is allowed: the operation runs and nobody is told.
+/// one is allowed: the operation runs and nobody is told. It may own what only moves, and is never copied.
 template <typename T>
 using Completion = typename Detail::CompletionOf<T>::Type;
 

@@ -2,10 +2,12 @@
 
 #include <Tarnwick_API/Calls/ApiResult.hpp>
 #include <Tarnwick_API/Calls/Completion.hpp>
+#include <Tarnwick_API/Calls/SessionError.hpp>
 #include <Tarnwick_API/Calls/UserField.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 #include <Tarnwick_API/Facade/AttemptObservers.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
+#include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
 #include <Tarnwick_API/Records/Device.hpp>
 #include <Tarnwick_API/Records/FavoriteEntry.hpp>
@@ -56,6 +58,17 @@ public:
     /// Whom to tell what becomes of requests made from now on; none for nobody. Given by the facade to each backend
     /// that it gets. A backend that sends nothing has nothing to tell, and leaves this as it is.
     virtual void setAttemptObservers(std::shared_ptr<const AttemptObservers> /*observers*/) {}
+
+    /// Takes over the access token that the keychain keeps from an earlier sign-in, without asking the service. None
+    /// when it has one now; otherwise why it has none, and what it had before stays.
+    [[nodiscard]] virtual std::optional<SessionError> adoptKeptToken() {
+        return SessionError{SessionError::nobodySignedIn};
+    }
+    /// Forgets the access token, here and in the keychain, without telling the service. What the keychain said:
+    /// `success` when it has none any more.
+    [[nodiscard]] virtual Platform::KeychainStatus forgetToken() { return Platform::KeychainStatus::success; }
+    /// What the keychain said when the access token was written to it, or wiped from it, last; none before.
+    [[nodiscard]] virtual std::optional<Platform::KeychainStatus> tokenKeeping() const { return std::nullopt; }
 
     virtual void currentUser(Completion<User> onCompletion) = 0;
     virtual void login(const std::string& username, const std::string& password, bool qvImport,

@@ -10,6 +10,7 @@
 #include <Tarnwick_API/Facade/FilterIds.hpp>
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 #include <Tarnwick_API/Facade/TarnwickApiSettings.hpp>
+#include <Tarnwick_API/Operations/Operation.hpp>
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
 #include <Tarnwick_API/Records/Device.hpp>
@@ -31,8 +32,8 @@ namespace Tarnwick_API {
 
 /// The one object through which an application uses the service.
 ///
-/// Thread: meant for the main thread alone. Nothing here waits for the network. In debug builds of the library, use by two
-/// threads at once ends the process with a line that names both operations.
+/// Thread: meant for the main thread alone. Nothing here waits for the network. In debug builds of the library, use by
+/// two threads at once ends the process with a line that names both operations.
 /// Completion: every operation takes one, last. It runs at most once, on the main queue (`Platform::MainQueue`), with a
 /// result or an error; with neither when the service answered without usable data. Only when the service is out of
 /// reach already at the call is it told so at once, inside the call. A failed transfer is tried again up to five times
@@ -141,6 +142,27 @@ public:
     /// the legacy system. Errors: `LoginError`; a wrong name or password is `ResponseError::unauthorized`.
     void login(const std::string& username, const std::string& password, bool qvImport, Completion<User> onCompletion);
 
+    /// Brings back the session of an earlier run: adopts the access token that the keychain keeps, and fetches the
+    /// user. An error leaves everything as it was but for the adopted token, so that an application that starts without
+    /// a network is signed in all the same. `ResponseError::unauthorized` says that the service does not take the token
+    /// any more: `forgetSession`.
+    /// Errors: `SessionError` when there is no token to adopt.
+    void restoreSession(Completion<User> onCompletion);
+
+    /// The first half of `restoreSession`: adopts the kept token without asking the service. None when there is one
+    /// now; otherwise why not.
+    [[nodiscard]] std::optional<SessionError> adoptKeptToken();
+
+    /// What the keychain made of the access token at the last sign-in or sign-out: `success` when the token is kept, or
+    /// wiped; none before. What else it is says why a restart will find nobody signed in, or still somebody.
+    /// `Keychain::store()->message` has a sentence for it.
+    [[nodiscard]] std::optional<Platform::KeychainStatus> tokenKeeping() const;
+
+    /// Signs out without the network: forgets the access token, deletes it from the keychain, clears `currentUser` and
+    /// posts `ApiNotification::DidLogout`. The service goes on taking the token for valid. What the keychain said:
+    /// `success` when it has no token any more.
+    [[nodiscard]] Platform::KeychainStatus forgetSession();
+
     /// Signs out, and overwrites the token in the keychain with `LoginData::signedOutPlaceholder`. Whatever the
     /// outcome, `currentUser` is cleared and `ApiNotification::DidLogout` posted; after a failure the backend still has
     /// the token. Writes the line "logout v1" to standard output, on purpose.
@@ -187,6 +209,31 @@ public:
 
     /// Lists the default favourites, servers and countries mixed; none when there are none.
     void getDefaultFavorites(Completion<std::vector<FavoriteEntry>> onCompletion);
+
+    /// The same operations to be waited for in other ways, stopped and given a time: see `Operation`. Each takes, does
+    /// and reports what its namesake above does. It keeps the facade alive from the moment it is made.
+    [[nodiscard]] Operation<void> createUser(std::string username, std::string password);
+    [[nodiscard]] Operation<User> login(std::string username, std::string password, bool qvImport = false);
+    [[nodiscard]] Operation<User> restoreSession();
+    [[nodiscard]] Operation<void> logout();
+    [[nodiscard]] Operation<User> getCurrentUser();
+    [[nodiscard]] Operation<std::vector<Country>> getCountries(ServerProfile profile,
+                                                               std::optional<double> latitude = std::nullopt,
+                                                               std::optional<double> longitude = std::nullopt);
+    [[nodiscard]] Operation<std::vector<Server>> getServers(std::string countryCode,
+                                                            std::optional<double> latitude = std::nullopt,
+                                                            std::optional<double> longitude = std::nullopt);
+    [[nodiscard]] Operation<std::vector<Server>> getCandidateServers(
+        std::optional<std::string> countryCode, ServerProfile profile,
+        std::optional<std::int64_t> serviceId = std::nullopt);
+    [[nodiscard]] Operation<Server> getServer(std::int64_t id);
+    [[nodiscard]] Operation<void> updateUser(UserField field, std::string newValue);
+    [[nodiscard]] Operation<User> setToken(std::string token, std::string secret);
+    [[nodiscard]] Operation<Status> getStatus();
+    /// Ends without a value where the other one is never told.
+    [[nodiscard]] Operation<std::string> getAuthToken();
+    [[nodiscard]] Operation<std::vector<Device>> getDevices();
+    [[nodiscard]] Operation<std::vector<FavoriteEntry>> getDefaultFavorites();
 
 private:
     class Use;

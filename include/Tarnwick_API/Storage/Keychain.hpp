@@ -33,6 +33,12 @@ struct LoginData {
     friend bool operator==(const LoginData&, const LoginData&) = default;
 };
 
+/// What the keychain has for a service, or why that can't be told.
+struct KeptLogin {
+    std::optional<LoginData> data;
+    Platform::KeychainStatus status = Platform::KeychainStatus::success;
+};
+
 /// One secret for each service name, kept in the platform's keychain. Library and application read and write it here.
 ///
 /// Items may be read without asking the user by the application itself and by the two components of the system that
@@ -53,6 +59,14 @@ public:
     /// UTF-8 is left out: a new item is then without a secret, a changed one keeps the secret that it had. The label of
     /// new items is the main bundle's "CFBundleName", or "VPN App" without one, as it is at the process's first call.
     static void setPassword(const std::string& service, const std::string& account, const std::string& password);
+
+    /// As `setPassword`, and gives what the keychain made of it: `success` when the item is kept.
+    [[nodiscard]] static Platform::KeychainStatus keepPassword(const std::string& service, const std::string& account,
+                                                               const std::string& password);
+
+    /// Gives the item's secret as `getLoginData` does, and without one what the keychain said: `success` when it told
+    /// that there is none, `interactionNotAllowed` when it is locked, anything else when it can't be read.
+    [[nodiscard]] static KeptLogin keptLogin(const std::string& service);
 
     /// None, for every item that this class writes, and on purpose so: the keychain answers with bare bytes where a
     /// dictionary is expected here. `getLoginData` gives the secret.

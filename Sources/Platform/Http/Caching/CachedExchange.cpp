@@ -117,7 +117,8 @@ void transfer(CachedExchange exchange, std::shared_ptr<const HttpRequest> reques
         return;
     }
     exchange.requestTime = WallClock::now();
-    next->transfer(std::move(request), [exchange = std::move(exchange)](TransportResult result) mutable {
+    auto stop = exchange.stop;
+    auto onAnswer = [exchange = std::move(exchange)](TransportResult result) mutable {
         if (result.answer.error && isSafe(exchange.request->method())) {
             exchange.onAnswer(std::move(result));
             return;
@@ -125,13 +126,14 @@ void transfer(CachedExchange exchange, std::shared_ptr<const HttpRequest> reques
         CacheThread::shared().push([exchange = std::move(exchange), result = std::move(result)]() mutable {
             settle(std::move(exchange), std::move(result));
         });
-    });
+    };
+    next->transfer(std::move(request), std::move(onAnswer), std::move(stop));
 }
 
 }  // namespace
 
 void answerOrForward(CachedExchange exchange) {
-    if (exchange.next.expired()) {
+    if (exchange.next.expired() || exchange.stop.isStopped()) {
         exchange.onAnswer({cancelledAnswer()});
         return;
     }

@@ -18,6 +18,7 @@ struct CachedExchange {
     std::shared_ptr<const HttpHeaders> sessionHeaders;
     std::shared_ptr<const HttpRequest> request;
     Transport::OnAnswer onAnswer;
+    StopToken stop;
     /// The response that the server is asked to validate, if any.
     std::shared_ptr<const StoredResponse> stored = nullptr;
     WallTime requestTime = {};

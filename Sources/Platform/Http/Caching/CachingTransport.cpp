@@ -32,16 +32,17 @@ CachingTransport::CachingTransport(std::shared_ptr<Transport> next, std::shared_
     : next_{std::move(next)}, cache_{std::move(cache)}, sessionHeaders_{std::move(sessionHeaders)} {
 }
 
-void CachingTransport::transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer) {
+void CachingTransport::transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer, StopToken stop) {
     auto cache = cache_ ? cache_ : UrlCache::installed();
     const bool mayBeAnswered = cache && mayUseCache(*request, {*request, *sessionHeaders_});
     const bool mayInvalidate = cache && !isSafe(request->method());
     auto* const thread = mayBeAnswered || mayInvalidate ? startedThread() : nullptr;
     if (thread == nullptr) {
-        next_->transfer(std::move(request), std::move(onAnswer));
+        next_->transfer(std::move(request), std::move(onAnswer), std::move(stop));
         return;
     }
-    CachedExchange exchange{std::move(cache), next_, sessionHeaders_, std::move(request), std::move(onAnswer)};
+    CachedExchange exchange{std::move(cache),    next_,          sessionHeaders_, std::move(request),
+                            std::move(onAnswer), std::move(stop)};
     if (mayBeAnswered) {
         thread->push([exchange = std::move(exchange)]() mutable { answerOrForward(std::move(exchange)); });
     } else {

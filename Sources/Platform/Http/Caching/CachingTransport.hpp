@@ -18,7 +18,7 @@ public:
     CachingTransport(std::shared_ptr<Transport> next, std::shared_ptr<UrlCache> cache,
                      std::shared_ptr<const HttpHeaders> sessionHeaders);
 
-    void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer) override;
+    void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer, StopToken stop) override;
     void networkChanged() override { next_->networkChanged(); }
 
 private:

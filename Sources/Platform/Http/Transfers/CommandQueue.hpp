@@ -17,7 +17,10 @@ struct CancelAll {
 /// Tells the I/O thread that the network has changed.
 struct NetworkChange {};
 
-using Command = std::variant<Exchange, CancelAll, NetworkChange>;
+/// Asks the I/O thread to cancel the exchanges that have been stopped.
+struct CancelStopped {};
+
+using Command = std::variant<Exchange, CancelAll, CancelStopped, NetworkChange>;
 
 /// Where other threads leave work for the I/O thread.
 class CommandQueue {

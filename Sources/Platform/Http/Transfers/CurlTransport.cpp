@@ -20,7 +20,7 @@ CurlTransport::~CurlTransport() {
     }
 }
 
-void CurlTransport::transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer) {
+void CurlTransport::transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer, StopToken stop) {
     IoThread* thread = nullptr;
     try {
         thread = &IoThread::shared();
@@ -29,7 +29,8 @@ void CurlTransport::transfer(std::shared_ptr<const HttpRequest> request, OnAnswe
         return;
     }
     thread_ = thread;
-    thread->start({group_, std::move(request), std::move(onAnswer)});
+    auto cancelOnStop = stop.onStop([thread](StopReason /*whatever*/) { thread->cancelStopped(); });
+    thread->start({group_, std::move(request), std::move(onAnswer), std::move(stop), std::move(cancelOnStop)});
 }
 
 void CurlTransport::networkChanged() {

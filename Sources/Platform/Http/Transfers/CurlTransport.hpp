@@ -19,7 +19,7 @@ public:
     CurlTransport& operator=(const CurlTransport&) = delete;
     ~CurlTransport() override;
 
-    void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer) override;
+    void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer, StopToken stop) override;
     void networkChanged() override;
 
 private:

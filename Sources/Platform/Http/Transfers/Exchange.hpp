@@ -14,6 +14,9 @@ struct Exchange {
     std::shared_ptr<TransferGroup> group;
     std::shared_ptr<const HttpRequest> request;
     Transport::OnAnswer onAnswer;
+    StopToken stop = {};
+    /// Has the I/O thread look at `stop` for as long as this lives.
+    StopToken::Registration cancelOnStop = {};
     /// None before the first redirect.
     std::unique_ptr<Hop> hop = nullptr;
     /// It met a connection that takes no further requests but still carries others: libcurl would choose that again.

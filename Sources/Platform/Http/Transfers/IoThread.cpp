@@ -28,6 +28,12 @@ void IoThread::cancelAll(std::shared_ptr<TransferGroup> group) {
     }
 }
 
+void IoThread::cancelStopped() {
+    if (!ProcessLongThread<IoThread>::isLost()) {
+        push(CancelStopped{});
+    }
+}
+
 void IoThread::networkChanged() {
     push(NetworkChange{});
 }
@@ -63,6 +69,8 @@ void IoThread::obey(Command&& command) {
         engine_.start(std::move(*exchange));
     } else if (auto* const cancelled = std::get_if<CancelAll>(&command)) {
         engine_.cancelAll(*cancelled->group);
+    } else if (std::holds_alternative<CancelStopped>(command)) {
+        engine_.cancelStopped();
     } else {
         engine_.networkChanged();
     }

@@ -30,6 +30,9 @@ public:
     /// Cancels all exchanges of `group`. Thread: any.
     void cancelAll(std::shared_ptr<TransferGroup> group);
 
+    /// Cancels the exchanges that have been stopped. Thread: any.
+    void cancelStopped();
+
     /// See `HttpSession::networkChanged`. Thread: any.
     void networkChanged();
 

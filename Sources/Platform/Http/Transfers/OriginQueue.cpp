@@ -4,8 +4,16 @@
 #include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
+#include <iterator>
 
 namespace Tarnwick_API::Platform {
+
+void OriginQueue::takeStopped(std::vector<Exchange>& stopped) {
+    const auto first = std::stable_partition(waiting_.begin(), waiting_.end(),
+                                             [](const Exchange& exchange) { return !exchange.stop.isStopped(); });
+    stopped.insert(stopped.end(), std::move_iterator{first}, std::move_iterator{waiting_.end()});
+    waiting_.erase(first, waiting_.end());
+}
 
 std::string originKey(const Url& url) {
     const auto scheme = url.scheme();

@@ -55,6 +55,8 @@ public:
         waiting_.pop_front();
         return first;
     }
+    /// Moves those that have been stopped to the end of `stopped`.
+    void takeStopped(std::vector<Exchange>& stopped);
 
 private:
     struct Used {

@@ -60,7 +60,7 @@ TransferEngine::~TransferEngine() = default;
 
 void TransferEngine::start(Exchange exchange) {
     auto& group = *exchange.group;
-    if (group.isDropped()) {
+    if (group.isDropped() || exchange.stop.isStopped()) {
         complete(std::move(exchange), cancelledAnswer());
         return;
     }
@@ -268,6 +268,28 @@ void TransferEngine::cancelAll(TransferGroup& group) {
         complete(recycle(detach(*transfer)), cancelledAnswer());
     }
     for (auto& exchange : group.takeWaiting()) {
+        complete(std::move(exchange), cancelledAnswer());
+    }
+}
+
+void TransferEngine::cancelStopped() {
+    std::vector<Transfer*> transfers;
+    std::vector<Exchange> waiting;
+    for (const auto& transfer : running_) {
+        if (transfer->exchange().stop.isStopped()) {
+            transfers.push_back(transfer.get());
+        }
+        // Who waits, waits for some that run.
+        transfer->queue().takeStopped(waiting);
+    }
+    for (auto* const transfer : transfers) {
+        auto& queue = transfer->queue();
+        auto exchange = recycle(detach(*transfer));
+        const auto group = exchange.group;
+        complete(std::move(exchange), cancelledAnswer());
+        admitWaiting(queue);
+    }
+    for (auto& exchange : waiting) {
         complete(std::move(exchange), cancelledAnswer());
     }
 }

@@ -34,6 +34,9 @@ public:
     /// Cancels all exchanges of `group`.
     void cancelAll(TransferGroup& group);
 
+    /// Cancels all exchanges that have been stopped.
+    void cancelStopped();
+
     /// The host says that the network has changed.
     void networkChanged();
 

@@ -15,6 +15,7 @@ public:
 
     void soon(Task task) override;
     void after(std::chrono::nanoseconds delay, Task task) override;
+    [[nodiscard]] bool isOwnThread() const override;
 
     /// Runs tasks on the calling thread, waiting for more, until `stop` is called.
     /// An exception thrown by a task leaves `run`; the task is gone and `run` may be called again.

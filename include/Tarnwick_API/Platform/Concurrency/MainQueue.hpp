@@ -29,6 +29,10 @@ public:
     /// Equal due times run first come, first served.
     virtual void after(std::chrono::nanoseconds delay, Task task) = 0;
 
+    /// Whether the calling thread is the one that tasks run on, so that a wait for a task would never end. A queue that
+    /// can't tell says no, and such a wait is then not refused. Thread: any.
+    [[nodiscard]] virtual bool isOwnThread() const { return false; }
+
     /// The process-wide queue: the one given to `setMain`, or else `BuiltInMainQueue::shared()`.
     /// Thread: any.
     [[nodiscard]] static std::shared_ptr<MainQueue> main();

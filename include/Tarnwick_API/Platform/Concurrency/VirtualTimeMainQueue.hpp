@@ -18,6 +18,7 @@ public:
 
     void soon(Task task) override;
     void after(std::chrono::nanoseconds delay, Task task) override;
+    [[nodiscard]] bool isOwnThread() const override;
 
     /// Runs what is due now, and what that adds for now, on the calling thread; the clock stands still.
     void runReady();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
@@ -110,6 +111,13 @@ public:
     /// connections and those without a way, and give no others up. What shows in no route (a tunnel by policies, a
     /// filter), and every change elsewhere, they learn of by this call alone. A host's own session need do nothing.
     virtual void networkChanged() {}
+
+    /// As `send`, but gives the request up when `stop` stops; `onCompletion` then gets `HttpError::Kind::cancelled`. A
+    /// session that can't leaves this as it is. Thread: any.
+    virtual void sendStoppable(std::shared_ptr<const HttpRequest> request, Completion onCompletion,
+                               const StopToken& /*stop*/) {
+        send(std::move(request), std::move(onCompletion));
+    }
 };
 
 /// "Accept-Encoding", "Accept-Language" (from the user's locale) and "User-Agent" (from the main bundle).

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <Tarnwick_API/Calls/ApiError.hpp>
+#include <Tarnwick_API/Calls/Completion.hpp>
+#include <Tarnwick_API/Operations/Outcome.hpp>
+#include <Tarnwick_API/Operations/StoppableScope.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/MoveOnlyFunction.hpp>
+#include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
+
+#include <memory>
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+namespace Tarnwick_API::Detail {
+
+/// Hands on one outcome, once, on the main queue's thread.
+template <typename T>
+class RunningOperation {
+public:
+    using OnOutcome = Platform::MoveOnlyFunction<void(Outcome<T>)>;
+
+    RunningOperation(OnOutcome onOutcome, std::shared_ptr<Platform::MainQueue> queue)
+        : onOutcome_{std::move(onOutcome)}, queue_{std::move(queue)} {}
+
+    void end(Outcome<T> outcome) {
+        // What the application starts in its answer is not to be stopped with this.
+        const StoppableScope unstoppable{Platform::StopToken{}};
+        ownerOfStop_ = {};
+        if (const auto onOutcome = std::exchange(onOutcome_, {})) {
+            onOutcome(std::move(outcome));
+        }
+    }
+
+    /// Ends `running` later, on the queue.
+    static void endSoon(const std::shared_ptr<RunningOperation>& running, Failure failure) {
+        running->queue_->soon([running, failure = std::move(failure)] { running->end(Outcome<T>{failure}); });
+    }
+
+    /// Has `token` end `running` with an error, from whatever thread.
+    static void endOnStop(const std::shared_ptr<RunningOperation>& running, const Platform::StopToken& token) {
+        running->ownerOfStop_ =
+            token.onStop([weak = std::weak_ptr{running}, queue = running->queue_](Platform::StopReason reason) {
+                queue->soon([weak, reason] {
+                    if (const auto stopped = weak.lock()) {
+                        stopped->end(Outcome<T>{Failure{CancellationError{reason}}});
+                    }
+                });
+            });
+    }
+
+    /// The completion that ends an operation, also when it is dropped without having been called.
+    class Answer {
+    public:
+        explicit Answer(std::shared_ptr<RunningOperation> running) noexcept : running_{std::move(running)} {}
+        Answer(Answer&&) noexcept = default;
+        Answer& operator=(Answer&&) = delete;
+        Answer(const Answer&) = delete;
+        Answer& operator=(const Answer&) = delete;
+        ~Answer() {
+            if (running_) {
+                endSoon(running_, Failure{std::nullopt});
+            }
+        }
+
+        template <typename Value>
+        void operator()(std::optional<Value> value, std::optional<ApiError> error) {
+            auto outcome = value ? Outcome<T>{std::move(*value)} : Outcome<T>{Failure{std::move(error)}};
+            std::exchange(running_, nullptr)->end(std::move(outcome));
+        }
+        void operator()(std::optional<ApiError> error) requires std::is_void_v<T> {
+            auto outcome = error ? Outcome<T>{Failure{std::move(error)}} : Outcome<T>{std::monostate{}};
+            std::exchange(running_, nullptr)->end(std::move(outcome));
+        }
+
+    private:
+        std::shared_ptr<RunningOperation> running_;
+    };
+
+private:
+    OnOutcome onOutcome_;
+    std::shared_ptr<Platform::MainQueue> queue_;
+    Platform::StopToken::Registration ownerOfStop_;
+};
+
+}  // namespace Tarnwick_API::Detail
