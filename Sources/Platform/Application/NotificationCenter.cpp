@@ -52,7 +52,7 @@ public:
 
 private:
     mutable std::mutex mutex_;
-    HeldOverFork heldOverFork_{mutex_};
+    HeldOverFork heldOverFork_{mutex_, HeldOverFork::Order::inner};
     std::vector<Entry> entries_;
 };
 

@@ -41,7 +41,7 @@ private:
     static inline std::atomic<bool> hasLogger_{false};
 
     mutable std::mutex mutex_;
-    HeldOverFork heldOverFork_{mutex_};
+    HeldOverFork heldOverFork_{mutex_, HeldOverFork::Order::inner};
     ProcessValues values_;
 };
 

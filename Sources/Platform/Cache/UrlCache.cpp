@@ -63,7 +63,7 @@ public:
 private:
     std::mutex changes_;
     /// Whatever uses SQLite in a child of `fork` shall find SQLite's own locks free.
-    HeldOverFork heldOverFork_{changes_};
+    HeldOverFork heldOverFork_{changes_, HeldOverFork::Order::outer};
     DiskUrlCache disk_;
     MemoryUrlCache memory_;
 };

@@ -59,7 +59,7 @@ public:
 private:
     std::mutex mutex_;
     std::condition_variable changed_;
-    HeldOverFork heldOverFork_{mutex_, &changed_};
+    HeldOverFork heldOverFork_{mutex_, HeldOverFork::Order::inner, &changed_};
     TaskSchedule schedule_;
     bool stopped_ = false;
 };

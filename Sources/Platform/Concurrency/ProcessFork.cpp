@@ -25,8 +25,12 @@ HeldMutexes& heldMutexes() {
 void beforeFork() {
     auto& held = heldMutexes();
     held.mutex.lock();
-    for (auto* const entry : held.entries) {
-        entry->hold();
+    for (const auto order : {HeldOverFork::Order::outer, HeldOverFork::Order::inner}) {
+        for (auto* const entry : held.entries) {
+            if (entry->order() == order) {
+                entry->hold();
+            }
+        }
     }
 }
 
@@ -56,7 +60,8 @@ unsigned forkGeneration() noexcept {
     return generation;
 }
 
-HeldOverFork::HeldOverFork(std::mutex& mutex, std::condition_variable* changed) : mutex_{mutex}, changed_{changed} {
+HeldOverFork::HeldOverFork(std::mutex& mutex, Order order, std::condition_variable* changed)
+    : mutex_{mutex}, order_{order}, changed_{changed} {
     auto& held = heldMutexes();
     const std::lock_guard lock{held.mutex};
     held.entries.push_back(this);

@@ -32,21 +32,26 @@ private:
 
 /// Makes `fork` wait for a mutex while this lives, so that a child finds it free and what it guards whole, whichever
 /// thread had it; and has nobody wait for `changed` in a child, where who waited is missing. Only for a mutex whose
-/// holder neither forks nor makes one of these nor takes another mutex that has one.
+/// holder neither forks nor makes one of these.
 class HeldOverFork {
 public:
+    /// `fork` takes the outer mutexes first, as their holders do: these may take inner ones, whose holders take none.
+    enum class Order { outer, inner };
+
     /// Throws std::bad_alloc.
-    explicit HeldOverFork(std::mutex& mutex, std::condition_variable* changed = nullptr);
+    HeldOverFork(std::mutex& mutex, Order order, std::condition_variable* changed = nullptr);
     HeldOverFork(const HeldOverFork&) = delete;
     HeldOverFork& operator=(const HeldOverFork&) = delete;
     ~HeldOverFork();
 
+    [[nodiscard]] Order order() const noexcept { return order_; }
     void hold() { mutex_.lock(); }
     void release() { mutex_.unlock(); }
     void releaseInChild();
 
 private:
     std::mutex& mutex_;
+    Order order_;
     std::condition_variable* changed_;
 };
 

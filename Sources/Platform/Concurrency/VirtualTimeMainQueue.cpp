@@ -74,7 +74,7 @@ public:
 private:
     mutable std::mutex mutex_;
     std::condition_variable added_;
-    HeldOverFork heldOverFork_{mutex_, &added_};
+    HeldOverFork heldOverFork_{mutex_, HeldOverFork::Order::inner, &added_};
     TaskSchedule schedule_;
     std::chrono::nanoseconds now_{0};
     std::vector<std::chrono::nanoseconds> pauses_;

@@ -83,7 +83,7 @@ private:
     }
 
     std::mutex mutex_;
-    HeldOverFork heldOverFork_{mutex_};
+    HeldOverFork heldOverFork_{mutex_, HeldOverFork::Order::inner};
     std::vector<StoredKeychainItem> items_;  // the oldest first
 };
 

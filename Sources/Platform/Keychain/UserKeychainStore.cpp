@@ -230,7 +230,7 @@ private:
     std::atomic<bool> isFileToBlame_ = false;
     mutable std::mutex mutex_;
     std::condition_variable changed_;
-    HeldOverFork heldOverFork_{mutex_, &changed_};
+    HeldOverFork heldOverFork_{mutex_, HeldOverFork::Order::outer, &changed_};
     State state_ = State::undecided;
     KeychainStatus lastMigration_ = KeychainStatus::success;
 };

@@ -3,6 +3,7 @@
 
 #include "BackendFixture.hpp"
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -216,8 +217,12 @@ TEST_F(Operations, HaveFuturesThatTheMainThreadDoesNotWaitFor) {
     EXPECT_THROW(static_cast<void>(token.get()), std::logic_error);
     EXPECT_THROW(static_cast<void>(token.waitFor(1h)), std::logic_error);
     std::string received;
-    std::thread waiting{[&] { received = token.get().value(); }};
-    while (!token.isReady()) {
+    std::atomic<bool> isReceived = false;
+    std::thread waiting{[&] {
+        received = token.get().value();
+        isReceived = true;
+    }};
+    while (!isReceived) {
         queue->runReady();
     }
     waiting.join();

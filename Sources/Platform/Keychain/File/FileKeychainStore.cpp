@@ -1,6 +1,7 @@
 #include <Platform/Keychain/File/FileKeychainStore.hpp>
 
 #include <Platform/Application/PrivateFile.hpp>
+#include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Keychain/File/DamagedKeychainFile.hpp>
 #include <Platform/Keychain/File/KeychainDatabase.hpp>
@@ -22,8 +23,11 @@ namespace {
 /// POSIX locks of all connections of this process to that file. `fork` waits for it too: a child that inherited a
 /// connection in use could open the file no more.
 std::mutex& fileAccess() {
+    // Made before, as its holder may be the first to ask for them.
+    static const auto& values = ProcessValuesInUse::shared();
+    static_cast<void>(values);
     static std::mutex mutex;
-    static const HeldOverFork heldOverFork{mutex};
+    static const HeldOverFork heldOverFork{mutex, HeldOverFork::Order::outer};
     return mutex;
 }
 
