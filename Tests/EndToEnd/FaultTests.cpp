@@ -20,7 +20,14 @@ namespace {
 using TarnwickService::Cut;
 using TarnwickService::Fault;
 
-using Faults = Testing::ServiceFixture;
+class Faults : public Testing::ServiceFixture {
+protected:
+    void waitForARequest() {
+        while (service.counters().requests == 0) {
+            std::this_thread::yield();
+        }
+    }
+};
 
 TEST_F(Faults, AreWeatheredByRetrying) {
     const std::pair<const char*, Fault> rows[] = {
@@ -124,11 +131,25 @@ TEST_F(Faults, SwitchingTheSessionLetsRequestsGoOnOnTheNewOne) {
         EXPECT_TRUE(status);
         ++completed;
     });
-    while (service.counters().requests == 0) {
-        std::this_thread::yield();
-    }
+    waitForARequest();
     use(sessionConfiguration());
     runUntil([&] { return completed == 1; });
+}
+
+TEST_F(Faults, AreNotWaitedForByWhoStops) {
+    service.faults().add({.count = 1, .delay = std::chrono::hours{1}});
+    const Platform::StopSource source;
+    std::vector<std::optional<ApiError>> errors;
+    api->getStatus().stoppedBy(source.token()).start([&](const auto& /*status*/, const auto& error) {
+        errors.push_back(error);
+    });
+    waitForARequest();
+    source.stop();
+    runUntil([&] { return !errors.empty(); });
+    EXPECT_TRUE(getStatus().result);
+    EXPECT_EQ(errors, std::vector{std::optional{ApiError{CancellationError{Platform::StopReason::stopped}}}});
+    EXPECT_EQ(service.counters().requests, 2U);
+    EXPECT_TRUE(queue->pausesAskedFor().empty());
 }
 
 }  // namespace

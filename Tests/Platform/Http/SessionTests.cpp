@@ -1,4 +1,6 @@
+#include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 
 #include "SessionFixture.hpp"
 
@@ -185,6 +187,91 @@ TEST_F(Session, DroppedCancelsWhatIsUnderWayAndWhatWaits) {
     }
     EXPECT_TRUE(server.waitForClosed(1));
     EXPECT_EQ(server.requests().size(), 2U);
+}
+
+/// Has nothing, and stops `source` when it is asked: on the cache's thread.
+class StoppingCache final : public UrlCache {
+public:
+    explicit StoppingCache(StopSource source) : UrlCache{0, 0, ""}, source_{std::move(source)} {}
+    std::shared_ptr<const CachedUrlResponse> cachedResponse(const HttpRequest& /*request*/) override {
+        source_.stop();
+        return nullptr;
+    }
+
+private:
+    StopSource source_;
+};
+
+TEST_F(Session, GivesAStoppedRequestUpWhereverItIs) {
+    enum class When { beforeItIsSent, inTheCache, later };
+    // More than the sockets take: once it has been said, the client has read of it.
+    constexpr std::size_t muchMore = std::size_t{1} << 24U;
+    const struct {
+        const char* where;
+        When stopped;
+        /// Behind another one, on whose connection it waits.
+        bool waits = false;
+        bool isCached = false;
+        std::string said = {};
+    } rows[] = {
+        {"before its answer", When::later},
+        {"before its answer, with a cache", When::later, false, true},
+        {"in the middle of its body", When::later, false, false,
+         "HTTP/1.1 200 OK\r\n\r\n" + std::string(muchMore, 'x')},
+        {"in its queue", When::later, true},
+        {"in its queue, with a cache", When::later, true, true},
+        {"on the cache's thread", When::inTheCache, true, true},
+        {"nowhere yet", When::beforeItIsSent, true},
+        {"nowhere yet, with a cache", When::beforeItIsSent, true, true},
+    };
+    configuration.connectionsPerHost = 1;
+    server.answerAlways(okAnswer("elsewhere"));
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.where);
+        const StopSource ahead;
+        const StopSource source;
+        const auto inTheCache = row.stopped == When::inTheCache ? source : StopSource{};
+        configuration.cache = row.isCached ? std::make_shared<StoppingCache>(inTheCache) : nullptr;
+        ScriptedServer scripted;
+        scripted.answer({"", Then::hold});
+        scripted.answerAlways(okAnswer("x"));
+        const auto session = makeHttpSession(configuration);
+        std::vector<std::string> endings;
+        const auto sendTo = [&](const std::string& path, HttpMethod method, const StopToken& stop) {
+            session->sendStoppable(
+                request(scripted.url() + path, method),
+                [&endings, path](const HttpAnswer& answer) { endings.push_back(path + " " + errorName(answer)); },
+                stop);
+        };
+        const auto waitForEndings = [&](std::size_t count) {
+            return queue->runUntil([&] { return endings.size() >= count; });
+        };
+        if (row.waits) {
+            // The cache is not asked about a POST.
+            sendTo("/ahead", HttpMethod::post, ahead.token());
+        }
+        if (row.stopped == When::beforeItIsSent) {
+            source.stop();
+        }
+        sendTo("/stopped", HttpMethod::get, source.token());
+        sendTo("/behind", HttpMethod::get, {});
+        ASSERT_TRUE(scripted.waitForRequests(1));
+        // Once this is answered, the others have come to where they wait.
+        EXPECT_EQ(exchange(*session, request(server.url())).body, "elsewhere");
+        scripted.say(row.said);
+        std::thread{[&] { source.stop(); }}.join();
+        ASSERT_TRUE(waitForEndings(1));
+        ahead.stop();
+        std::vector<std::string> expected{"/stopped cancelled", "/behind none"};
+        if (row.waits) {
+            expected.insert(expected.begin() + 1, "/ahead cancelled");
+        }
+        ASSERT_TRUE(waitForEndings(expected.size()));
+        EXPECT_EQ(endings, expected);
+        EXPECT_TRUE(scripted.waitForClosed(1));
+        EXPECT_THAT(scripted.requests(), testing::ElementsAre(testing::HasSubstr(row.waits ? " /ahead " : " /stopped "),
+                                                              testing::HasSubstr(" /behind ")));
+    }
 }
 
 TEST_F(Session, MayBeDroppedInACompletion) {
