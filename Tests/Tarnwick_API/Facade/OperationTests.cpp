@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -231,6 +232,7 @@ TEST_F(Operations, HaveFuturesThatTheMainThreadDoesNotWaitFor) {
 
 TEST_F(Operations, GiveAnOutcomeInWhichNothingIsOverlooked) {
     EXPECT_EQ(Outcome<int>{5}.value(), 5);
+    static_assert(!std::is_reference_v<decltype(Outcome<int>{5}.value())>, "a loop over it outlives the outcome");
     const Outcome<int> refused{Failure{ApiError{LoginError{LoginError::noOauthToken}}}};
     EXPECT_FALSE(refused);
     ASSERT_NE(refused.failure().as<LoginError>(), nullptr);

@@ -68,13 +68,14 @@ public:
         throwWithoutValue();
         return std::get<0>(content_);
     }
-    Value&& value() && {
+    /// By value: `for (const auto& server : (co_await operation).value())` would walk what is gone otherwise.
+    Value value() && {
         throwWithoutValue();
         return std::get<0>(std::move(content_));
     }
 
     const Value& operator*() const& { return value(); }
-    Value&& operator*() && { return std::move(*this).value(); }
+    Value operator*() && { return std::move(*this).value(); }
     const Value* operator->() const { return &value(); }
 
     /// Why there is no value. Throws std::bad_variant_access where there is one.

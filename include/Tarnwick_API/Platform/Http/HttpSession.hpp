@@ -32,7 +32,7 @@ struct HttpError {
         badAnswer,         ///< not HTTP, or damaged coding or framing
         tooLarge,          ///< head or body pass the session's limit
         tooManyRedirects,  ///< more than 20
-        cancelled,         ///< the session was dropped
+        cancelled,         ///< the session was dropped, or the request stopped
         other,
     };
     Kind kind = Kind::other;
