@@ -222,7 +222,6 @@ TEST_F(Session, GivesAStoppedRequestUpWhereverItIs) {
         {"in its queue, with a cache", When::later, true, true},
         {"on the cache's thread", When::inTheCache, true, true},
         {"nowhere yet", When::beforeItIsSent, true},
-        {"nowhere yet, with a cache", When::beforeItIsSent, true, true},
     };
     configuration.connectionsPerHost = 1;
     server.answerAlways(okAnswer("elsewhere"));
