@@ -161,6 +161,13 @@ TEST_F(Operations, EndOnceHoweverTheyAreStopped) {
     }
 }
 
+TEST_F(Operations, DontBeginTwice) {
+    auto operation = facade->getStatus();
+    std::move(operation).start({});
+    // NOLINTNEXTLINE(bugprone-use-after-move): what is checked.
+    EXPECT_THROW(std::move(operation).start({}), std::logic_error);
+}
+
 TEST_F(Operations, DontBeginWhenStoppedBefore) {
     const StopSource source;
     source.stop();

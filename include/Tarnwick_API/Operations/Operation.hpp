@@ -14,12 +14,14 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <type_traits>
 #include <utility>
 
 namespace Tarnwick_API {
 
-/// An operation that has not begun: it begins when somebody says how to wait for it, and only once.
+/// An operation that has not begun: it begins when somebody says how to wait for it, and only once; the second time
+/// throws std::logic_error, where it would begin.
 ///
 ///     api->getStatus().within(5s).start([](std::optional<Status> status, std::optional<ApiError> error) { ... });
 ///     const Outcome<Status> outcome = api->getStatus().stoppedBy(token).future().get();  // on another thread
@@ -111,6 +113,9 @@ private:
     };
 
     void begin(typename Detail::RunningOperation<T>::OnOutcome onOutcome) && {
+        if (!start_) {
+            throw std::logic_error{"An operation begins only once."};
+        }
         using Running = Detail::RunningOperation<T>;
         const auto queue = Platform::MainQueue::main();
         const auto running = std::make_shared<Running>(std::move(onOutcome), queue);
