@@ -34,7 +34,8 @@ public:
     [[nodiscard]] std::string baseUrl(ApiEnvironment environment) const;
 
     /// What is wrong with the host name, an English sentence for developers; none when requests can be made with it.
-    /// Ask before the first request: one to a base URL that is none ends the process.
+    /// Ask before the first request: with a name that makes no URL that ends the process, others make the service
+    /// unreachable.
     [[nodiscard]] std::optional<std::string> fault(ApiEnvironment environment) const;
 
 private:
