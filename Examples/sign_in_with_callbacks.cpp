@@ -1,5 +1,5 @@
-// Signs in, lists the countries and signs out, with callbacks. `sign_in_with_coroutines.cpp` does the same.
-// Usage: example_sign_in_with_callbacks HOST[:PORT] CA-FILE NAME PASSWORD
+// Restores a session or signs in, lists the countries and signs out, with callbacks. `sign_in_with_coroutines.cpp` does
+// the same. Usage: example_sign_in_with_callbacks HOST[:PORT] CA-FILE NAME PASSWORD
 
 #include <Tarnwick_API/Tarnwick_API.hpp>
 
@@ -15,18 +15,17 @@ namespace {
 
 using namespace Tarnwick_API;
 
-/// The three steps, each begun by the answer to the one before. It lives until the main queue has been stopped.
+/// The steps, each begun by the answer to the one before. It lives until the main queue has been stopped.
 class Visit {
 public:
     explicit Visit(std::shared_ptr<TarnwickApi> api) : api_{std::move(api)} {}
 
-    void signIn(const std::string& name, const std::string& password) {
-        api_->login(name, password).start([this](const std::optional<User>& user, const auto& error) {
+    void begin(std::string name, std::string password) {
+        api_->restoreSession().start([=, this](const std::optional<User>& user, const auto& /*why not*/) {
             if (user) {
-                std::cout << "Hello, " << user->username << "!\n";
-                listCountries();
+                greet(*user);
             } else {
-                end(Failure{error});
+                signIn(name, password);
             }
         });
     }
@@ -34,6 +33,21 @@ public:
     [[nodiscard]] int exitStatus() const noexcept { return exitStatus_; }
 
 private:
+    void signIn(const std::string& name, const std::string& password) {
+        api_->login(name, password).start([this](const std::optional<User>& user, const auto& error) {
+            if (user) {
+                greet(*user);
+            } else {
+                end(Failure{error});
+            }
+        });
+    }
+
+    void greet(const User& user) {
+        std::cout << "Hello, " << user.username << "!\n";
+        listCountries();
+    }
+
     void listCountries() {
         using Countries = std::vector<Country>;
         api_->getCountries(ServerProfile::general)
@@ -88,7 +102,7 @@ int main(int argumentCount, char** arguments) {
         .filterIds = {.generalCountriesAll = 12},
         .apiUrl = {.live = arguments[1]},
     })};
-    visit.signIn(arguments[3], arguments[4]);
+    visit.begin(arguments[3], arguments[4]);
     Platform::BuiltInMainQueue::shared()->run();
     return visit.exitStatus();
 }

@@ -1,5 +1,5 @@
-// Signs in, lists the countries and signs out, with a coroutine. `sign_in_with_callbacks.cpp` does the same.
-// Usage: example_sign_in_with_coroutines HOST[:PORT] CA-FILE NAME PASSWORD
+// Restores a session or signs in, lists the countries and signs out, with a coroutine. `sign_in_with_callbacks.cpp`
+// does the same. Usage: example_sign_in_with_coroutines HOST[:PORT] CA-FILE NAME PASSWORD
 
 #include <Tarnwick_API/Tarnwick_API.hpp>
 
@@ -14,8 +14,11 @@ using namespace Tarnwick_API;
 
 /// Takes what it works with by value, as it goes on after its caller has.
 DetachedCoroutine visit(std::shared_ptr<TarnwickApi> api, std::string name, std::string password) {
-    const User user = (co_await api->login(name, password)).value();
-    std::cout << "Hello, " << user.username << "!\n";
+    auto user = co_await api->restoreSession();
+    if (!user) {
+        user = co_await api->login(name, password);
+    }
+    std::cout << "Hello, " << user->username << "!\n";
 
     const auto countries = co_await api->getCountries(ServerProfile::general);
     // Before that is looked at, so that the account does not keep a device that nobody uses.
