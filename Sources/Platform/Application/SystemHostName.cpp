@@ -22,6 +22,7 @@ bool isUsable(std::string_view name) {
 std::string machineInfoText() {
     // Not a stream of this library's, which programs that the host executes meanwhile would inherit.
     struct Close {
+        // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): this is the end that its owner gives it
         void operator()(std::FILE* file) const noexcept { std::fclose(file); }
     };
     const std::unique_ptr<std::FILE, Close> file{std::fopen("/etc/machine-info", "rbe")};

@@ -21,8 +21,8 @@ constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
 
 class UrlCache::Storage {
 public:
-    Storage(std::size_t memoryCapacity, std::size_t diskCapacity, std::filesystem::path folder)
-        : disk_{std::move(folder), diskCapacity}, memory_{memoryCapacity} {}
+    Storage(std::size_t memoryCapacity, std::size_t diskCapacity, const std::filesystem::path& folder)
+        : disk_{folder, diskCapacity}, memory_{memoryCapacity} {}
 
     [[nodiscard]] MemoryUrlCache& memory() { return memory_; }
 

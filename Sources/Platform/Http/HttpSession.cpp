@@ -9,6 +9,7 @@
 #include <Platform/Http/Transport.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -52,12 +53,25 @@ struct Delivery {
     }
 };
 
+/// Why no request of a session with this configuration can be sent.
+std::optional<std::string> configurationFault(const HttpSessionConfiguration& configuration) {
+    const auto isAscii = [](const std::string& rule) {
+        return std::all_of(rule.begin(), rule.end(),
+                           [](char character) { return static_cast<signed char>(character) > 0; });
+    };
+    // Of a host in other letters libcurl before 8.17.0 frees the name twice.
+    if (!std::all_of(configuration.connectTo.begin(), configuration.connectTo.end(), isAscii)) {
+        return "a rule of connectTo is not ASCII";
+    }
+    return headerFault(configuration.additionalHeaders);
+}
+
 class TransportSession final : public HttpSession {
 public:
     TransportSession(std::shared_ptr<const HttpSessionConfiguration> configuration,
                      std::unique_ptr<Transport> transport)
         : configuration_{std::move(configuration)},
-          headerFault_{headerFault(configuration_->additionalHeaders)},
+          fault_{configurationFault(*configuration_)},
           transport_{std::move(transport)} {}
 
     [[nodiscard]] const HttpHeaders& defaultHeaders() const override { return configuration_->additionalHeaders; }
@@ -79,7 +93,7 @@ public:
     void sendStoppable(std::shared_ptr<const HttpRequest> request, Completion onCompletion,
                        const StopToken& stop) override {
         Delivery deliver{MainQueue::main(), request, std::move(onCompletion)};
-        const auto& fault = request->encodingError() ? request->encodingError() : headerFault_;
+        const auto& fault = request->encodingError() ? request->encodingError() : fault_;
         if (fault) {
             deliver({failedAnswer({HttpError::Kind::encoding, *fault})});
         } else {
@@ -92,7 +106,7 @@ public:
 private:
     std::shared_ptr<const HttpSessionConfiguration> configuration_;
     /// Why no request of this session can be sent, if so.
-    std::optional<std::string> headerFault_;
+    std::optional<std::string> fault_;
     std::unique_ptr<Transport> transport_;
 };
 

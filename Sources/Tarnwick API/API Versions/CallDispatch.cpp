@@ -21,8 +21,8 @@ void ApiVersion1::sendCall(const ApiCallV1& call, const Platform::Parameters& pa
                            Platform::ParameterEncoding encoding, Platform::HttpHeaders headers,
                            RequestCompletion onCompletion) {
     sendRequest(call.url(), parameters, encoding, headers, call.method(), std::move(onCompletion));
-    for (auto& [name, value] : headers) {
-        Platform::wipe(value);
+    for (auto& header : headers) {
+        Platform::wipe(header.second);
     }
 }
 

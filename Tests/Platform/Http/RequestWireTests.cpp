@@ -135,6 +135,9 @@ TEST_F(RequestWire, SendsNothingThatCannotBeSent) {
     configuration.additionalHeaders = {{"User-Agent", "a\nb"}};
     EXPECT_EQ(errorName(exchange(*makeHttpSession(configuration), request(server.url()))), "encoding");
     configuration = plainConfiguration();
+    configuration.connectTo = {"b\u00FCcher.test:443:localhost:443"};
+    EXPECT_EQ(errorName(exchange(*makeHttpSession(configuration), request(server.url()))), "encoding");
+    configuration = plainConfiguration();
     configuration.allowsPlainHttp = false;
     EXPECT_EQ(errorName(exchange(*makeHttpSession(configuration), request(server.url()))), "other");
     EXPECT_THAT(server.requests(), ElementsAre());

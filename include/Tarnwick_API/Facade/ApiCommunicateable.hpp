@@ -57,6 +57,7 @@ public:
 
     /// Whom to tell what becomes of requests made from now on; none for nobody. Given by the facade to each backend
     /// that it gets. A backend that sends nothing has nothing to tell, and leaves this as it is.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): an override keeps it
     virtual void setAttemptObservers(std::shared_ptr<const AttemptObservers> /*observers*/) {}
 
     /// Takes over the access token that the keychain keeps from an earlier sign-in, without asking the service. None

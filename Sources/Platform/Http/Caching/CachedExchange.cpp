@@ -76,7 +76,7 @@ void settleValidation(CachedExchange exchange, const HttpResponse& validation, c
 
 /// Answers an unsafe request, and gives up what is stored for its URL unless that has answered with an error. What a
 /// redirect came to is another URL's word, and a head counts though its body was cut.
-void settleUnsafe(CachedExchange exchange, TransportResult result) {
+void settleUnsafe(const CachedExchange& exchange, TransportResult result) {
     const bool invalidates = result.isRedirected || (result.answer.response && !isError(*result.answer.response));
     exchange.onAnswer(std::move(result));
     if (invalidates) {
@@ -87,7 +87,7 @@ void settleUnsafe(CachedExchange exchange, TransportResult result) {
 /// Answers with the server's response, and stores it or gives up what it makes invalid.
 void settle(CachedExchange exchange, TransportResult result) {
     if (!isSafe(exchange.request->method())) {
-        settleUnsafe(std::move(exchange), std::move(result));
+        settleUnsafe(exchange, std::move(result));
         return;
     }
     const ExchangeTimes times{exchange.requestTime, WallClock::now()};

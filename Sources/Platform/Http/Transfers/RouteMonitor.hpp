@@ -9,7 +9,7 @@ public:
     RouteMonitor() noexcept;
     RouteMonitor(const RouteMonitor&) = delete;
     RouteMonitor& operator=(const RouteMonitor&) = delete;
-    ~RouteMonitor();
+    ~RouteMonitor();  // NOLINT(performance-trivially-destructible): where notices are given, a descriptor is closed
 
     /// Readable when there may be a change; -1 for never.
     [[nodiscard]] int descriptor() const noexcept { return descriptor_; }

@@ -23,6 +23,7 @@ public:
     template <typename Callable>
     requires(!std::same_as<std::remove_cvref_t<Callable>, MoveOnlyFunction> &&
              std::is_invocable_r_v<Result, std::decay_t<Callable>&, Arguments...>)
+        // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): its condition leaves this type out
         MoveOnlyFunction(Callable&& callable) {
         if constexpr (requires { callable == nullptr; }) {
             if (callable == nullptr) {
@@ -48,8 +49,7 @@ private:
 
     template <typename Callable>
     struct TargetOf final : Target {
-        template <typename Source>
-        explicit TargetOf(Source&& source) : callable{std::forward<Source>(source)} {}
+        explicit TargetOf(Callable source) : callable{std::move(source)} {}
         Result call(Arguments... arguments) override {
             return static_cast<Result>(std::invoke(callable, std::forward<Arguments>(arguments)...));
         }

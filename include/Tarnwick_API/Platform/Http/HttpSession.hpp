@@ -154,8 +154,8 @@ struct HttpSessionConfiguration {
     /// connection where the server takes so many.
     std::size_t connectionsPerHost = 6;
     std::size_t streamsPerConnection = 100;
-    /// Leads connections elsewhere, as "host:port:other host:other port"; URL, "Host" and certificate checks stay, and
-    /// the other place decides what is reachable. For development against a local service.
+    /// Leads connections elsewhere, as "host:port:other host:other port", in ASCII; URL, "Host" and certificate checks
+    /// stay, and the other place decides what is reachable. For development against a local service.
     std::vector<std::string> connectTo;
     /// Heed the environment's proxy variables.
     bool usesProxy = true;
