@@ -77,6 +77,10 @@ protected:
     void begin(Operation<T> operation, int way) {
         if (way == 0) {
             awaited(std::move(operation), endings);
+        } else if (way == 1) {
+            const auto future = std::make_shared<OperationFuture<T>>(std::move(operation).future());
+            queue->runReady();
+            endingsInFuture.emplace_back([future] { return future->isReady() ? ending(future->get()) : "pending"; });
         } else if constexpr (std::is_void_v<T>) {
             std::move(operation).start([this](std::optional<ApiError> error) {
                 endings.push_back(error ? std::string{error->localizedDescription()} : "value");
@@ -88,11 +92,19 @@ protected:
         }
     }
 
-    static constexpr int ways = 2;
+    void runToTheEnd() {
+        queue->runAll();
+        for (const auto& endingInFuture : std::exchange(endingsInFuture, {})) {
+            endings.push_back(endingInFuture());
+        }
+    }
+
+    static constexpr int ways = 3;
 
     std::shared_ptr<TarnwickApi> facade =
         TarnwickApi::create({.uuid = Testing::installation, .apiUrl = {.live = "live.example.test"}});
     std::vector<std::string> endings;
+    std::vector<std::function<std::string()>> endingsInFuture;
 };
 
 using Testing::ScriptedHttpSession;
@@ -151,7 +163,8 @@ TEST_F(Operations, EndOnceHoweverTheyAreStopped) {
                 std::visit([&](auto& operation) { begin(std::move(operation), way); },
                            any = row.limit(std::move(any), source));
                 row.meanwhile(*queue, source);
-                queue->runAll();
+                runToTheEnd();
+
                 SCOPED_TRACE(std::string{row.name} + ", way " + std::to_string(way) + ", operation " +
                              std::to_string(any.index()));
                 EXPECT_EQ(endings, std::vector{row.ending});
@@ -171,12 +184,14 @@ TEST_F(Operations, DontBeginTwice) {
 TEST_F(Operations, DontBeginWhenStoppedBefore) {
     const StopSource source;
     source.stop();
-    for (auto& any : all()) {
-        endings.clear();
-        std::visit([&](auto& operation) { begin(std::move(operation).stoppedBy(source.token()), 1); }, any);
-        EXPECT_TRUE(endings.empty()) << "not inside the call";
-        queue->runAll();
-        EXPECT_EQ(endings, std::vector{stopped});
+    for (int way = 0; way < ways; ++way) {
+        for (auto& any : all()) {
+            endings.clear();
+            std::visit([&](auto& operation) { begin(std::move(operation).stoppedBy(source.token()), way); }, any);
+            EXPECT_TRUE(endings.empty()) << "not inside the call";
+            runToTheEnd();
+            EXPECT_EQ(endings, std::vector{stopped});
+        }
     }
     EXPECT_TRUE(session->requests.empty());
 }
@@ -214,7 +229,7 @@ TEST_F(Operations, EndAlsoWhereACompletionIsNotCalled) {
     begin(facade->getAuthToken(), 0);
     const auto silent = TarnwickApi::create({.uuid = Testing::installation, .apiVersion = ApiVersion::v2});
     begin(silent->getStatus(), 0);
-    begin(silent->getDevices(), 1);
+    begin(silent->getDevices(), 2);
     queue->runAll();
     EXPECT_EQ(endings, (std::vector<std::string>{"nothing", "nothing", "nothing"}));
 }
@@ -274,7 +289,7 @@ TEST_F(Operations, ACoroutineThatThrowsOrIsDroppedHarmsNobody) {
 TEST_F(Operations, StopWithTheStandardLibrarysToken) {
     session->script({ScriptedHttpSession::failure()});
     std::stop_source source;
-    begin(facade->getStatus().stoppedBy(Platform::StopToken::from(source.get_token())), 1);
+    begin(facade->getStatus().stoppedBy(Platform::StopToken::from(source.get_token())), 2);
     source.request_stop();
     queue->runAll();
     EXPECT_EQ(endings, std::vector{stopped});
