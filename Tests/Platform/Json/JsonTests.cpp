@@ -99,7 +99,7 @@ std::string outcome(const JsonObject& object) {
         }
         return text.str();
     };
-    const auto strict = outcomeOf([&] { return object.require<T>("k"); });
+    auto strict = outcomeOf([&] { return object.require<T>("k"); });
     // Reading if present differs in nothing but that nothing is no error.
     if (strict.starts_with("no ")) {
         EXPECT_FALSE(object.ifPresent<T>("k"));
@@ -241,8 +241,10 @@ TEST(JsonDocument, LivesBesideOthersAndOutlivesItsText) {
         EXPECT_EQ(firstOf(inner), "inner");
         EXPECT_EQ(firstOf(outer), "outer");
     }
+    constexpr int count = 4;
     std::vector<std::jthread> threads;
-    for (int number = 0; number < 4; ++number) {
+    threads.reserve(count);
+    for (int number = 0; number < count; ++number) {
         threads.emplace_back([&, number] {
             for (int round = 0; round < 100; ++round) {
                 const JsonDocument mine{"[\"" + std::to_string(number) + "\"]"};

@@ -9,13 +9,14 @@ namespace Tarnwick_API {
 /// The same numbers by name: `FilterIds{{.generalCountriesAll = 12, ...}}`. One that is left out is 0, which is no
 /// filter of any service: leave out those alone that the application's operations don't use.
 struct FilterIdNumbers {
-    /// Candidate servers that the service picks across all countries.
+    /// Candidate servers that the service picks across all countries: `getCandidateServers` without a country, for
+    /// general use.
     std::int64_t smartServersCandidates = 0;
-    /// All countries, for general use.
+    /// All countries, for general use: `getCountries`. Those for other uses likewise.
     std::int64_t generalCountriesAll = 0;
-    /// Candidate servers in one country, for general use.
+    /// Candidate servers in one country, for general use: `getCandidateServers`. Those for other uses likewise.
     std::int64_t generalServersCandidatesPerCountry = 0;
-    /// All servers in one country.
+    /// All servers in one country: `getServers`.
     std::int64_t generalServersPerCountry = 0;
     /// All countries, for downloading.
     std::int64_t downloadingCountriesAll = 0;
@@ -25,7 +26,7 @@ struct FilterIdNumbers {
     std::int64_t streamingCountriesAll = 0;
     /// Candidate servers in one country, for streaming.
     std::int64_t streamingServersCandidatesPerCountry = 0;
-    /// The default favourites.
+    /// The default favourites: `getDefaultFavorites`.
     std::int64_t defaultFavorites = 0;
 };
 

@@ -38,13 +38,15 @@ public:
 
     /// Ends with `CancellationError` once `token` stops: the transfer and the pauses between attempts end at once; what
     /// the service made of a request is then unknown. One that has stopped before keeps the operation from beginning.
-    /// An operation that changes the facade's state does to it what its failure does.
+    /// An operation that changes the facade's state does to it what its failure does. Of several tokens the last one
+    /// counts.
     [[nodiscard]] Operation&& stoppedBy(Platform::StopToken token) && {
         token_ = std::move(token);
         return std::move(*this);
     }
 
-    /// As `stoppedBy` once `time` has passed since the operation began; all attempts and pauses count.
+    /// As `stoppedBy` once `time` has passed since the operation began; all attempts and pauses count. Of several times
+    /// the last one counts. The main queue keeps a small task until then, also when the operation ends before.
     [[nodiscard]] Operation&& within(std::chrono::nanoseconds time) && {
         time_ = time;
         return std::move(*this);
