@@ -132,6 +132,7 @@ TEST(UrlCacheProcesses, StartTogether) {
         }
         const Shared<std::atomic<int>> started;
         std::vector<std::unique_ptr<ChildProcess>> children;
+        children.reserve(count);
         for (int number = 0; number < count; ++number) {
             children.push_back(std::make_unique<ChildProcess>([&] {
                 UrlCache cache{0, diskCapacity, folder.path()};

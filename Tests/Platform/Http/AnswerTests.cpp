@@ -194,7 +194,7 @@ TEST_F(Answer, IsKeptWhenItIsKnownToBeWhole) {
              {ok + "Content-Type: application/json\r\n\r\n12", 2U},
              {ok + "Content-Type: application/json\r\n\r\n", 2U},
              {ok + "Content-Type: application/json\r\n\r\n[12]", 1U},
-             {ok + "Content-Encoding: gzip\r\n\r\n" + helloGzip, 1U},
+             {std::string{ok}.append("Content-Encoding: gzip\r\n\r\n").append(helloGzip), 1U},
              {ok + "Content-Length: 5\r\n\r\nhello", 1U},
          }) {
         ScriptedServer server;
