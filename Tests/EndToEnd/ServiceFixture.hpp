@@ -35,7 +35,7 @@ protected:
     Received<T> await(const std::function<void(Tarnwick_API::Completion<T>)>& operation) {
         // Owned by the completion too: one that is called once too often must not meet a dead object.
         const auto received = std::make_shared<Received<T>>();
-        operation([received, note = received->completion()](auto... outcome) { note(std::move(outcome)...); });
+        operation([received](auto... outcome) { received->take(std::move(outcome)...); });
         runUntil([&] { return received->times > 0; });
         EXPECT_EQ(received->times, 1);
         return *received;

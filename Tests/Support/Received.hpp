@@ -14,12 +14,14 @@ struct Received {
     std::optional<T> result;
     std::optional<Tarnwick_API::ApiError> error;
 
+    void take(std::optional<T> theResult, std::optional<Tarnwick_API::ApiError> theError) {
+        ++times;
+        result = std::move(theResult);
+        error = std::move(theError);
+    }
+
     [[nodiscard]] Tarnwick_API::Completion<T> completion() {
-        return [this](std::optional<T> theResult, std::optional<Tarnwick_API::ApiError> theError) {
-            ++times;
-            result = std::move(theResult);
-            error = std::move(theError);
-        };
+        return [this](auto... outcome) { take(std::move(outcome)...); };
     }
 };
 
@@ -28,11 +30,13 @@ struct Received<void> {
     int times = 0;
     std::optional<Tarnwick_API::ApiError> error;
 
+    void take(std::optional<Tarnwick_API::ApiError> theError) {
+        ++times;
+        error = std::move(theError);
+    }
+
     [[nodiscard]] Tarnwick_API::Completion<void> completion() {
-        return [this](std::optional<Tarnwick_API::ApiError> theError) {
-            ++times;
-            error = std::move(theError);
-        };
+        return [this](auto... outcome) { take(std::move(outcome)...); };
     }
 };
 
