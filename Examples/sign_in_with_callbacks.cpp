@@ -20,7 +20,7 @@ class Visit {
 public:
     explicit Visit(std::shared_ptr<TarnwickApi> api) : api_{std::move(api)} {}
 
-    void begin(std::string name, std::string password) {
+    void begin(const std::string& name, const std::string& password) {
         api_->restoreSession().start([=, this](const std::optional<User>& user, const auto& /*why not*/) {
             if (user) {
                 greet(*user);
