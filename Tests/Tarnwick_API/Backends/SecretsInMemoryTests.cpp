@@ -66,11 +66,15 @@ std::size_t Hidden::countInMemory() const {
         std::vector<char> bytes(end - begin);
         static_cast<void>(::pread(memory, bytes.data(), bytes.size(), static_cast<off_t>(begin)));
         const auto isSame = [](char inMemory, char changed) { return static_cast<char>(inMemory ^ 0x55) == changed; };
-        for (auto found = bytes.begin(); found != bytes.end(); ++count, ++found) {
-            found = std::search(found, bytes.end(), changed_.begin(), changed_.end(), isSame);
-            if (found == bytes.end()) {
+        const char* const past = bytes.data() + bytes.size();
+        for (const char* at = bytes.data(); past - at >= static_cast<std::ptrdiff_t>(changed_.size()); ++at) {
+            const auto left = static_cast<std::size_t>(past - at) - changed_.size() + 1;
+            at = static_cast<const char*>(std::memchr(at, changed_.front() ^ 0x55, left));
+            if (at == nullptr) {
                 break;
             }
+            count +=
+                std::equal(changed_.begin(), changed_.end(), at, [&](char c, char m) { return isSame(m, c); }) ? 1 : 0;
         }
         explicit_bzero(bytes.data(), bytes.size());
     }

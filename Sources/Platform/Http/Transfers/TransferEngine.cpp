@@ -25,6 +25,8 @@ constexpr long idleConnections = 64;
 /// A change of the network comes as a burst of notices; in the middle of it an address may be gone for a moment.
 constexpr std::chrono::milliseconds settlingTime{100};
 
+constexpr std::chrono::milliseconds betweenLooksAtConnecting{50};
+
 /// Enough for one full HTTP/2 connection. None with libcurl before 8.1.0, which keeps a pointer into an answer's head
 /// beyond the reset of the handle, and uses it for the next answer whose first line is a continuation.
 std::size_t mostSpareTransfers() noexcept {
@@ -130,10 +132,6 @@ bool TransferEngine::perform() {
     now_ = std::chrono::steady_clock::now();
     int stillRunning = 0;
     curl_multi_perform(multi_.get(), &stillRunning);
-    if (isConnecting()) {
-        // libcurl gives an address up in one round and tries the next one in another, for which it sets no timer.
-        curl_multi_perform(multi_.get(), &stillRunning);
-    }
     int messagesLeft = 0;
     while (const auto* const message = curl_multi_info_read(multi_.get(), &messagesLeft)) {
         auto* const transfer = Transfer::on(message->easy_handle);
@@ -321,6 +319,10 @@ void TransferEngine::wait() {
     if (const auto next = nextDeadline(); next != Time::max()) {
         const auto untilNext = std::chrono::ceil<Milliseconds>(next - std::chrono::steady_clock::now());
         time = std::clamp(untilNext, Milliseconds{0}, longest);
+    }
+    if (isConnecting()) {
+        // libcurl gives an address up in one round and tries the next one in another, for which it sets no timer.
+        time = std::min(time, betweenLooksAtConnecting);
     }
     curl_waitfd notices{.fd = monitor_.descriptor(), .events = CURL_WAIT_POLLIN, .revents = 0};
     const unsigned others = monitor_.descriptor() >= 0 ? 1 : 0;

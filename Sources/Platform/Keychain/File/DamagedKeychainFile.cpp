@@ -43,7 +43,7 @@ fs::path freeName(const fs::path& file) {
     const auto name = with(file, mark + timeText());
     auto free = name;
     for (int number = 2; isTaken(free) || isTaken(with(free, journal)); ++number) {
-        free = with(name, "-" + std::to_string(number));
+        free = with(with(name, "-"), std::to_string(number));
     }
     return free;
 }
