@@ -247,7 +247,7 @@ TEST(JsonDocument, LivesBesideOthersAndOutlivesItsText) {
     for (int number = 0; number < count; ++number) {
         threads.emplace_back([&, number] {
             for (int round = 0; round < 100; ++round) {
-                const JsonDocument mine{"[\"" + std::to_string(number) + "\"]"};
+                const JsonDocument mine{std::string{"[\""}.append(std::to_string(number)).append("\"]")};
                 EXPECT_EQ(firstOf(mine), std::to_string(number));
                 EXPECT_EQ(firstOf(outer), "outer");
             }
