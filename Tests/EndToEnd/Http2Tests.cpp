@@ -2,6 +2,7 @@
 #include "Program.hpp"
 #include "ServiceFixture.hpp"
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
@@ -108,6 +109,30 @@ TEST_F(OverHttp2, ManyRequestsShareOneConnectionAndNameTheHost) {
     EXPECT_TRUE(signIn("bob", "pw").result);
     EXPECT_TRUE(await<std::vector<Device>>([&](auto done) { api->getDevices(std::move(done)); }).result);
     EXPECT_EQ(service.counters().refusals, 0U) << service.counters().lastRefusal;
+    EXPECT_EQ(queue->pausesAskedFor().size(), 0U);
+}
+
+TEST_F(OverHttp2, AStoppedRequestLeavesTheConnectionToTheOthers) {
+    ASSERT_TRUE(getStatus().result);
+    service.faults().add({.count = 1, .delay = std::chrono::hours{1}});
+    const Platform::StopSource source;
+    bool isStopped = false;
+    api->getStatus().stoppedBy(source.token()).then([&](const Outcome<Status>& outcome) {
+        isStopped = outcome.failure().as<CancellationError>() != nullptr;
+    });
+    while (service.counters().requests < 2) {
+        std::this_thread::yield();
+    }
+    constexpr int count = 50;
+    int succeeded = 0;
+    for (int index = 0; index < count; ++index) {
+        api->getStatus().then([&](const Outcome<Status>& outcome) {
+            succeeded += outcome ? 1 : 0;
+            source.stop();
+        });
+    }
+    runUntil([&] { return isStopped && succeeded == count; });
+    EXPECT_EQ(connections(), 1U);
     EXPECT_EQ(queue->pausesAskedFor().size(), 0U);
 }
 

@@ -4,6 +4,7 @@
 #include <Tarnwick_API/Backends/ApiVersion2.hpp>
 
 #include <Facade/FacadeUse.hpp>
+#include <Platform/Logging/DebugChannel.hpp>
 
 #include <stdexcept>
 #include <utility>
@@ -19,6 +20,11 @@ std::shared_ptr<TarnwickApi> TarnwickApi::create(ApiVersion apiVersion, std::str
 }
 
 std::shared_ptr<TarnwickApi> TarnwickApi::create(TarnwickApiSettings settings) {
+    if (Platform::DebugChannel::isOpen()) {
+        for (const auto& fault : settings.faults()) {
+            Platform::DebugChannel::write("Settings: " + fault, "create");
+        }
+    }
     auto api = create(settings.apiVersion, std::move(settings.consumerKey), std::move(settings.consumerSecret),
                       settings.partnersId, settings.uuid, std::move(settings.keychainService),
                       FilterIds{settings.filterIds}, ApiUrl{std::move(settings.apiUrl)});

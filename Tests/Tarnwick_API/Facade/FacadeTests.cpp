@@ -2,9 +2,12 @@
 #include <Tarnwick_API/Backends/ApiVersion2.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
 #include <Tarnwick_API/Platform/Application/NotificationCenter.hpp>
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "BackendFixture.hpp"
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -60,6 +63,37 @@ TEST(ApiUrls, SayWhatIsWrongWithAHostBeforeTheFirstRequest) {
             api->getStatus({});
         },
         "Tarnwick_API: the base URL \"https://my host/vb\" is no URL");
+}
+
+TEST(Facade, SaysWhatItsSettingsLack) {
+    const TarnwickApiSettings good{.consumerKey = "key",
+                                   .consumerSecret = "secret",
+                                   .partnersId = 5,
+                                   .uuid = Platform::Uuid::random(),
+                                   .keychainService = "service",
+                                   .apiUrl = {.live = "live"}};
+    EXPECT_THAT(good.faults(), testing::IsEmpty());
+    const struct {
+        std::function<void(TarnwickApiSettings&)> forget;
+        std::string named;
+    } rows[] = {
+        {[](auto& settings) { settings.consumerKey.clear(); }, "consumerKey"},
+        {[](auto& settings) { settings.consumerSecret.clear(); }, "consumerSecret"},
+        {[](auto& settings) { settings.partnersId = 0; }, "partnersId"},
+        {[](auto& settings) { settings.keychainService.clear(); }, "keychainService"},
+        {[](auto& settings) { settings.environment = ApiEnvironment::beta; }, "apiUrl"},
+    };
+    std::vector<std::string> told;
+    const Platform::ScopedProcessValues scope;
+    Platform::Logging::setSink([&](const auto& entry) { told.emplace_back(entry.message); });
+    for (const auto& row : rows) {
+        auto settings = good;
+        row.forget(settings);
+        EXPECT_THAT(settings.faults(), testing::ElementsAre(testing::HasSubstr(row.named)));
+        told.clear();
+        static_cast<void>(TarnwickApi::create(settings));
+        EXPECT_THAT(told, testing::ElementsAre("Settings: " + settings.faults().front()));
+    }
 }
 
 TEST(Facade, IsMadeOfSettingsByName) {

@@ -81,6 +81,8 @@ protected:
             const auto future = std::make_shared<OperationFuture<T>>(std::move(operation).future());
             queue->runReady();
             endingsInFuture.emplace_back([future] { return future->isReady() ? ending(future->get()) : "pending"; });
+        } else if (way == 2) {
+            std::move(operation).then([this](const Outcome<T>& outcome) { endings.push_back(ending(outcome)); });
         } else if constexpr (std::is_void_v<T>) {
             std::move(operation).start([this](std::optional<ApiError> error) {
                 endings.push_back(error ? std::string{error->localizedDescription()} : "value");
@@ -99,7 +101,7 @@ protected:
         }
     }
 
-    static constexpr int ways = 3;
+    static constexpr int ways = 4;
 
     std::shared_ptr<TarnwickApi> facade =
         TarnwickApi::create({.uuid = Testing::installation, .apiUrl = {.live = "live.example.test"}});
@@ -136,6 +138,11 @@ TEST_F(Operations, EndOnceHoweverTheyAreStopped) {
         {"during the first attempt", stoppedBy, stop, stopped, 1},
         {"from another thread", stoppedBy,
          [](auto& /*queue*/, const StopSource& source) { std::thread{[&] { source.stop(); }}.join(); }, stopped, 1},
+        {"by the first of two",
+         [stoppedBy](AnyOperation any, const StopSource& source) {
+             return stoppedBy(stoppedBy(std::move(any), source), StopSource{});
+         },
+         stop, stopped, 1},
         {"in a pause", stoppedBy,
          [](auto& mainQueue, const StopSource& source) {
              mainQueue.advance(1500ms);

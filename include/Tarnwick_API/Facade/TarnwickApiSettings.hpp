@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace Tarnwick_API {
 
@@ -37,6 +38,11 @@ struct TarnwickApiSettings {
     ApiEnvironment environment = ApiEnvironment::live;
     bool useFallbackIp = false;
     ApiVersion apiVersion = ApiVersion::v1;
+
+    /// What an application forgot or mistook, an English sentence for developers each: credentials, the keychain's
+    /// name, and the host of `environment`. Empty when there is nothing to say. `TarnwickApi::create` tells the same on
+    /// the debug channel and goes on, as not every application needs each of them. Ids of filters are not judged.
+    [[nodiscard]] std::vector<std::string> faults() const;
 };
 
 }  // namespace Tarnwick_API

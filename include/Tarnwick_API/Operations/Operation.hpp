@@ -17,6 +17,7 @@
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace Tarnwick_API {
 
@@ -24,24 +25,26 @@ namespace Tarnwick_API {
 /// throws std::logic_error, where it would begin.
 ///
 ///     api->getStatus().within(5s).start([](std::optional<Status> status, std::optional<ApiError> error) { ... });
+///     api->getStatus().then([](Outcome<Status> outcome) { ... });
 ///     const Outcome<Status> outcome = api->getStatus().stoppedBy(token).future().get();  // on another thread
 ///     const Outcome<Status> outcome = co_await api->getStatus();
 ///
 /// However it is waited for, it ends exactly once, on the main queue, also where a completion would not be called at
-/// all: then without a value. It may be made on any thread; `start` and `co_await` belong to the main thread.
+/// all: then without a value. It may be made on any thread; `start`, `then` and `co_await` belong to the main thread.
 template <typename T>
 class [[nodiscard]] Operation {
 public:
     using Start = Platform::MoveOnlyFunction<void(Completion<T>)>;
+    using OnOutcome = Platform::MoveOnlyFunction<void(Outcome<T>)>;
 
     explicit Operation(Start start) : start_{std::move(start)} {}
 
-    /// Ends with `CancellationError` once `token` stops: the transfer and the pauses between attempts end at once; what
-    /// the service made of a request is then unknown. One that has stopped before keeps the operation from beginning.
-    /// An operation that changes the facade's state does to it what its failure does. Of several tokens the last one
-    /// counts.
+    /// Ends with `CancellationError` once `token`, or another one given before, stops: the transfer and the pauses
+    /// between attempts end at once; what the service made of a request is then unknown. One that has stopped before
+    /// keeps the operation from beginning. An operation that changes the facade's state does to it what its failure
+    /// does.
     [[nodiscard]] Operation&& stoppedBy(Platform::StopToken token) && {
-        token_ = std::move(token);
+        tokens_.push_back(std::move(token));
         return std::move(*this);
     }
 
@@ -52,9 +55,30 @@ public:
         return std::move(*this);
     }
 
+    /// Begins; `onOutcome` is told once, in one value, in which "neither" can't be overlooked.
+    void then(OnOutcome onOutcome) && {
+        if (!start_) {
+            throw std::logic_error{"An operation begins only once."};
+        }
+        using Running = Detail::RunningOperation<T>;
+        const auto queue = Platform::MainQueue::main();
+        const auto running = std::make_shared<Running>(std::move(onOutcome), queue);
+        const auto token = running->stoppedByAnyOf(tokens_, time_);
+        if (const auto reason = token.reason()) {
+            Running::endSoon(running, Failure{CancellationError{*reason}});
+            return;
+        }
+        const StoppableScope scope{token};
+        std::exchange(start_, {})(typename Running::Answer{running});
+        // A backend that does not heed the token leaves that to this.
+        if (!scope.isTaken()) {
+            Running::endOnStop(running, token);
+        }
+    }
+
     /// Begins; `onCompletion` is told as by the facade's own operations.
     void start(Completion<T> onCompletion) && {
-        std::move(*this).begin([onCompletion = std::move(onCompletion)](Outcome<T> outcome) {
+        std::move(*this).then([onCompletion = std::move(onCompletion)](Outcome<T> outcome) {
             if (!onCompletion) {
                 return;
             }
@@ -73,7 +97,7 @@ public:
         auto promise = std::make_shared<std::promise<Outcome<T>>>();
         OperationFuture<T> future{promise->get_future(), queue};
         queue->soon([operation = std::make_shared<Operation>(std::move(*this)), promise] {
-            std::move(*operation).begin([promise](Outcome<T> outcome) { promise->set_value(std::move(outcome)); });
+            std::move(*operation).then([promise](Outcome<T> outcome) { promise->set_value(std::move(outcome)); });
         });
         return future;
     }
@@ -97,7 +121,7 @@ private:
 
         [[nodiscard]] bool await_ready() const noexcept { return false; }
         bool await_suspend(std::coroutine_handle<> coroutine) {
-            std::move(operation_).begin([state = state_](Outcome<T> outcome) {
+            std::move(operation_).then([state = state_](Outcome<T> outcome) {
                 state->outcome.emplace(std::move(outcome));
                 if (state->waiting) {
                     state->waiting.resume();
@@ -114,40 +138,8 @@ private:
         std::shared_ptr<State> state_ = std::make_shared<State>();
     };
 
-    void begin(typename Detail::RunningOperation<T>::OnOutcome onOutcome) && {
-        if (!start_) {
-            throw std::logic_error{"An operation begins only once."};
-        }
-        using Running = Detail::RunningOperation<T>;
-        const auto queue = Platform::MainQueue::main();
-        const auto running = std::make_shared<Running>(std::move(onOutcome), queue);
-        const auto token = limited(*queue);
-        if (const auto reason = token.reason()) {
-            Running::endSoon(running, Failure{CancellationError{*reason}});
-            return;
-        }
-        const StoppableScope scope{token};
-        std::exchange(start_, {})(typename Running::Answer{running});
-        // A backend that does not heed the token leaves that to this.
-        if (!scope.isTaken()) {
-            Running::endOnStop(running, token);
-        }
-    }
-
-    /// The token that stops with the application's own, and when the time is up.
-    [[nodiscard]] Platform::StopToken limited(Platform::MainQueue& queue) {
-        if (!time_) {
-            return token_;
-        }
-        const Platform::StopSource source;
-        queue.after(*time_, [source, forwarding = token_.onStop([source](auto reason) { source.stop(reason); })] {
-            source.stop(Platform::StopReason::deadlinePassed);
-        });
-        return source.token();
-    }
-
     Start start_;
-    Platform::StopToken token_;
+    std::vector<Platform::StopToken> tokens_;
     std::optional<std::chrono::nanoseconds> time_;
 };
 

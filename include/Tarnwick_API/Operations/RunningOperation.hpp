@@ -8,10 +8,12 @@
 #include <Tarnwick_API/Platform/Concurrency/MoveOnlyFunction.hpp>
 #include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace Tarnwick_API::Detail {
 
@@ -27,7 +29,7 @@ public:
     void end(Outcome<T> outcome) {
         // What the application starts in its answer is not to be stopped with this.
         const StoppableScope unstoppable{Platform::StopToken{}};
-        ownerOfStop_ = {};
+        ownersOfStop_.clear();
         if (const auto onOutcome = std::exchange(onOutcome_, {})) {
             onOutcome(std::move(outcome));
         }
@@ -40,14 +42,30 @@ public:
 
     /// Has `token` end `running` with an error, from whatever thread.
     static void endOnStop(const std::shared_ptr<RunningOperation>& running, const Platform::StopToken& token) {
-        running->ownerOfStop_ =
+        running->ownersOfStop_.push_back(
             token.onStop([weak = std::weak_ptr{running}, queue = running->queue_](Platform::StopReason reason) {
                 queue->soon([weak, reason] {
                     if (const auto stopped = weak.lock()) {
                         stopped->end(Outcome<T>{Failure{CancellationError{reason}}});
                     }
                 });
-            });
+            }));
+    }
+
+    /// One token that stops as soon as one of `tokens` does, and once `time` has passed.
+    [[nodiscard]] Platform::StopToken stoppedByAnyOf(const std::vector<Platform::StopToken>& tokens,
+                                                     std::optional<std::chrono::nanoseconds> time) {
+        if (!time && tokens.size() <= 1) {
+            return tokens.empty() ? Platform::StopToken{} : tokens.front();
+        }
+        const Platform::StopSource any;
+        for (const auto& token : tokens) {
+            ownersOfStop_.push_back(token.onStop([any](Platform::StopReason reason) { any.stop(reason); }));
+        }
+        if (time) {
+            queue_->after(*time, [any] { any.stop(Platform::StopReason::deadlinePassed); });
+        }
+        return any.token();
     }
 
     /// The completion that ends an operation, also when it is dropped without having been called.
@@ -81,7 +99,7 @@ public:
 private:
     OnOutcome onOutcome_;
     std::shared_ptr<Platform::MainQueue> queue_;
-    Platform::StopToken::Registration ownerOfStop_;
+    std::vector<Platform::StopToken::Registration> ownersOfStop_;
 };
 
 }  // namespace Tarnwick_API::Detail
