@@ -1,6 +1,7 @@
 #include <Platform/Http/Transfers/IoThread.hpp>
 
 #include <cstddef>
+#include <mutex>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -53,6 +54,8 @@ void IoThread::run() {
             mayWait = false;
             continue;
         }
+        static_cast<void>(std::lock_guard{turnstile_});
+        const std::lock_guard lock{working_};
         for (auto& command : batch) {
             obey(std::move(command));
         }

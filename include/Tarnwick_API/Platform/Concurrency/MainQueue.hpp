@@ -21,8 +21,8 @@ public:
     MainQueue& operator=(const MainQueue&) = delete;
     virtual ~MainQueue() = default;
 
-    /// Runs `task` once, after the tasks handed over before it.
-    /// Lifetime: the queue owns `task` until it has run; a queue destroyed first drops it unrun.
+    /// Runs `task` once, after the tasks handed over before it. It must not call `fork`, which waits for the threads
+    /// that hand tasks over. Lifetime: the queue owns `task` until it has run; a queue destroyed first drops it unrun.
     virtual void soon(Task task) = 0;
 
     /// Runs `task` once, not before `delay` has passed on this queue's clock. Nothing waits or sleeps meanwhile.
