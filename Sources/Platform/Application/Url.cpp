@@ -1,22 +1,21 @@
 #include <Tarnwick_API/Platform/Application/Url.hpp>
 
 #include <Platform/Text/AsciiCharacters.hpp>
+#include <Platform/Text/CharacterSet.hpp>
 
 #include <algorithm>
+#include <utility>
 
 namespace Tarnwick_API::Platform {
 
 namespace {
 
-bool isPathCharacter(char character) {
-    constexpr std::string_view others = "-_.!~*'()$&+,/:=@";
-    return isAsciiAlphanumeric(character) || others.find(character) != std::string_view::npos;
-}
-
-bool isLegalCharacter(char character) {
-    constexpr std::string_view others = ";?[]#%";
-    return isPathCharacter(character) || others.find(character) != std::string_view::npos;
-}
+constexpr auto pathCharacters = CharacterSet::alphanumericAnd("-_.!~*'()$&+,/:=@");
+constexpr auto legalCharacters = CharacterSet::alphanumericAnd("-_.!~*'()$&+,/:=@;?[]#%");
+constexpr auto schemeCharacters = CharacterSet::alphanumericAnd("+-.");
+constexpr CharacterSet endsOfScheme{":/?#"};
+constexpr CharacterSet endsOfAuthority{"/?#"};
+constexpr CharacterSet endsOfPath{"?#"};
 
 bool hasBrokenEscape(std::string_view text) {
     for (auto at = text.find('%'); at != std::string_view::npos; at = text.find('%', at + 1)) {
@@ -37,71 +36,51 @@ void appendPercentEncoded(std::string& text, char character) {
 }
 
 std::string_view schemeOf(std::string_view text) {
-    const auto end = text.find_first_of(":/?#");
-    if (end == std::string_view::npos || text[end] != ':') {
-        return {};
-    }
-    const auto scheme = text.substr(0, end);
-    const auto isSchemeCharacter = [](char character) {
-        return isAsciiAlphanumeric(character) || character == '+' || character == '-' || character == '.';
-    };
-    const bool valid =
-        !scheme.empty() && isAsciiLetter(scheme.front()) && std::ranges::all_of(scheme, isSchemeCharacter);
-    return valid ? scheme : std::string_view{};
-}
-
-/// The places of a URL's parts, by offset into its text.
-struct Layout {
-    std::size_t authorityBegin;
-    std::size_t pathBegin;
-    std::size_t pathEnd;
-};
-
-Layout layoutOf(std::string_view text) {
-    const auto scheme = schemeOf(text);
-    const auto afterScheme = scheme.empty() ? 0 : scheme.size() + 1;
-    Layout layout{afterScheme, afterScheme, std::min(text.find_first_of("?#"), text.size())};
-    if (text.substr(afterScheme, 2) == "//") {
-        layout.authorityBegin = afterScheme + 2;
-        layout.pathBegin = std::min(text.find_first_of("/?#", layout.authorityBegin), text.size());
-    }
-    return layout;
-}
-
-struct HostAndPort {
-    std::string_view host;
-    std::string_view port;
-};
-
-/// An authority whose brackets are not those of an IPv6 address has no host: guessing one might reach another machine
-/// than the transfer would.
-HostAndPort hostAndPortOf(std::string_view text) {
-    const auto layout = layoutOf(text);
-    auto authority = text.substr(layout.authorityBegin, layout.pathBegin - layout.authorityBegin);
-    authority.remove_prefix(authority.rfind('@') + 1);
-    HostAndPort result;
-    if (authority.starts_with('[')) {
-        const auto end = authority.find(']');
-        if (end == std::string_view::npos) {
-            return {};
-        }
-        result.host = authority.substr(1, end - 1);
-        authority.remove_prefix(end + 1);
-        if (!authority.empty() && authority.front() != ':') {
-            return {};
-        }
-    } else {
-        result.host = authority.substr(0, authority.find(':'));
-        authority.remove_prefix(result.host.size());
-    }
-    result.port = authority.empty() ? authority : authority.substr(1);
-    return result;
+    const auto scheme = text.substr(0, endsOfScheme.firstIn(text));
+    const bool isFollowedByColon = scheme.size() < text.size() && text[scheme.size()] == ':';
+    const bool isValid = !scheme.empty() && isAsciiLetter(scheme.front()) && schemeCharacters.containsAll(scheme);
+    return isFollowedByColon && isValid ? scheme : std::string_view{};
 }
 
 }  // namespace
 
+Url::Url(std::string text) : text_{std::move(text)} {
+    const std::string_view whole{text_};
+    parts_.schemeSize = schemeOf(whole).size();
+    parts_.pathBegin = parts_.schemeSize == 0 ? 0 : parts_.schemeSize + 1;
+    if (whole.substr(parts_.pathBegin, 2) == "//") {
+        const auto authorityBegin = parts_.pathBegin + 2;
+        parts_.pathBegin = endsOfAuthority.firstIn(whole, authorityBegin);
+        findHostAndPort(authorityBegin);
+    }
+}
+
+/// An authority whose brackets are not those of an IPv6 address has no host: guessing one might reach another machine
+/// than the transfer would.
+void Url::findHostAndPort(std::size_t authorityBegin) {
+    auto authority = std::string_view{text_}.substr(0, parts_.pathBegin);
+    authority.remove_prefix(std::max(authorityBegin, authority.rfind('@') + 1));
+    const auto offset = [this](std::string_view rest) { return parts_.pathBegin - rest.size(); };
+    if (authority.starts_with('[')) {
+        const auto end = authority.find(']');
+        const auto afterEnd = end == std::string_view::npos ? end : end + 1;
+        if (afterEnd > authority.size() || (afterEnd < authority.size() && authority[afterEnd] != ':')) {
+            return;
+        }
+        parts_.host = {offset(authority) + 1, end - 1};
+        authority.remove_prefix(afterEnd);
+    } else {
+        parts_.host = {offset(authority), std::min(authority.find(':'), authority.size())};
+        authority.remove_prefix(parts_.host.size);
+    }
+    if (!authority.empty()) {
+        authority.remove_prefix(1);
+        parts_.port = {offset(authority), authority.size()};
+    }
+}
+
 std::optional<Url> Url::fromString(std::string_view text) {
-    if (text.empty() || !std::ranges::all_of(text, isLegalCharacter) || std::ranges::count(text, '#') > 1 ||
+    if (text.empty() || !legalCharacters.containsAll(text) || std::ranges::count(text, '#') > 1 ||
         hasBrokenEscape(text)) {
         return std::nullopt;
     }
@@ -109,20 +88,22 @@ std::optional<Url> Url::fromString(std::string_view text) {
 }
 
 Url Url::appendingPathComponent(std::string_view component) const {
-    const auto layout = layoutOf(text_);
-    const auto path = std::string_view{text_}.substr(layout.pathBegin, layout.pathEnd - layout.pathBegin);
-    auto result = text_.substr(0, layout.pathEnd);
+    const auto pathEnd = endsOfPath.firstIn(text_, parts_.pathBegin);
+    const auto path = std::string_view{text_}.substr(parts_.pathBegin, pathEnd - parts_.pathBegin);
+    auto text = text_.substr(0, pathEnd);
     if (!path.ends_with('/') && !component.starts_with('/')) {
-        result += '/';
+        text += '/';
     }
     for (const char character : component) {
-        if (isPathCharacter(character)) {
-            result += character;
+        if (pathCharacters.contains(character)) {
+            text += character;
         } else {
-            appendPercentEncoded(result, character);
+            appendPercentEncoded(text, character);
         }
     }
-    return Url{result.append(text_, layout.pathEnd)};
+    text.append(text_, pathEnd);
+    // Without a host the new path may be read as one.
+    return host().empty() ? Url{std::move(text)} : Url{std::move(text), parts_};
 }
 
 Url Url::appendingQuery(std::string_view query) const {
@@ -130,22 +111,10 @@ Url Url::appendingQuery(std::string_view query) const {
         return *this;
     }
     const auto fragmentBegin = std::min(text_.find('#'), text_.size());
-    auto result = text_.substr(0, fragmentBegin);
-    result += result.find('?') == std::string::npos ? '?' : '&';
-    result += query;
-    return Url{result.append(text_, fragmentBegin)};
-}
-
-std::string_view Url::scheme() const noexcept {
-    return schemeOf(text_);
-}
-
-std::string_view Url::host() const noexcept {
-    return hostAndPortOf(text_).host;
-}
-
-std::string_view Url::port() const noexcept {
-    return hostAndPortOf(text_).port;
+    auto text = text_.substr(0, fragmentBegin);
+    text += text.find('?') == std::string::npos ? '?' : '&';
+    text += query;
+    return Url{text.append(text_, fragmentBegin), parts_};
 }
 
 }  // namespace Tarnwick_API::Platform

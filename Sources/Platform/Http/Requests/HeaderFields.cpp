@@ -1,7 +1,7 @@
 #include <Platform/Http/Requests/HeaderFields.hpp>
 
-#include <Platform/Text/AsciiCharacters.hpp>
 #include <Platform/Text/AsciiText.hpp>
+#include <Platform/Text/CharacterSet.hpp>
 
 #include <algorithm>
 
@@ -9,10 +9,8 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-bool isTokenCharacter(char character) noexcept {
-    return isAsciiLetter(character) || isAsciiDigit(character) ||
-           std::string_view{"!#$%&'*+-.^_`|~"}.find(character) != std::string_view::npos;
-}
+constexpr auto tokenCharacters = CharacterSet::alphanumericAnd("!#$%&'*+-.^_`|~");
+constexpr CharacterSet endsOfField{{"\r\n\0", 3}};
 
 }  // namespace
 
@@ -28,10 +26,10 @@ bool hasHeader(const HttpHeaders& headers, std::string_view name) noexcept {
 
 std::optional<std::string> headerFault(const HttpHeaders& headers) {
     for (const auto& [name, value] : headers) {
-        if (name.empty() || !std::all_of(name.begin(), name.end(), isTokenCharacter)) {
+        if (name.empty() || !tokenCharacters.containsAll(name)) {
             return "a header name is empty or holds a character that names can't have";
         }
-        if (value.find_first_of(std::string_view{"\r\n\0", 3}) != std::string::npos) {
+        if (endsOfField.firstIn(value) != value.size()) {
             return "the value of header " + name + " holds CR, LF or NUL";
         }
     }

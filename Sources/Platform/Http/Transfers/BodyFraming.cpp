@@ -1,6 +1,7 @@
 #include <Platform/Http/Transfers/BodyFraming.hpp>
 
 #include <Platform/Text/AsciiText.hpp>
+#include <Platform/Text/CharacterSet.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -57,13 +58,13 @@ std::optional<ContentCoding> contentCoding(std::string_view field) noexcept {
 }  // namespace
 
 std::string_view lineFault(std::string_view line) noexcept {
-    using namespace std::string_view_literals;
+    static constexpr CharacterSet forbidden{{"\r\0", 2}};
     for (const auto end : {'\n', '\r'}) {
         if (line.ends_with(end)) {
             line.remove_suffix(1);
         }
     }
-    return line.find_first_of("\r\0"sv) == std::string_view::npos ? "" : "a line of the head holds CR or NUL";
+    return forbidden.firstIn(line) == line.size() ? "" : "a line of the head holds CR or NUL";
 }
 
 std::string_view readFraming(const HttpHeaders& headers, BodyFraming& framing) noexcept {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace Tarnwick_API::Platform {
 
@@ -24,18 +27,42 @@ public:
     [[nodiscard]] const std::string& absoluteString() const noexcept { return text_; }
 
     /// The scheme as written, without the colon; empty when there is none.
-    [[nodiscard]] std::string_view scheme() const noexcept;
+    [[nodiscard]] std::string_view scheme() const noexcept {
+        return std::string_view{text_}.substr(0, parts_.schemeSize);
+    }
     /// The host without port, user and brackets; empty when there is none.
-    [[nodiscard]] std::string_view host() const noexcept;
+    [[nodiscard]] std::string_view host() const noexcept { return parts_.host.of(text_); }
     /// The port as written; empty when there is none.
-    [[nodiscard]] std::string_view port() const noexcept;
+    [[nodiscard]] std::string_view port() const noexcept { return parts_.port.of(text_); }
 
-    friend bool operator==(const Url&, const Url&) = default;
+    friend bool operator==(const Url& one, const Url& other) noexcept { return one.text_ == other.text_; }
 
 private:
-    explicit Url(std::string text) : text_{std::move(text)} {}
+    struct Part {
+        std::size_t begin = 0;
+        std::size_t size = 0;
+
+        /// Empty where the text has been moved away.
+        [[nodiscard]] std::string_view of(std::string_view text) const noexcept {
+            text.remove_prefix(std::min(begin, text.size()));
+            return text.substr(0, size);
+        }
+    };
+    /// Where a URL's parts lie in its text.
+    struct Parts {
+        std::size_t schemeSize = 0;
+        Part host;
+        Part port;
+        std::size_t pathBegin = 0;
+    };
+
+    explicit Url(std::string text);
+    Url(std::string text, const Parts& parts) : text_{std::move(text)}, parts_{parts} {}
+
+    void findHostAndPort(std::size_t authorityBegin);
 
     std::string text_;
+    Parts parts_;
 };
 
 }  // namespace Tarnwick_API::Platform
