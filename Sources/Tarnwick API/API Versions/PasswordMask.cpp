@@ -1,9 +1,12 @@
 #include "PasswordMask.hpp"
 
 #include <Platform/Text/AsciiCharacters.hpp>
+#include <Platform/Text/AsciiText.hpp>
+#include <Platform/Text/CharacterSet.hpp>
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
 
 namespace Tarnwick_API {
 
@@ -13,38 +16,63 @@ constexpr std::string_view opener = R"(password\":\")";
 constexpr std::string_view closer = R"(\",\")";
 constexpr std::string_view mask = "OBFUSCATED";
 
-std::size_t findOpener(std::string_view line) noexcept {
-    const auto* const found =
-        std::search(line.begin(), line.end(), opener.begin(), opener.end(),
-                    [](char actual, char expected) { return Platform::asciiLower(actual) == expected; });
-    return found == line.end() ? std::string_view::npos : static_cast<std::size_t>(found - line.begin());
-}
+constexpr Platform::CharacterSet lineEnds{"\n\v\f\r"};
 
-void appendMasked(std::string& result, std::string_view line) {
-    if (const auto start = findOpener(line); start != std::string_view::npos) {
-        const auto valueStart = start + opener.size();
-        if (const auto valueEnd = line.rfind(closer); valueEnd != std::string_view::npos && valueEnd >= valueStart) {
-            result.append(line.substr(0, valueStart)).append(mask).append(line.substr(valueEnd));
-            return;
+/// Finds the openers of a text one after another, by the rarest of their letters.
+class OpenerSearch {
+public:
+    explicit OpenerSearch(std::string_view text) noexcept
+        : text_{text}, lower_{text.find(letter)}, upper_{text.find(Platform::asciiUpper(letter))} {}
+
+    /// Where the next one begins, not before `begin`, which never goes back; npos when there is none.
+    [[nodiscard]] std::size_t next(std::size_t begin) noexcept {
+        while (true) {
+            const auto at = std::min(lower_, upper_);
+            if (at == std::string_view::npos) {
+                return at;
+            }
+            auto& taken = lower_ < upper_ ? lower_ : upper_;
+            taken = text_.find(text_[at], at + 1);
+            const auto start = at - letterInOpener;
+            if (at >= begin + letterInOpener &&
+                Platform::equalsIgnoringAsciiCase(text_.substr(start, opener.size()), opener)) {
+                return start;
+            }
         }
     }
-    result.append(line);
-}
+
+private:
+    static constexpr char letter = 'w';
+    static constexpr auto letterInOpener = opener.find(letter);
+
+    std::string_view text_;
+    std::size_t lower_;
+    std::size_t upper_;
+};
 
 }  // namespace
 
-std::string obfuscateLoginString(std::string_view text) {
+std::string obfuscateLoginString(std::string rendering) {
+    const std::string_view text{rendering};
+    OpenerSearch openers{text};
+    auto start = openers.next(0);
+    if (start == std::string_view::npos) {
+        return rendering;
+    }
     std::string result;
     result.reserve(text.size());
-    while (true) {
-        const auto lineEnd = text.find_first_of("\n\v\f\r");
-        appendMasked(result, text.substr(0, lineEnd));
-        if (lineEnd == std::string_view::npos) {
-            return result;
+    std::size_t taken = 0;
+    while (start != std::string_view::npos) {
+        const auto valueStart = start + opener.size();
+        const auto lineEnd = lineEnds.firstIn(text, valueStart);
+        const auto valueSize = text.substr(valueStart, lineEnd - valueStart).rfind(closer);
+        if (valueSize != std::string_view::npos) {
+            result.append(text.substr(taken, valueStart - taken)).append(mask);
+            taken = valueStart + valueSize;
         }
-        result += text[lineEnd];
-        text.remove_prefix(lineEnd + 1);
+        start = openers.next(lineEnd);
     }
+    return result.append(text.substr(taken));
 }
 
 }  // namespace Tarnwick_API
