@@ -3,10 +3,8 @@ tarnwick_install_library(Tarnwick_API Tarnwick_API_targets)
 
 # A library that is shared has linked with its needs already.
 set(TARNWICK_LIBRARY_NEEDS Threads)
-set(TARNWICK_PC_REQUIRES Requires.private)
 if(NOT BUILD_SHARED_LIBS)
     set(TARNWICK_LIBRARY_NEEDS ${TARNWICK_NEEDS})
-    set(TARNWICK_PC_REQUIRES Requires)
 endif()
 
 function(tarnwick_quote_all result)
@@ -34,20 +32,30 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/Tarnwick_APIConfig.cmake
     cmake/Tarnwick_APINeeds.cmake
     DESTINATION ${TARNWICK_CMAKE_FOLDER} COMPONENT development)
 
-# Found from where the file lies, so that the installed tree can be moved; unless its folders lie apart.
-set(TARNWICK_PC_FOLDER ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-set(TARNWICK_PC_PREFIX ${CMAKE_INSTALL_PREFIX})
-if(NOT IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
-    file(RELATIVE_PATH up /prefix/${TARNWICK_PC_FOLDER} /prefix)
-    string(REGEX REPLACE "/$" "" up ${up})
-    set(TARNWICK_PC_PREFIX "\${pcfiledir}/${up}")
-endif()
-foreach(folder IN ITEMS LIBDIR INCLUDEDIR)
-    set(TARNWICK_PC_${folder} ${CMAKE_INSTALL_${folder}})
-    if(NOT IS_ABSOLUTE ${CMAKE_INSTALL_${folder}})
-        set(TARNWICK_PC_${folder} "\${prefix}/${CMAKE_INSTALL_${folder}}")
+# tarnwick_install_module(NAME LIBRARY REQUIRES [HOW]): what pkg-config is told of LIBRARY, which needs the dependencies' modules in
+# every link (Requires) or in those without shared libraries (Requires.private).
+function(tarnwick_install_module name library requires)
+    set(how ${ARGN})
+    list(JOIN TARNWICK_MODULES ", " modules)
+    set(folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+    # Found from where the file lies, so that the installed tree can be moved; unless its folders lie apart.
+    set(prefix ${CMAKE_INSTALL_PREFIX})
+    if(NOT IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
+        file(RELATIVE_PATH up /prefix/${folder} /prefix)
+        string(REGEX REPLACE "/$" "" up ${up})
+        set(prefix "\${pcfiledir}/${up}")
     endif()
-endforeach()
-list(JOIN TARNWICK_MODULES ", " TARNWICK_PC_MODULES)
-configure_file(cmake/Tarnwick_API.pc.in Tarnwick_API.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/Tarnwick_API.pc DESTINATION ${TARNWICK_PC_FOLDER} COMPONENT development)
+    cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_LIBDIR BASE_DIRECTORY /prefix OUTPUT_VARIABLE libdir)
+    cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_INCLUDEDIR BASE_DIRECTORY /prefix OUTPUT_VARIABLE includedir)
+    string(REGEX REPLACE "^/prefix/" "\${prefix}/" libdir ${libdir})
+    string(REGEX REPLACE "^/prefix/" "\${prefix}/" includedir ${includedir})
+    configure_file(cmake/Tarnwick_API.pc.in ${name}.pc @ONLY)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${folder} COMPONENT development)
+endfunction()
+if(BUILD_SHARED_LIBS)
+    tarnwick_install_module(Tarnwick_API "-L\${libdir} -lTarnwick_API" Requires.private)
+else()
+    tarnwick_install_module(Tarnwick_API "-L\${libdir} -lTarnwick_API" Requires)
+endif()
+# By its path, as a linker that finds both by name takes the shared library.
+tarnwick_install_module(Tarnwick_API_Static "\${libdir}/libTarnwick_API.a" Requires " (archive)")
