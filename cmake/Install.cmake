@@ -38,9 +38,9 @@ function(tarnwick_install_module name library requires)
     set(how ${ARGN})
     list(JOIN TARNWICK_MODULES ", " modules)
     set(folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-    # Found from where the file lies, so that the installed tree can be moved; unless its folders lie apart.
+    # Found from where the file lies, so that the installed tree can be moved. The system's own is not, and compilers know it.
     set(prefix ${CMAKE_INSTALL_PREFIX})
-    if(NOT IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
+    if(NOT IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR} AND NOT prefix STREQUAL "/usr")
         file(RELATIVE_PATH up /prefix/${folder} /prefix)
         string(REGEX REPLACE "/$" "" up ${up})
         set(prefix "\${pcfiledir}/${up}")

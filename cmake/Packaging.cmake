@@ -24,8 +24,9 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY "=")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime_package})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION}
- The shared library. ${licence}")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS ca-certificates)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "The shared library, for applications that were linked with it.
+${licence}")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${development_package})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
@@ -33,14 +34,14 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION}), libcurl4-openssl-dev, libicu-dev, \
 libsecret-1-dev, libsimdjson-dev, libspdlog-dev, libsqlite3-dev, libssl-dev, zlib1g-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "pkg-config, cmake (>= 3.25)")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${PROJECT_DESCRIPTION} (for developing applications)
- Headers, archive, and what CMake and pkg-config find them by. ${licence}")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Headers, archive, and what CMake and pkg-config find them by, for building
+applications. ${licence}")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME ${tools_package})
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime_package} (= ${PROJECT_VERSION})")
-set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Command-line client of a VPN service's REST API, and a stand-in for the service
- tarnwick speaks to the service, tarnwick-service stands in for it on this computer. ${licence}")
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION "tarnwick is a command-line client of the service; tarnwick-service stands in for
+the service on this computer. ${licence}")
 
 # Every package says under which terms it comes.
 file(CONFIGURE OUTPUT copyright CONTENT "${licence}\n")
