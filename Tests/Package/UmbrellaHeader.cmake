@@ -1,11 +1,14 @@
-# Fails with the names of the HEADERS below FOLDER that the umbrella header doesn't include.
+# Fails with the names of the HEADERS below FOLDERS that the umbrella header doesn't include.
 cmake_minimum_required(VERSION 3.25)
 set(umbrella Tarnwick_API/Tarnwick_API.hpp)
-string(REPLACE "${FOLDER}/" "" HEADERS "${HEADERS}")
+foreach(folder IN LISTS FOLDERS)
+    list(TRANSFORM HEADERS REPLACE "^${folder}/" "")
+endforeach()
 if(NOT umbrella IN_LIST HEADERS)
     message(FATAL_ERROR "${umbrella} is not among the public headers")
 endif()
-file(STRINGS ${FOLDER}/${umbrella} included REGEX "^#include <")
+list(GET FOLDERS 0 folder)
+file(STRINGS ${folder}/${umbrella} included REGEX "^#include <")
 list(TRANSFORM included REPLACE "^#include <(.*)>$" "\\1")
 list(REMOVE_ITEM HEADERS ${umbrella} ${included})
 if(HEADERS)

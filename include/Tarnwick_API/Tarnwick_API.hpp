@@ -22,6 +22,7 @@
 #include <Tarnwick_API/Events/Disposable.hpp>
 #include <Tarnwick_API/Events/Event.hpp>
 #include <Tarnwick_API/Events/PropertyObservable.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 #include <Tarnwick_API/Facade/ApiNotification.hpp>
@@ -88,5 +89,7 @@
 #include <Tarnwick_API/Records/ServerStatistics.hpp>
 #include <Tarnwick_API/Records/Status.hpp>
 #include <Tarnwick_API/Records/User.hpp>
+#include <Tarnwick_API/Requirements.hpp>
 #include <Tarnwick_API/Storage/CustomUrlCache.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
+#include <Tarnwick_API/Version.hpp>

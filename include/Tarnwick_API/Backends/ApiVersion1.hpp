@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiBase.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
 #include <Tarnwick_API/Facade/ApiUrl.hpp>
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
@@ -22,7 +23,8 @@ class ApiCallV1;
 ///
 /// Thread: as `ApiCommunicateable`; `sendRequest` alone may be called from any thread.
 /// Lifetime: a request under way keeps the backend alive until its completion has run.
-class ApiVersion1 final : public ApiCommunicateable, public std::enable_shared_from_this<ApiVersion1> {
+class TARNWICK_API_EXPORT ApiVersion1 final : public ApiCommunicateable,
+                                              public std::enable_shared_from_this<ApiVersion1> {
     struct Key {
         explicit Key() = default;
     };

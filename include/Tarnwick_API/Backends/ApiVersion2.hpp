@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
@@ -17,7 +18,7 @@ namespace Tarnwick_API {
 
 /// An early stub of the second API generation, on purpose: it sends nothing, and NO completion is ever called; whoever
 /// waits for one waits for ever. Assigning its properties has no effect beyond reading them back.
-class ApiVersion2 final : public ApiCommunicateable {
+class TARNWICK_API_EXPORT ApiVersion2 final : public ApiCommunicateable {
 public:
     ApiVersion2(std::optional<std::string> consumerKey, std::optional<std::string> consumerSecret,
                 const Platform::Uuid& uuid);

@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Calls/ApiCall.hpp>
 #include <Tarnwick_API/Calls/UserField.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Records/OAuthToken.hpp>
 #include <Tarnwick_API/Records/User.hpp>
 
@@ -14,7 +15,7 @@
 namespace Tarnwick_API {
 
 /// Reads the signed-in user.
-class UserCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT UserCallV1 final : public ApiCallV1 {
 public:
     using Answer = User;
     explicit UserCallV1(ApiBase base);
@@ -26,7 +27,7 @@ protected:
 };
 
 /// Creates an account. The password's memory is overwritten when the call goes.
-class NewUserCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT NewUserCallV1 final : public ApiCallV1 {
 public:
     NewUserCallV1(ApiBase base, std::string email, std::string password, std::string machineName,
                   std::string machineId);
@@ -54,7 +55,7 @@ private:
 };
 
 /// Exchanges the user's credentials for an access token. The sign-in adds the credentials and sends it all as JSON.
-class LoginCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT LoginCallV1 final : public ApiCallV1 {
 public:
     using Answer = OAuthToken;
     LoginCallV1(ApiBase base, bool qvImport);
@@ -72,7 +73,7 @@ private:
 };
 
 /// Ends the life of one access token, which is part of the path.
-class LogoutCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT LogoutCallV1 final : public ApiCallV1 {
 public:
     LogoutCallV1(ApiBase base, std::string_view token);
     LogoutCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl, std::string_view token)
@@ -80,7 +81,7 @@ public:
 };
 
 /// Changes one part of the account. The values' memory is overwritten when the call goes, as one may be a password.
-class UpdateUserCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT UpdateUserCallV1 final : public ApiCallV1 {
 public:
     UpdateUserCallV1(ApiBase base, UserField field, std::string newValue,
                      std::optional<std::string> oldValue = std::nullopt);
@@ -106,7 +107,7 @@ private:
 };
 
 /// Reads the user's authentication token, a plain text.
-class AuthTokenCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT AuthTokenCallV1 final : public ApiCallV1 {
 public:
     explicit AuthTokenCallV1(ApiBase base);
     AuthTokenCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)
@@ -116,7 +117,7 @@ public:
 };
 
 /// Registers a device. No operation sends it; an application may, with `ApiVersion1::dispatchCall`.
-class AddDeviceCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT AddDeviceCallV1 final : public ApiCallV1 {
 public:
     explicit AddDeviceCallV1(ApiBase base);
     AddDeviceCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)

@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Calls/ApiBase.hpp>
 #include <Tarnwick_API/Calls/ApiEndpoint.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 #include <Tarnwick_API/Platform/Application/Url.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
@@ -15,7 +16,7 @@
 namespace Tarnwick_API {
 
 /// Where one call of the service goes.
-class ApiCall {
+class TARNWICK_API_EXPORT ApiCall {
 public:
     ApiCall(const ApiCall&) = delete;
     ApiCall& operator=(const ApiCall&) = delete;
@@ -43,7 +44,7 @@ private:
 /// Everything about one call of the version-1 service. Each endpoint has a class of its own; the type that its
 /// answer decodes to is the class's `Answer`, where it has one. `ApiVersion1::dispatchCall` sends any of them, an
 /// application's own classes included.
-class ApiCallV1 : public ApiCall {
+class TARNWICK_API_EXPORT ApiCallV1 : public ApiCall {
 public:
     [[nodiscard]] Platform::HttpMethod method() const noexcept { return method_; }
     /// Headers beside the standard ones; none for most calls.

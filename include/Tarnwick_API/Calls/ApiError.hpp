@@ -5,6 +5,7 @@
 #include <Tarnwick_API/Calls/ResponseError.hpp>
 #include <Tarnwick_API/Calls/SessionError.hpp>
 #include <Tarnwick_API/Calls/SignupError.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/DecodingError.hpp>
 #include <Tarnwick_API/Records/JsonDecodeError.hpp>
 
@@ -14,7 +15,7 @@
 namespace Tarnwick_API {
 
 /// Whatever an operation reports as having gone wrong: one value of a closed set of types.
-class ApiError {
+class TARNWICK_API_EXPORT ApiError {
 public:
     using Value = std::variant<ResponseError, LoginError, SignupError, JsonDecodeError, Platform::DecodingError,
                                CancellationError, SessionError>;

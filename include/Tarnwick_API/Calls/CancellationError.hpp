@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 
 #include <string_view>
@@ -8,7 +9,7 @@ namespace Tarnwick_API {
 
 /// An operation was ended before its answer, by a `Platform::StopToken` or a deadline that the application gave it.
 /// What the service made of the request is unknown.
-class CancellationError {
+class TARNWICK_API_EXPORT CancellationError {
 public:
     explicit constexpr CancellationError(Platform::StopReason reason) noexcept : reason_{reason} {}
 

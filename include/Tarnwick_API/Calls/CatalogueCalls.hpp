@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiCall.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
 #include <Tarnwick_API/Records/FavoriteEntry.hpp>
 #include <Tarnwick_API/Records/Server.hpp>
@@ -15,7 +16,7 @@
 namespace Tarnwick_API {
 
 /// Lists countries. Coordinates, in degrees, are sent only as a pair.
-class CountryCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT CountryCallV1 final : public ApiCallV1 {
 public:
     using Answer = std::vector<Country>;
     CountryCallV1(ApiBase base, std::int64_t filterId, std::optional<double> latitude = std::nullopt,
@@ -38,7 +39,7 @@ private:
 };
 
 /// Lists servers by filter, or reads one server. Coordinates, in degrees, are sent only as a pair.
-class ServerCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT ServerCallV1 final : public ApiCallV1 {
 public:
     using Answer = std::vector<Server>;
     using SingleAnswer = Server;
@@ -98,7 +99,7 @@ private:
 };
 
 /// Lists the default favourites, servers and countries mixed.
-class DefaultFavoritesCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT DefaultFavoritesCallV1 final : public ApiCallV1 {
 public:
     using Answer = std::vector<FavoriteEntry>;
     DefaultFavoritesCallV1(ApiBase base, std::int64_t filterId);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiCall.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Records/Device.hpp>
 
 #include <cstdint>
@@ -12,7 +13,7 @@ namespace Tarnwick_API {
 
 /// Lists the devices on which the account is signed in. A GET whose parameters go as a JSON body, on purpose: that is
 /// what the service reads here.
-class DevicesCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT DevicesCallV1 final : public ApiCallV1 {
 public:
     using Answer = std::vector<Device>;
     explicit DevicesCallV1(ApiBase base);
@@ -22,7 +23,7 @@ public:
 
 /// Removes a device: unfinished, it has no path and names no device. No operation sends it. `LogoutCallV1` with the
 /// device's token ends that device's session.
-class RemoveDeviceCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT RemoveDeviceCallV1 final : public ApiCallV1 {
 public:
     explicit RemoveDeviceCallV1(ApiBase base);
     RemoveDeviceCallV1(ApiEnvironment environment, std::int64_t partnersId, std::string baseUrl)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <concepts>
 #include <cstdint>
 #include <optional>
@@ -7,7 +9,7 @@
 namespace Tarnwick_API {
 
 /// HTTP status codes that have a name here.
-enum class HttpStatus : std::int16_t {
+enum class TARNWICK_API_EXPORT HttpStatus : std::int16_t {
     ok = 200,
     created = 201,
     noContent = 204,
@@ -28,6 +30,6 @@ enum class HttpStatus : std::int16_t {
 
 /// The case with this code; none for any other code.
 template <std::same_as<HttpStatus> Enumeration>
-[[nodiscard]] std::optional<Enumeration> fromRawValue(std::int64_t code) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<Enumeration> fromRawValue(std::int64_t code) noexcept;
 
 }  // namespace Tarnwick_API

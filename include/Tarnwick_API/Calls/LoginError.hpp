@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <concepts>
 #include <optional>
 #include <string_view>
@@ -7,17 +9,17 @@
 namespace Tarnwick_API {
 
 /// The service's own texts about a sign-in or the application's credentials.
-enum class LoginResponseType { loginRequired, invalidConsumerRights, invalidConsumerKey, consumerKeyMissing };
+enum class TARNWICK_API_EXPORT LoginResponseType { loginRequired, invalidConsumerRights, invalidConsumerKey, consumerKeyMissing };
 
 /// The text of a case, such as "NOT LOGGED IN".
-[[nodiscard]] std::string_view rawValue(LoginResponseType type) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::string_view rawValue(LoginResponseType type) noexcept;
 
 /// The case whose text is exactly `text`; none for any other, letter case included.
 template <std::same_as<LoginResponseType> Enumeration>
-[[nodiscard]] std::optional<Enumeration> fromRawValue(std::string_view text) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<Enumeration> fromRawValue(std::string_view text) noexcept;
 
 /// Why a sign-in failed. Compares with its own kind alone: `error == LoginError::noOauthToken`.
-class LoginError {
+class TARNWICK_API_EXPORT LoginError {
 public:
     enum class Value {
         loginRequired,            ///< the service knows no such session

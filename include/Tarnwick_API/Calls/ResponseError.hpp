@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -8,7 +10,7 @@
 namespace Tarnwick_API {
 
 /// What an HTTP answer, or its absence, says has gone wrong.
-class ResponseError {
+class TARNWICK_API_EXPORT ResponseError {
 public:
     enum class Kind { genericError, unknownError, badRequest, unauthorized, forbidden, notFound, notReachable };
 

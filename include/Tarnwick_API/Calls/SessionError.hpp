@@ -1,11 +1,13 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <string_view>
 
 namespace Tarnwick_API {
 
 /// Why no session could be restored. Compares with its own kind alone.
-class SessionError {
+class TARNWICK_API_EXPORT SessionError {
 public:
     enum class Value {
         nobodySignedIn,       ///< the keychain has no access token, or what a sign-out leaves in its place

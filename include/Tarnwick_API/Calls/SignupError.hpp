@@ -1,11 +1,13 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <string_view>
 
 namespace Tarnwick_API {
 
 /// Why an account was not created. Compares with its own kind alone.
-class SignupError {
+class TARNWICK_API_EXPORT SignupError {
 public:
     enum class Value { undefined, usernameAlreadyExists };
     using enum Value;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiCall.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Records/Status.hpp>
 
 #include <cstdint>
@@ -10,7 +11,7 @@
 namespace Tarnwick_API {
 
 /// Reads the service's status. The order of the second constructor's arguments is this call's own, on purpose.
-class StatusCallV1 final : public ApiCallV1 {
+class TARNWICK_API_EXPORT StatusCallV1 final : public ApiCallV1 {
 public:
     using Answer = Status;
     explicit StatusCallV1(ApiBase base);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <optional>
 #include <string_view>
 
@@ -9,9 +11,9 @@ namespace Tarnwick_API {
 enum class UserField { username, password, email };
 
 /// The parameter that carries the new value: "new_username", "new_password", "new_email".
-[[nodiscard]] std::string_view updateParameter(UserField field) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::string_view updateParameter(UserField field) noexcept;
 
 /// The parameter that carries the old value: "old_password" for the password, none for the others.
-[[nodiscard]] std::optional<std::string_view> oldParameter(UserField field) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<std::string_view> oldParameter(UserField field) noexcept;
 
 }  // namespace Tarnwick_API

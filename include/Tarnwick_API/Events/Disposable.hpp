@@ -1,9 +1,11 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 namespace Tarnwick_API {
 
 /// Something that lasts until it is disposed of, such as a subscription to an `Event`.
-class Disposable {
+class TARNWICK_API_EXPORT Disposable {
 public:
     Disposable() = default;
     Disposable(const Disposable&) = delete;

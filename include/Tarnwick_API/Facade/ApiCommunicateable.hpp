@@ -4,6 +4,7 @@
 #include <Tarnwick_API/Calls/Completion.hpp>
 #include <Tarnwick_API/Calls/SessionError.hpp>
 #include <Tarnwick_API/Calls/UserField.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 #include <Tarnwick_API/Facade/AttemptObservers.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
@@ -32,7 +33,7 @@ namespace Tarnwick_API {
 /// Errors: an operation reports them through its completion. An override had better throw nothing: the facade catches
 /// nothing, so that an exception reaches the application's own call, or, where the facade goes on after a first answer
 /// (`currentUser` after `login`), whoever delivers that answer; the application's completion is then not called.
-class ApiCommunicateable {
+class TARNWICK_API_EXPORT ApiCommunicateable {
 public:
     ApiCommunicateable() = default;
     ApiCommunicateable(const ApiCommunicateable&) = delete;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <concepts>
 #include <cstddef>
 #include <functional>
@@ -16,7 +18,7 @@ concept NotificationName = requires(const T& kind) {
 };
 
 /// What this library and applications announce about the session, with the facade as sender.
-class ApiNotification {
+class TARNWICK_API_EXPORT ApiNotification {
 public:
     enum class Value {
         DidLogin,   ///< for applications; this library never posts it

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 
 #include <optional>
@@ -17,7 +18,7 @@ struct ApiHosts {
 };
 
 /// One host name per environment, without scheme and path. A port may follow after a colon ("localhost:8443").
-class ApiUrl {
+class TARNWICK_API_EXPORT ApiUrl {
 public:
     explicit ApiUrl(ApiHosts hosts) : hosts_{std::move(hosts)} {}
     ApiUrl(std::string live, std::string beta, std::string dev, std::string staging)

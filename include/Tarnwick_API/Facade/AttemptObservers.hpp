@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/RequestAttempt.hpp>
 
 #include <functional>
@@ -13,9 +14,9 @@ namespace Tarnwick_API {
 /// Thread: all operations may be called from any. An observer may add and remove observers, send requests and drop the
 /// facade: an observer that it adds is not called for the attempt being told, one that it removes is not called any
 /// more.
-class AttemptObservers {
-    struct Entry;
-    class Entries;
+class TARNWICK_API_EXPORT AttemptObservers {
+    struct TARNWICK_API_NO_EXPORT Entry;
+    class TARNWICK_API_NO_EXPORT Entries;
 
 public:
     using Handler = std::function<void(const RequestAttempt&)>;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 
 #include <cstdint>
@@ -31,7 +32,7 @@ struct FilterIdNumbers {
 };
 
 /// The numbers of the filters that the service's operator has set up. None has a default.
-class FilterIds {
+class TARNWICK_API_EXPORT FilterIds {
 public:
     explicit FilterIds(const FilterIdNumbers& numbers) noexcept : numbers_{numbers} {}
     FilterIds(std::int64_t smartServersCandidates, std::int64_t generalCountriesAll,

@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Calls/Completion.hpp>
 #include <Tarnwick_API/Calls/UserField.hpp>
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 #include <Tarnwick_API/Facade/ApiUrl.hpp>
@@ -45,7 +46,7 @@ namespace Tarnwick_API {
 /// than `ResponseError::notReachable`; see `Platform::makeHttpSession`.
 /// Errors: `ResponseError` for what HTTP says; others where an operation names them. No argument is checked here. What
 /// a completion throws is the application's: it passes through to whoever runs the main queue.
-class TarnwickApi final : public std::enable_shared_from_this<TarnwickApi> {
+class TARNWICK_API_EXPORT TarnwickApi final : public std::enable_shared_from_this<TarnwickApi> {
     struct Key {
         explicit Key() = default;
     };
@@ -236,7 +237,7 @@ public:
     [[nodiscard]] Operation<std::vector<FavoriteEntry>> getDefaultFavorites();
 
 private:
-    class Use;
+    class TARNWICK_API_NO_EXPORT Use;
 
     void postDidLogout();
     /// Calls `finish` also when an observer throws, which then goes on.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 #include <Tarnwick_API/Facade/ApiUrl.hpp>
 #include <Tarnwick_API/Facade/ApiVersion.hpp>
@@ -21,7 +22,7 @@ namespace Tarnwick_API {
 ///                                           .keychainService = "example-vpn",
 ///                                           .filterIds = {.generalCountriesAll = 12, .generalServersPerCountry = 14},
 ///                                           .apiUrl = {.live = "api.example.com"}});
-struct TarnwickApiSettings {
+struct TARNWICK_API_EXPORT TarnwickApiSettings {
     /// The application's credentials with the service.
     std::string consumerKey = {};
     std::string consumerSecret = {};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Tarnwick_API/Calls/ApiError.hpp>
+#include <Tarnwick_API/Export.hpp>
 
 #include <optional>
 #include <stdexcept>
@@ -39,7 +40,7 @@ private:
 };
 
 /// What `Outcome::value` throws where there is none.
-class OperationFailed final : public std::runtime_error {
+class TARNWICK_API_EXPORT OperationFailed final : public std::runtime_error {
 public:
     explicit OperationFailed(Failure failure)
         : std::runtime_error{std::string{failure.localizedDescription()}}, failure_{std::move(failure)} {}

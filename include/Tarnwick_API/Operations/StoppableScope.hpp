@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 
 namespace Tarnwick_API {
@@ -7,7 +8,7 @@ namespace Tarnwick_API {
 /// Lets the requests that are made inside it, on this thread, be stopped. An `Operation` makes one around its start; a
 /// backend of an application's own can ask for the token with `take`, and then must complete with `CancellationError`
 /// once it stops.
-class StoppableScope {
+class TARNWICK_API_EXPORT StoppableScope {
 public:
     explicit StoppableScope(Platform::StopToken token) noexcept;
     StoppableScope(const StoppableScope&) = delete;

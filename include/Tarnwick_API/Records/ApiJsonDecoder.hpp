@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiVersion.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
@@ -7,7 +8,7 @@ namespace Tarnwick_API {
 
 /// A decoder that knows which generation of the API an answer comes from. Records whose shape depends on it ask for it;
 /// for any other decoder they read the shape of version 1.
-class ApiJsonDecoder : public Platform::JsonDecoder {
+class TARNWICK_API_EXPORT ApiJsonDecoder : public Platform::JsonDecoder {
 public:
     explicit ApiJsonDecoder(ApiVersion version = ApiVersion::v1) noexcept : version_{version} {}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 #include <compare>
@@ -11,7 +12,7 @@ namespace Tarnwick_API {
 
 /// A version of a client application. The build takes part in no comparison. The numbers are any of 64 bits, negative
 /// ones ("7.-1") included.
-struct ClientVersion {
+struct TARNWICK_API_EXPORT ClientVersion {
     std::int64_t major = 0;
     std::int64_t minor = 0;
     std::int64_t revision = 0;
@@ -34,7 +35,7 @@ struct ClientVersion {
 
     [[nodiscard]] static ClientVersion decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
 
-    friend std::weak_ordering operator<=>(const ClientVersion& a, const ClientVersion& b) noexcept;
+    friend TARNWICK_API_EXPORT std::weak_ordering operator<=>(const ClientVersion& a, const ClientVersion& b) noexcept;
     friend bool operator==(const ClientVersion& a, const ClientVersion& b) noexcept { return std::is_eq(a <=> b); }
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 #include <Tarnwick_API/Records/ApiItem.hpp>
 #include <Tarnwick_API/Records/CountryNameable.hpp>
@@ -13,7 +14,7 @@
 namespace Tarnwick_API {
 
 /// A country that one can connect to, or a content service in it, with its load.
-struct Country : ApiItem, CountryNameable {
+struct TARNWICK_API_EXPORT Country : ApiItem, CountryNameable {
     std::string countryCode;
     bool full = false;
     /// As the service writes them: 0, negative, or more users than places also.

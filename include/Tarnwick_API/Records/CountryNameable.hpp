@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <concepts>
 #include <string>
 #include <string_view>
@@ -7,7 +9,7 @@
 namespace Tarnwick_API {
 
 /// Base of the records that can name their country to the user.
-struct CountryNameable {
+struct TARNWICK_API_EXPORT CountryNameable {
     /// The name of the region with this code in the user's language; empty for an unknown code.
     [[nodiscard]] static std::string countryName(std::string_view countryCode);
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 #include <Tarnwick_API/Records/ApiItem.hpp>
 #include <Tarnwick_API/Records/DeviceType.hpp>
@@ -11,7 +12,7 @@
 namespace Tarnwick_API {
 
 /// One registered device, or session, of the account.
-struct Device : ApiItem {
+struct TARNWICK_API_EXPORT Device : ApiItem {
     /// The access token registered for the device.
     std::string token;
     /// The client application's name.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 #include <Tarnwick_API/Records/ApiItem.hpp>
 #include <Tarnwick_API/Records/LocationType.hpp>
@@ -11,7 +12,7 @@
 namespace Tarnwick_API {
 
 /// A favourite that is a whole country, or a content service in it.
-struct FavoriteCountry : ApiItem {
+struct TARNWICK_API_EXPORT FavoriteCountry : ApiItem {
     std::string countryCode;
     std::optional<std::string> serviceName;
     /// Any number of 64 bits.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
 #include <Tarnwick_API/Records/FavoriteItem.hpp>
@@ -14,9 +15,9 @@ namespace Tarnwick_API {
 using FavoriteEntry = std::variant<Server, Country>;
 
 /// A server for a favourite with an address, otherwise a country.
-[[nodiscard]] FavoriteEntry favoriteEntryFrom(FavoriteItem item);
+[[nodiscard]] TARNWICK_API_EXPORT FavoriteEntry favoriteEntryFrom(FavoriteItem item);
 
 /// The favourites of a list, in its order. Throws `Platform::DecodingError`.
-[[nodiscard]] std::vector<FavoriteEntry> decodeFavoriteEntries(const Platform::Bytes& bytes);
+[[nodiscard]] TARNWICK_API_EXPORT std::vector<FavoriteEntry> decodeFavoriteEntries(const Platform::Bytes& bytes);
 
 }  // namespace Tarnwick_API

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 #include <Tarnwick_API/Records/ApiItem.hpp>
 #include <Tarnwick_API/Records/LocationType.hpp>
@@ -11,7 +12,7 @@
 namespace Tarnwick_API {
 
 /// One favourite: a server when it has an address, otherwise a whole country.
-struct FavoriteItem : ApiItem {
+struct TARNWICK_API_EXPORT FavoriteItem : ApiItem {
     std::optional<std::string> ip;
     std::string countryCode;
     /// The server's, or the content service's.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <cstddef>
 #include <exception>
 #include <functional>
@@ -8,7 +10,7 @@
 namespace Tarnwick_API {
 
 /// A text of an answer can't be converted to the number that it stands for.
-class JsonDecodeError final : public std::exception {
+class TARNWICK_API_EXPORT JsonDecodeError final : public std::exception {
 public:
     enum class Case { IntParsingFailed };
     using enum Case;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <chrono>
@@ -14,22 +15,27 @@ namespace Tarnwick_API {
 // any of them, and give none for a member that is missing, null or unreadable. None of them throws a decoding error.
 
 /// A whole number, or a text of an optional sign and decimal digits; any within 64 bits.
-[[nodiscard]] std::optional<std::int64_t> decodeInt(const Platform::JsonObject& object, std::string_view key) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<std::int64_t> decodeInt(const Platform::JsonObject& object,
+                                                                        std::string_view key) noexcept;
 
 /// A text; a number is not converted.
-[[nodiscard]] std::optional<std::string> decodeString(const Platform::JsonObject& object, std::string_view key);
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<std::string> decodeString(const Platform::JsonObject& object,
+                                                                          std::string_view key);
 
 /// A flag; a whole number, true when it is 1; or a text, true when it is "true" or "1".
-[[nodiscard]] std::optional<bool> decodeBool(const Platform::JsonObject& object, std::string_view key) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<bool> decodeBool(const Platform::JsonObject& object,
+                                                                 std::string_view key) noexcept;
 
 /// A number, or a text that is one from end to end in the C locale ("nan" and "inf" included).
-[[nodiscard]] std::optional<double> decodeDouble(const Platform::JsonObject& object, std::string_view key);
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<double> decodeDouble(const Platform::JsonObject& object,
+                                                                     std::string_view key);
 
 /// Seconds, written as `decodeDouble` reads them; not necessarily finite or positive.
-[[nodiscard]] std::optional<double> decodeTimeInterval(const Platform::JsonObject& object, std::string_view key);
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<double> decodeTimeInterval(const Platform::JsonObject& object,
+                                                                           std::string_view key);
 
 /// A text like "2019-03-01 17:05:00", 24 hours, in UTC.
-[[nodiscard]] std::optional<std::chrono::sys_seconds> decodeDate(const Platform::JsonObject& object,
-                                                                 std::string_view key) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<std::chrono::sys_seconds> decodeDate(const Platform::JsonObject& object,
+                                                                                     std::string_view key) noexcept;
 
 }  // namespace Tarnwick_API

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 #include <optional>
@@ -8,7 +9,7 @@
 namespace Tarnwick_API {
 
 /// The client's public address, and where the service believes it to be.
-struct Location {
+struct TARNWICK_API_EXPORT Location {
     std::string ip;
     /// The country's name as the service writes it.
     std::string country;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
 #include <concepts>
@@ -10,7 +11,7 @@
 namespace Tarnwick_API {
 
 /// What a country or server is meant for. The values are the service's.
-enum class LocationType : std::int64_t { general = 0, downloading = 1, streaming = 2, privateIp = 3 };
+enum class TARNWICK_API_EXPORT LocationType : std::int64_t { general = 0, downloading = 1, streaming = 2, privateIp = 3 };
 
 /// The service's number of a type.
 [[nodiscard]] constexpr std::int64_t rawValue(LocationType type) noexcept {
@@ -19,10 +20,10 @@ enum class LocationType : std::int64_t { general = 0, downloading = 1, streaming
 
 /// The type with this number; none for any other number.
 template <std::same_as<LocationType> Enumeration>
-[[nodiscard]] std::optional<Enumeration> fromRawValue(std::int64_t number) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<Enumeration> fromRawValue(std::int64_t number) noexcept;
 
 /// The type in a member that `decodeInt` can read; none for an unknown number as well.
-[[nodiscard]] std::optional<LocationType> decodeLocationType(const Platform::JsonObject& object,
-                                                             std::string_view key) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::optional<LocationType> decodeLocationType(const Platform::JsonObject& object,
+                                                                                 std::string_view key) noexcept;
 
 }  // namespace Tarnwick_API

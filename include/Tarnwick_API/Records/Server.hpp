@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 #include <Tarnwick_API/Records/ApiItem.hpp>
 #include <Tarnwick_API/Records/CountryNameable.hpp>
@@ -18,7 +19,7 @@
 namespace Tarnwick_API {
 
 /// A server, however the service described it.
-struct Server : ApiItem, CountryNameable {
+struct TARNWICK_API_EXPORT Server : ApiItem, CountryNameable {
     struct Location {
         std::string countrycode;
         std::string language;
@@ -59,9 +60,9 @@ struct Server : ApiItem, CountryNameable {
 static_assert(CountryNamed<Server>);
 
 /// The server that the bytes describe in that shape. Throws `Platform::DecodingError` or `JsonDecodeError`.
-[[nodiscard]] Server decodeServer(const Platform::Bytes& bytes, ServerJsonKind kind);
+[[nodiscard]] TARNWICK_API_EXPORT Server decodeServer(const Platform::Bytes& bytes, ServerJsonKind kind);
 
 /// The servers of a list, in its order; one bad element fails them all. Throws as `decodeServer` does.
-[[nodiscard]] std::vector<Server> decodeServers(const Platform::Bytes& bytes, ServerJsonKind kind);
+[[nodiscard]] TARNWICK_API_EXPORT std::vector<Server> decodeServers(const Platform::Bytes& bytes, ServerJsonKind kind);
 
 }  // namespace Tarnwick_API

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 #include <cstdint>
@@ -9,7 +10,7 @@
 namespace Tarnwick_API {
 
 /// One way of connecting to a server.
-struct ServerConfiguration {
+struct TARNWICK_API_EXPORT ServerConfiguration {
     /// Any number of 64 bits.
     std::int64_t id = 0;
     std::string name;

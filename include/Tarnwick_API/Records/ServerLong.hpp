@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 #include <Tarnwick_API/Records/ServerConfiguration.hpp>
 #include <Tarnwick_API/Records/ServerStatistics.hpp>
@@ -12,7 +13,7 @@
 namespace Tarnwick_API {
 
 /// A server as a single look-up describes it.
-struct ServerLong {
+struct TARNWICK_API_EXPORT ServerLong {
     struct Location {
         std::string countrycode;
         std::string language;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 
 #include <cstdint>
@@ -14,7 +15,7 @@ namespace Tarnwick_API {
 /// `Text` is `std::string`; or `std::string_view`, for who keeps only a part of a long list: the texts then stay where
 /// they were parsed, and are valid while the `Platform::JsonDocument` lives.
 template <typename Text>
-struct BasicServerShort {
+struct TARNWICK_API_EXPORT BasicServerShort {
     /// Any number of 64 bits.
     std::int64_t id = 0;
     /// The server's internal name.
@@ -42,8 +43,8 @@ struct BasicServerShort {
                                                  const Platform::JsonDecoder& decoder);
 };
 
-extern template struct BasicServerShort<std::string>;
-extern template struct BasicServerShort<std::string_view>;
+extern template struct TARNWICK_API_EXPORT BasicServerShort<std::string>;
+extern template struct TARNWICK_API_EXPORT BasicServerShort<std::string_view>;
 
 using ServerShort = BasicServerShort<std::string>;
 

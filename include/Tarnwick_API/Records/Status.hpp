@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 #include <Tarnwick_API/Records/ApiItem.hpp>
 #include <Tarnwick_API/Records/Location.hpp>
@@ -11,7 +12,7 @@
 namespace Tarnwick_API {
 
 /// What the service sees of the client, and expects of it.
-struct Status : ApiItem {
+struct TARNWICK_API_EXPORT Status : ApiItem {
     /// The client's public address.
     std::string ip;
     MinVersion minVersion;

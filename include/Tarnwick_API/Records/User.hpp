@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/JsonDecoder.hpp>
 #include <Tarnwick_API/Records/ApiItem.hpp>
 #include <Tarnwick_API/Records/Location.hpp>
@@ -10,7 +11,7 @@
 namespace Tarnwick_API {
 
 /// The signed-in account.
-struct User : ApiItem {
+struct TARNWICK_API_EXPORT User : ApiItem {
     std::string username;
     std::optional<std::string> email;
     bool active = false;

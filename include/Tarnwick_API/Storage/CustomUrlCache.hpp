@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
 #include <chrono>
@@ -17,7 +18,7 @@ namespace Tarnwick_API {
 ///
 /// It serves only what it has stored itself: an entry of a plain cache in the same file, without the date of storing,
 /// is neither served nor removed. Thread: any.
-class CustomUrlCache : public Platform::UrlCache {
+class TARNWICK_API_EXPORT CustomUrlCache : public Platform::UrlCache {
 public:
     /// The name in an entry's user information under which the date of storing is kept.
     static constexpr std::string_view cachedDateKey = "CachedDate";

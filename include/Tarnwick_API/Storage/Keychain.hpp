@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
@@ -48,7 +49,7 @@ struct KeptLogin {
 /// Errors: none. What fails reads as missing; `setPassword` and `resetRequiresUserInteraction` write a line to standard
 /// output when the keychain refuses to change an existing item, and why a secret could not be kept is on the debug
 /// channel.
-class Keychain {
+class TARNWICK_API_EXPORT Keychain {
 public:
     /// The comment of an item whose secret has been written and for which `resetRequiresUserInteraction` has not been
     /// called since.

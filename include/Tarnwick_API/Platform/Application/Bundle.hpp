@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -15,7 +17,7 @@ namespace Tarnwick_API::Platform {
 /// The host fills it once at start with `setMain`; without that it is empty, and every reader has a fallback.
 /// Keys that this library reads: "CFBundleVersion", "CFBundleShortVersionString", "CFBundleIdentifier",
 /// "CFBundleExecutable" and "CFBundleName" of the information, "CountryNameReturn" of the localised texts.
-class Bundle {
+class TARNWICK_API_EXPORT Bundle {
 public:
     using Value = std::variant<std::string, std::int64_t, double, bool>;
     using Dictionary = std::map<std::string, Value, std::less<>>;

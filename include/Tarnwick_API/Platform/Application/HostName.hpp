@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -7,7 +9,7 @@
 namespace Tarnwick_API::Platform {
 
 /// The name that people know this computer by.
-class HostName {
+class TARNWICK_API_EXPORT HostName {
 public:
     /// The host's look-up, or else the computer's display name (PRETTY_HOSTNAME of /etc/machine-info), or else its
     /// network name unless that says nothing ("localhost"); none when there is no such name. Thread: any.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -9,7 +11,7 @@
 namespace Tarnwick_API::Platform {
 
 /// A user's language and region.
-class Locale {
+class TARNWICK_API_EXPORT Locale {
 public:
     /// Reads a POSIX or BCP 47 name: "de_DE.UTF-8", "zh-Hant-TW", "de_DE@euro". "C", "POSIX", names starting "C."
     /// and malformed ones have neither language nor region.

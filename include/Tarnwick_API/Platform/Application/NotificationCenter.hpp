@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -19,7 +21,7 @@ struct Notification {
 /// Thread: all operations may be called from any; observers run on the posting thread, before `post` returns, in
 /// order of registration. An observer may add and remove observers and post: one that it adds is not called by the
 /// running post, one that it removes is not called any more.
-class NotificationCenter {
+class TARNWICK_API_EXPORT NotificationCenter {
 public:
     using Handler = std::function<void(const Notification&)>;
 
@@ -38,7 +40,7 @@ public:
 
     private:
         friend class NotificationCenter;
-        struct Entry;
+        struct TARNWICK_API_NO_EXPORT Entry;
         explicit Observation(std::shared_ptr<Entry> entry);
         std::shared_ptr<Entry> entry_;
     };
@@ -60,7 +62,7 @@ public:
     [[nodiscard]] static NotificationCenter& defaultCenter();
 
 private:
-    class State;
+    class TARNWICK_API_NO_EXPORT State;
     std::shared_ptr<State> state_;
 };
 

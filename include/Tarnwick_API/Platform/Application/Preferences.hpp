@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -8,7 +10,7 @@
 namespace Tarnwick_API::Platform {
 
 /// The user's preferences for the hosting application, as far as this library reads them: the text "cid".
-class Preferences {
+class TARNWICK_API_EXPORT Preferences {
 public:
     /// Gives the text stored under a key, or none. Called on the thread that makes the request.
     using Lookup = std::function<std::optional<std::string>(std::string_view key)>;

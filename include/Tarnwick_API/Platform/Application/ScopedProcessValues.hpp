@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <memory>
 
 namespace Tarnwick_API::Platform {
@@ -19,7 +21,7 @@ struct ProcessValues;
 /// Nesting: the last one made goes first, as members and local variables do.
 /// Thread: any, but it changes the values for all threads. Not for production code: requests on their way would go on
 /// with another session, queue or keychain than they began with.
-class ScopedProcessValues {
+class TARNWICK_API_EXPORT ScopedProcessValues {
 public:
     enum class Start {
         current,   ///< every value stays as it is

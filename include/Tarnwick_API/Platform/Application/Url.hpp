@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <algorithm>
 #include <cstddef>
 #include <optional>
@@ -10,7 +12,7 @@
 namespace Tarnwick_API::Platform {
 
 /// A URL, kept exactly as written: nothing is resolved, re-encoded or folded.
-class Url {
+class TARNWICK_API_EXPORT Url {
 public:
     /// Reads `text`. Letters, digits, `-_.!~*'()$&+,/:;=?@`, `%` before two hex digits, `[`, `]` and one `#` are
     /// legal; any other character, and the empty text, give none. A missing host or a relative URL is no error.

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <array>
 #include <compare>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,7 +13,7 @@
 namespace Tarnwick_API::Platform {
 
 /// A universally unique identifier of 16 bytes.
-class Uuid {
+class TARNWICK_API_EXPORT Uuid {
 public:
     /// A fresh random one (version 4) from the system's random source.
     [[nodiscard]] static Uuid random();
@@ -21,8 +24,11 @@ public:
     /// The 36-character form, upper case.
     [[nodiscard]] std::string uuidString() const;
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the 0 inside a defaulted <=> for a pointer.
-    friend auto operator<=>(const Uuid&, const Uuid&) = default;
+    friend bool operator==(const Uuid&, const Uuid&) = default;
+    // Not defaulted, as arrays have no <=> in every standard library.
+    friend std::strong_ordering operator<=>(const Uuid& a, const Uuid& b) noexcept {
+        return std::memcmp(a.bytes_.data(), b.bytes_.data(), a.bytes_.size()) <=> 0;
+    }
 
 private:
     explicit Uuid(const std::array<std::uint8_t, 16>& bytes) : bytes_{bytes} {}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <chrono>
 #include <functional>
 
@@ -10,7 +12,7 @@ using WallTime = std::chrono::sys_time<std::chrono::microseconds>;
 
 /// The computer's clock, which a user may set forward and back. For what outlives the process, such as the age of
 /// stored answers; pauses are measured by `MainQueue`.
-class WallClock {
+class TARNWICK_API_EXPORT WallClock {
 public:
     /// Thread: any.
     [[nodiscard]] static WallTime now();

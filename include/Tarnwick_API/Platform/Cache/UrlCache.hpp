@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Application/WallClock.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
@@ -62,7 +63,7 @@ struct CachedUrlResponse {
 /// what is stored goes to the memory alone, and what that replaces counts as absent. The debug channel tells it, once
 /// for each time. A process does not use a cache that it had before it forked. What an override throws costs a session
 /// this cache for that request alone; the debug channel tells it.
-class UrlCache {
+class TARNWICK_API_EXPORT UrlCache {
 public:
     /// 4 MiB of memory, 20 MiB of disk, in `defaultPath()`.
     UrlCache();
@@ -116,7 +117,7 @@ public:
     [[nodiscard]] static std::shared_ptr<UrlCache> installed();
 
 private:
-    class Storage;
+    class TARNWICK_API_NO_EXPORT Storage;
     std::unique_ptr<Storage> storage_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <functional>
@@ -8,7 +9,7 @@
 namespace Tarnwick_API::Platform {
 
 /// A main queue for programs without an event loop: the thread that calls `run` becomes the main thread.
-class BuiltInMainQueue final : public MainQueue {
+class TARNWICK_API_EXPORT BuiltInMainQueue final : public MainQueue {
 public:
     BuiltInMainQueue();
     ~BuiltInMainQueue() override;
@@ -32,7 +33,7 @@ public:
     [[nodiscard]] static std::shared_ptr<BuiltInMainQueue> shared();
 
 private:
-    class State;
+    class TARNWICK_API_NO_EXPORT State;
     std::unique_ptr<State> state_;
 };
 

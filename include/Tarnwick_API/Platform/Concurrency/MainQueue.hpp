@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -12,7 +14,7 @@ namespace Tarnwick_API::Platform {
 /// runs and leave it to the queue how, and installs its queue with `setMain` before the first request. A program
 /// without one runs a `BuiltInMainQueue`.
 /// Thread: both operations may be called from any thread; tasks run on the queue's own thread, one at a time.
-class MainQueue {
+class TARNWICK_API_EXPORT MainQueue {
 public:
     using Task = std::function<void()>;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,8 +23,8 @@ enum class StopReason {
 /// Tells whether, and when, what it was given to shall stop. A copy is the same token; one made of nothing never stops.
 /// The standard library's own is missing from libc++ before version 18, and so from most Macs.
 /// Thread: any.
-class StopToken {
-    struct State;
+class TARNWICK_API_EXPORT StopToken {
+    struct TARNWICK_API_NO_EXPORT State;
 
 public:
     using Callback = std::function<void(StopReason)>;
@@ -69,7 +71,7 @@ private:
 
 /// Stops what its tokens were given to. A copy is the same source. Dropped, it stops nothing.
 /// Thread: any.
-class StopSource {
+class TARNWICK_API_EXPORT StopSource {
 public:
     StopSource();
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
 #include <chrono>
@@ -11,7 +12,7 @@ namespace Tarnwick_API::Platform {
 
 /// A main queue whose clock moves only when told: retries are checked to the nanosecond and take no time.
 /// For tests of the library and of applications built on it.
-class VirtualTimeMainQueue final : public MainQueue {
+class TARNWICK_API_EXPORT VirtualTimeMainQueue final : public MainQueue {
 public:
     VirtualTimeMainQueue();
     ~VirtualTimeMainQueue() override;
@@ -43,7 +44,7 @@ public:
     [[nodiscard]] bool hasDelayedTasks() const;
 
 private:
-    class State;
+    class TARNWICK_API_NO_EXPORT State;
     std::unique_ptr<State> state_;
 };
 

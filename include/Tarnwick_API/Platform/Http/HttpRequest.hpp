@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Application/Url.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
@@ -16,7 +17,7 @@ namespace Tarnwick_API::Platform {
 enum class HttpMethod { options, get, head, post, put, patch, delete_, trace, connect };
 
 /// "GET", "DELETE", ...
-[[nodiscard]] std::string_view name(HttpMethod method) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT std::string_view name(HttpMethod method) noexcept;
 
 using HttpHeaders = std::map<std::string, std::string, std::less<>>;
 
@@ -24,7 +25,7 @@ using HttpHeaders = std::map<std::string, std::string, std::less<>>;
 /// A text may be a password: its memory is overwritten when the value goes.
 /// A list whose only element is a list is `List{ParameterValue{List{...}}}`: compilers disagree on whether
 /// `List{List{...}}` is that or a copy of the inner one.
-class ParameterValue {
+class TARNWICK_API_EXPORT ParameterValue {
 public:
     using List = std::vector<ParameterValue>;
     using Map = std::map<std::string, ParameterValue, std::less<>>;
@@ -67,7 +68,7 @@ enum class ParameterEncoding {
 
 /// One HTTP request, complete and immutable. As it may carry credentials, the memory of its body and of its headers is
 /// overwritten when it goes.
-class HttpRequest {
+class TARNWICK_API_EXPORT HttpRequest {
 public:
     /// Encodes `parameters` into `url` or a body. Keys go in ascending byte order. What can't be encoded (text that
     /// is no UTF-8 is mended; NaN and infinity in JSON are not; a header name that is no token; CR, LF or NUL in a

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
@@ -41,7 +42,7 @@ struct HttpError {
 };
 
 /// As it is written above, such as "certificate".
-[[nodiscard]] const char* name(HttpError::Kind kind) noexcept;
+[[nodiscard]] TARNWICK_API_EXPORT const char* name(HttpError::Kind kind) noexcept;
 
 struct HttpResponse {
     std::int64_t status = 0;
@@ -67,7 +68,7 @@ struct HttpAnswer {
 };
 
 /// Decides, without waiting, resolving a name or sending anything, whether a try makes sense.
-class Reachability {
+class TARNWICK_API_EXPORT Reachability {
 public:
     Reachability() = default;
     Reachability(const Reachability&) = delete;
@@ -79,10 +80,10 @@ public:
 
 /// Loopback is always reachable; an address when the kernel has a route to it; a name when it has one to the
 /// internet at large; the empty text never.
-[[nodiscard]] std::shared_ptr<const Reachability> makeRouteReachability();
+[[nodiscard]] TARNWICK_API_EXPORT std::shared_ptr<const Reachability> makeRouteReachability();
 
 /// Sends requests and delivers their answers. Abstract so that tests and hosts can put their own in its place.
-class HttpSession {
+class TARNWICK_API_EXPORT HttpSession {
 public:
     using Completion = std::function<void(HttpAnswer)>;
 
@@ -121,7 +122,7 @@ public:
 };
 
 /// "Accept-Encoding", "Accept-Language" (from the user's locale) and "User-Agent" (from the main bundle).
-[[nodiscard]] HttpHeaders defaultHttpHeaders();
+[[nodiscard]] TARNWICK_API_EXPORT HttpHeaders defaultHttpHeaders();
 
 /// Which checks a server's certificate must pass.
 enum class HostValidation {
@@ -175,6 +176,6 @@ struct HttpSessionConfiguration {
 /// A child of `fork` has not its parent's thread: once the parent has sent a request, by any session, each request of
 /// the child fails at once with `HttpError::Kind::other`, on the child's main queue; those under way at the fork are
 /// the parent's. A child forked before the first request, or one that executes a program, is a process like any other.
-[[nodiscard]] std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configuration);
+[[nodiscard]] TARNWICK_API_EXPORT std::shared_ptr<HttpSession> makeHttpSession(HttpSessionConfiguration configuration);
 
 }  // namespace Tarnwick_API::Platform

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <cstddef>
 #include <exception>
 #include <string>
@@ -10,7 +12,7 @@
 namespace Tarnwick_API::Platform {
 
 /// Why a JSON text did not become a record.
-class DecodingError : public std::exception {
+class TARNWICK_API_EXPORT DecodingError : public std::exception {
 public:
     enum class Kind {
         keyNotFound,    ///< a required member is missing; the path is that of the enclosing object

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/DecodingError.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
@@ -33,7 +34,7 @@ concept JsonReadable =
     std::same_as<T, std::string_view> || std::same_as<T, JsonObject> || std::same_as<T, JsonArray>;
 
 /// One value of a parsed JSON text. A view: valid while its `JsonDocument` lives.
-class JsonValue {
+class TARNWICK_API_EXPORT JsonValue {
 public:
     [[nodiscard]] JsonType type() const noexcept;
 
@@ -49,7 +50,7 @@ public:
     /// Strict read: throws `DecodingError` with an empty path when the value is null, of another type, or a number
     /// that does not fit.
     template <JsonReadable T>
-    [[nodiscard]] T require() const;
+    [[nodiscard]] T(require)() const;
 
 private:
     friend class JsonDocument;
@@ -60,14 +61,14 @@ private:
 
 /// The members of one JSON object. Names are matched byte for byte after unescaping; of several members of one
 /// name the first counts. A view: valid while its `JsonDocument` lives.
-class JsonObject {
+class TARNWICK_API_EXPORT JsonObject {
 public:
     /// The member's value, null included, or none when it is missing. Neither throws nor allocates.
     [[nodiscard]] std::optional<JsonValue> find(std::string_view key) const noexcept;
 
     /// The member, which must be present, not null, and of type `T`. Throws `DecodingError` otherwise.
     template <JsonReadable T>
-    [[nodiscard]] T require(std::string_view key) const;
+    [[nodiscard]] T(require)(std::string_view key) const;
 
     /// The member, or none when it is missing or null. Throws `DecodingError` when it is of another type than `T`.
     template <JsonReadable T>
@@ -93,7 +94,7 @@ private:
 };
 
 /// The elements of one JSON array. A view: valid while its `JsonDocument` lives.
-class JsonArray {
+class TARNWICK_API_EXPORT JsonArray {
 public:
     [[nodiscard]] std::size_t size() const noexcept;
 
@@ -129,7 +130,7 @@ private:
 /// A parsed JSON text (RFC 8259, UTF-8, an optional byte-order mark, at most 512 containers deep). Any number of them
 /// may live at a time, on any threads. One takes up to 16 times its text's length; each thread keeps one parser for the
 /// next document, with its buffers while they are within 16 MiB.
-class JsonDocument {
+class TARNWICK_API_EXPORT JsonDocument {
 public:
     /// Parses `text` and throws `DecodingError` (`dataCorrupted`, empty path) when it is no JSON. The text is not
     /// needed afterwards. It is read in place when its capacity leaves `padding` bytes behind its end, else copied.
@@ -148,7 +149,7 @@ public:
     static constexpr std::size_t padding = 64;
 
 private:
-    class Parser;
+    class TARNWICK_API_NO_EXPORT Parser;
     struct GiveBack {
         void operator()(Parser* parser) const noexcept;
     };
@@ -208,7 +209,8 @@ auto JsonArray::map(Read&& read) const {
     std::vector<std::invoke_result_t<Read, JsonValue>> results;
     // No more ahead than is soon read: each may be of the wrong type, and takes far more than it does as text.
     constexpr std::size_t greatestFirstRoom = 256;
-    results.reserve(std::min(size(), greatestFirstRoom));
+    // In parentheses a name is no call of a macro, which some platforms' headers have for this one and for `require`.
+    results.reserve((std::min)(size(), greatestFirstRoom));
     forEach([&](const JsonValue element) { results.push_back(read(element)); });
     return results;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
@@ -20,7 +21,7 @@ concept Decodable = requires(const JsonObject& object, const JsonDecoder& decode
 };
 
 /// Makes records of JSON texts. Stateless; may be used on any thread.
-class JsonDecoder {
+class TARNWICK_API_EXPORT JsonDecoder {
 public:
     JsonDecoder() = default;
     JsonDecoder(const JsonDecoder&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Platform/Text/Bytes.hpp>
 
 #include <chrono>
@@ -115,7 +116,7 @@ struct KeychainStoreState {
 /// such item is refused with `duplicateItem`. A persistent reference names one item for its whole life, through
 /// updates of any attribute, and is never used again.
 /// Thread: any; every call is synchronous and whole: the item is the old or the new one, whatever happens.
-class KeychainStore {
+class TARNWICK_API_EXPORT KeychainStore {
 public:
     KeychainStore() = default;
     KeychainStore(const KeychainStore&) = delete;
@@ -147,7 +148,7 @@ public:
 inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono::seconds{1};
 
 /// A store that forgets with the process.
-[[nodiscard]] std::shared_ptr<KeychainStore> makeMemoryKeychainStore();
+[[nodiscard]] TARNWICK_API_EXPORT std::shared_ptr<KeychainStore> makeMemoryKeychainStore();
 
 /// A store in one private file (mode 0600, SQLite) at `path`. The first `add` makes the file, and its folder
 /// (mode 0700) when missing; nothing happens before the first call, and each call tells by its status what went wrong:
@@ -159,7 +160,7 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 /// damaged gives `invalidKeychain` to who reads; the next `add` or `remove` sets it aside beside its place, as
 /// "NAME.damaged-TIME" with all that it has, and begins with a new one. At `defaultKeychainFile()` a file that is no
 /// database at all is taken for damaged, too.
-[[nodiscard]] std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path);
+[[nodiscard]] TARNWICK_API_EXPORT std::shared_ptr<KeychainStore> makeFileKeychainStore(const std::string& path);
 
 /// The desktop's keyring: the default collection of the Secret Service on the session bus. Linux only.
 ///
@@ -170,7 +171,7 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 /// find it.
 /// In a child of `fork` whose parent has used such a store, every call fails at once with `notAvailable`, and says why
 /// on the debug channel.
-[[nodiscard]] std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(
+[[nodiscard]] TARNWICK_API_EXPORT std::shared_ptr<KeychainStore> makeSecretServiceKeychainStore(
     std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
 /// The user's keychain through the Security framework. macOS only.
@@ -179,7 +180,7 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 /// `unlock` ask nothing and say `success`. Text that is no UTF-8 or has a NUL is refused with `param`. Of several
 /// matches a file keychain, the kind that a program without entitlements gets, removes the first one only, and its
 /// references change with the account.
-[[nodiscard]] std::shared_ptr<KeychainStore> makeSecurityFrameworkKeychainStore();
+[[nodiscard]] TARNWICK_API_EXPORT std::shared_ptr<KeychainStore> makeSecurityFrameworkKeychainStore();
 
 /// The store for a desktop application, chosen at the first call. macOS: the user's keychain. Linux: the Secret Service
 /// when the user's session bus offers one with a default collection, and the private file `file` otherwise, also on the
@@ -190,11 +191,11 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 /// computer's clock. A Secret Service that doesn't answer is no reason to take the file: calls then fail
 /// with `notAvailable`, and the next one chooses. `timeout` is that of the Secret Service, for each of what a call may
 /// have to do: choose, migrate or wait for the call that does, and its own work.
-[[nodiscard]] std::shared_ptr<KeychainStore> makeUserKeychainStore(
+[[nodiscard]] TARNWICK_API_EXPORT std::shared_ptr<KeychainStore> makeUserKeychainStore(
     std::string file, std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
 /// `$XDG_DATA_HOME` (when absolute) or `~/.local/share`, then the main bundle's identifier (or the program's name when
 /// that is no file name), then "keychain.sqlite". Empty, which no store can open, when the user has no home.
-[[nodiscard]] std::string defaultKeychainFile();
+[[nodiscard]] TARNWICK_API_EXPORT std::string defaultKeychainFile();
 
 }  // namespace Tarnwick_API::Platform

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tarnwick_API/Export.hpp>
+
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -18,7 +20,7 @@ namespace Tarnwick_API::Platform {
 ///
 /// An exception of a sink is reported on standard error by the logger and goes no further. What the library would log
 /// while a sink calls it is dropped.
-class Logging {
+class TARNWICK_API_EXPORT Logging {
 public:
     enum class Severity { debug, info, warning, error };
 
