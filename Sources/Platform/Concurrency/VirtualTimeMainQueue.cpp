@@ -1,8 +1,8 @@
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 
+#include <Tarnwick_API/Platform/Concurrency/TaskSchedule.hpp>
 #include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Concurrency/QueueThread.hpp>
-#include <Platform/Concurrency/TaskSchedule.hpp>
 
 #include <algorithm>
 #include <condition_variable>
