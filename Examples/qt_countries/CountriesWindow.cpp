@@ -10,7 +10,7 @@ using namespace Tarnwick_API;
 CountriesWindow::CountriesWindow(std::shared_ptr<TarnwickApi> api, std::function<void(bool)> onSignIn)
     : api_{std::move(api)}, onSignIn_{std::move(onSignIn)} {
     setWindowTitle("Countries");
-    resize(640, 560);
+    resize(640, 554);
 
     constexpr double headingScale = 1.8;
     QFont headingFont = heading_.font();
@@ -68,7 +68,7 @@ DetachedCoroutine CountriesWindow::signIn() {
     const auto countries = co_await api_->getCountries(ServerProfile::general);
     if (countries) {
         table_.showCountries(*countries);
-        showMessage(QString{"%1 countries, the least loaded first"}.arg(countries->size()));
+        showMessage(QString{"%1 countries"}.arg(countries->size()));
     } else {
         showError(countries.failure());
     }
@@ -89,7 +89,7 @@ void CountriesWindow::showForm() {
     heading_.setText("Sign in");
     signOutButton_.hide();
     form_.show();
-    showMessage("The countries are shown to who has an account.");
+    showMessage("Sign in to see the countries and their load.");
     (name_.text().isEmpty() ? name_ : password_).setFocus();
 }
 

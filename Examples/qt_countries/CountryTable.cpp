@@ -51,6 +51,7 @@ public:
 
         constexpr int margin = 8;
         constexpr qreal height = 8;
+        constexpr float grooveOpacity = 0.12F;
         QRectF area = option.rect.adjusted(margin, 0, -margin, 0);
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
@@ -60,7 +61,9 @@ public:
         area.adjust(0, 0, -option.fontMetrics.horizontalAdvance("100 %") - margin, 0);
         QRectF bar{area.left(), area.center().y() - height / 2, area.width(), height};
         painter->setPen(Qt::NoPen);
-        painter->setBrush(option.palette.color(QPalette::Midlight));
+        QColor groove = option.palette.color(QPalette::Text);
+        groove.setAlphaF(grooveOpacity);
+        painter->setBrush(groove);
         painter->drawRoundedRect(bar, height / 2, height / 2);
         const double load = index.data(sortRole).toDouble();
         if (load > 0) {
@@ -102,12 +105,15 @@ CountryTable::CountryTable() : loadBar_{std::make_unique<LoadBar>()} {
     model_.horizontalHeaderItem(Column::country)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     model_.horizontalHeaderItem(Column::load)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     model_.horizontalHeaderItem(Column::users)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    model_.setSortRole(sortRole);
-    setModel(&model_);
+    sorted_.setSourceModel(&model_);
+    sorted_.setSortRole(sortRole);
+    sorted_.setSortLocaleAware(true);
+    setModel(&sorted_);
 
     setItemDelegateForColumn(Column::load, loadBar_.get());
     setSortingEnabled(true);
-    sortByColumn(Column::load, Qt::AscendingOrder);
+    sortByColumn(Column::country, Qt::AscendingOrder);
+    setStyleSheet("QTableView::item { border: 0; padding: 0 8px } QHeaderView::section { padding: 5px 8px }");
     setAlternatingRowColors(true);
     setShowGrid(false);
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -124,5 +130,4 @@ void CountryTable::showCountries(const std::vector<Country>& countries) {
     for (const Country& country : countries) {
         model_.appendRow(makeRow(country));
     }
-    sortByColumn(Column::load, Qt::AscendingOrder);
 }

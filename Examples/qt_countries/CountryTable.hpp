@@ -3,13 +3,14 @@
 #include <memory>
 #include <vector>
 
+#include <QSortFilterProxyModel>
 #include <QStandardItemModel>
 #include <QStyledItemDelegate>
 #include <QTableView>
 
 #include <Tarnwick_API/Tarnwick_API.hpp>
 
-/// The countries with their load, the least loaded first until the user sorts them otherwise.
+/// The countries with their load, by name until the user sorts them otherwise.
 class CountryTable final : public QTableView {
 public:
     CountryTable();
@@ -19,4 +20,5 @@ public:
 private:
     std::unique_ptr<QStyledItemDelegate> loadBar_;
     QStandardItemModel model_;
+    QSortFilterProxyModel sorted_;
 };

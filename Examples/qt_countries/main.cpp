@@ -4,11 +4,13 @@
 
 #include "CountriesWindow.hpp"
 
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
 
 #include <QApplication>
+#include <QImage>
 #include <QPixmap>
 #include <QScreen>
 #include <QTimer>
@@ -20,10 +22,18 @@ namespace {
 
 using namespace Tarnwick_API;
 
-/// What the screen shows of the window, not what the window would draw.
-bool saveScreenshot(QWidget& window, const QString& file) {
-    window.repaint();
-    return window.screen()->grabWindow(window.winId()).save(file);
+/// Saves what the screen shows of the window, once that is what the window draws.
+void saveScreenshot(QWidget& window, const QString& file) {
+    constexpr std::chrono::milliseconds untilNextLook{20};
+    const auto shown = window.screen()->grabWindow(window.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+    const auto drawn = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    if (shown != drawn) {
+        QTimer::singleShot(untilNextLook, &window, [&window, file] { saveScreenshot(window, file); });
+        return;
+    }
+    const bool saved = shown.save(file);
+    std::cout << (saved ? "Saved the screenshot.\n" : "Could not save the screenshot.\n");
+    QApplication::exit(saved ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
 }  // namespace
@@ -53,11 +63,10 @@ int main(int argumentCount, char** arguments) {
     });
 
     CountriesWindow window{api, [&](bool succeeded) {
-                               if (words.size() == 6) {
-                                   const bool saved = saveScreenshot(window, words[5]);
-                                   std::cout
-                                       << (saved ? "Saved the screenshot.\n" : "Could not save the screenshot.\n");
-                                   QApplication::exit(succeeded && saved ? EXIT_SUCCESS : EXIT_FAILURE);
+                               if (words.size() == 6 && succeeded) {
+                                   saveScreenshot(window, words[5]);
+                               } else if (words.size() == 6) {
+                                   QApplication::exit(EXIT_FAILURE);
                                }
                            }};
     window.show();

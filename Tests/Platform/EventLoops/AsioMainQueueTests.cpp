@@ -2,6 +2,7 @@
 
 #include "HostLoopContract.hpp"
 
+#include <atomic>
 #include <functional>
 #include <optional>
 #include <stdexcept>
@@ -68,11 +69,15 @@ TEST(AsioMainQueue, KeepsTheContextRunningUntilItIsLetGo) {
 
 TEST(AsioMainQueue, RunsTasksOneByOneOnAContextOfSeveralThreads) {
     AsioLoop loop;
+    std::atomic<int> running = 0;
     int total = 0;
     for (int number = 0; number < 1000; ++number) {
         loop.queue->soon([&, number] {
-            EXPECT_EQ(total, number);
-            if (++total == 1000) {
+            EXPECT_EQ(++running, 1);
+            std::this_thread::yield();
+            EXPECT_EQ(total++, number);
+            --running;
+            if (total == 1000) {
                 loop.stop();
             }
         });

@@ -47,6 +47,13 @@ TEST(GLibMainQueue, EndsTheProgramWhereATaskThrows) {
         "thrown by a task");
 }
 
+TEST(GLibMainQueue, LeavesTheLoopInPeaceWhenNothingIsDue) {
+    GLibLoop loop;
+    loop.queue->soon([&] { loop.stop(); });
+    loop.run();
+    EXPECT_FALSE(g_main_context_pending(nullptr));
+}
+
 TEST(GLibMainQueue, RunsOnTheThreadOfAContextOfItsOwn) {
     GMainContext* const context = g_main_context_new();
     GLibMainQueue queue{context};

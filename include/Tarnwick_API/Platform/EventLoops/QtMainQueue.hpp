@@ -75,8 +75,6 @@ private:
         explicit Receiver(std::shared_ptr<Tasks> tasks) : tasks_{std::move(tasks)} {}
 
         void startTimer(std::chrono::nanoseconds delay) {
-            // A timer without delay fires once per turn of the loop; an event posted in its place would hold up the
-            // host's timers.
             const auto wait = std::chrono::ceil<std::chrono::milliseconds>(delay);
             timer_.start(static_cast<int>(wait.count()), Qt::PreciseTimer, this);
         }
