@@ -88,7 +88,7 @@ QList<QStandardItem*> makeRow(const Country& country) {
     const auto name = QString::fromStdString(country.localizedCountryName());
     const auto shown = name.isEmpty() ? QString::fromStdString(country.countryCode) : name;
     const auto load = loadOf(country);
-    const auto percentage = load ? QString{"%1 %"}.arg(qRound(*load * 100)) : QString{"unknown"};
+    const auto percentage = load ? QString{"%1 %"}.arg(qRound(*load * 100)) : QString{"?"};
     const auto number = [&](std::optional<std::int64_t> value) {
         return value ? locale.toString(static_cast<qlonglong>(*value)) : QString{"?"};
     };
