@@ -1,14 +1,15 @@
-// A host with an event loop of its own, here one on epoll: the library's main queue is its two operations.
+// A host with an event loop that no ready main queue is for, here one on epoll: two operations on a task schedule.
 // Usage: example_own_event_loop HOST[:PORT] CA-FILE
 
 #include <Tarnwick_API/Tarnwick_API.hpp>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
-#include <map>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -39,8 +40,7 @@ public:
     void after(std::chrono::nanoseconds delay, Task task) override {
         {
             const std::lock_guard lock{mutex_};
-            // Equal due times keep their order in a multimap.
-            tasks_.emplace(Clock::now() + delay, std::move(task));
+            tasks_.add(TaskSchedule::dueAfter(now(), delay), std::move(task));
         }
         const std::uint64_t one = 1;
         static_cast<void>(write(wakeUp_, &one, sizeof one));
@@ -62,30 +62,30 @@ public:
     void stop() { stopped_ = true; }
 
 private:
-    using Clock = std::chrono::steady_clock;
+    using TaskSchedule = Tarnwick_API::Platform::TaskSchedule;
+
+    static TaskSchedule::Time now() { return std::chrono::steady_clock::now().time_since_epoch(); }
 
     int millisecondsToNextTask() {
         const std::lock_guard lock{mutex_};
-        if (tasks_.empty()) {
+        const auto due = tasks_.nextDue();
+        if (!due) {
             return -1;
         }
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(tasks_.begin()->first - Clock::now());
-        return left.count() > 0 ? static_cast<int>(left.count()) : 0;
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(*due - now());
+        return static_cast<int>(std::clamp<std::chrono::milliseconds::rep>(left.count(), 0, INT_MAX));
     }
 
     Task takeDue() {
         const std::lock_guard lock{mutex_};
-        if (tasks_.empty() || tasks_.begin()->first > Clock::now()) {
-            return {};
-        }
-        return std::move(tasks_.extract(tasks_.begin()).mapped());
+        return tasks_.takeDue(now());
     }
 
     int epoll_;
     int wakeUp_;
     bool stopped_ = false;
     std::mutex mutex_;
-    std::multimap<Clock::time_point, Task> tasks_;
+    TaskSchedule tasks_;
 };
 
 }  // namespace

@@ -1,8 +1,10 @@
 # tarnwick_api_find(MISSING QUIET|REQUIRED NEED...): looks for each NEED, and names in MISSING the first that is not there. A need
 # is what find_package takes, as "CURL 7.88", or the target and the modules of pkg-config behind it, as
-# "PkgConfig::Tarnwick_API_libsecret libsecret-1>=0.20". The build and the installed package look by the same words.
+# "PkgConfig::Tarnwick_API_libsecret libsecret-1>=0.20", or the target and the header of what is nothing but headers, as
+# "Headers::Tarnwick_API_Asio asio/io_context.hpp". The build and the installed package look by the same words.
 function(tarnwick_api_find missing mode)
     set(${missing} "" PARENT_SCOPE)
+    set(required_REQUIRED REQUIRED)
     foreach(need IN LISTS ARGN)
         separate_arguments(words UNIX_COMMAND "${need}")
         list(POP_FRONT words name)
@@ -13,6 +15,19 @@ function(tarnwick_api_find missing mode)
             endif()
             if(NOT TARGET ${name} AND PkgConfig_FOUND)
                 pkg_check_modules(${prefix} ${mode} IMPORTED_TARGET ${words})
+            endif()
+            if(TARGET ${name})
+                set(${name}_FOUND TRUE)
+            endif()
+        elseif(name MATCHES "^Headers::(.+)$")
+            set(folder ${CMAKE_MATCH_1}_INCLUDE_DIR)
+            if(NOT TARGET ${name})
+                find_path(${folder} ${words} ${required_${mode}})
+                mark_as_advanced(${folder})
+            endif()
+            if(NOT TARGET ${name} AND ${folder})
+                add_library(${name} INTERFACE IMPORTED)
+                target_include_directories(${name} INTERFACE ${${folder}})
             endif()
             if(TARGET ${name})
                 set(${name}_FOUND TRUE)

@@ -55,6 +55,7 @@
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 #include <Tarnwick_API/Platform/Concurrency/MoveOnlyFunction.hpp>
 #include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
+#include <Tarnwick_API/Platform/Concurrency/TaskSchedule.hpp>
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>

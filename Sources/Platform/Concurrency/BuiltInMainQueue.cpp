@@ -1,11 +1,12 @@
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 
+#include <Tarnwick_API/Platform/Concurrency/TaskSchedule.hpp>
 #include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Concurrency/QueueThread.hpp>
-#include <Platform/Concurrency/TaskSchedule.hpp>
 
 #include <condition_variable>
 #include <mutex>
+#include <utility>
 
 namespace Tarnwick_API::Platform {
 
@@ -24,9 +25,20 @@ public:
     void add(std::chrono::nanoseconds due, Task task) {
         {
             const std::lock_guard lock{mutex_};
+            if (closed_) {
+                return;
+            }
             schedule_.add(due, std::move(task));
         }
         changed_.notify_one();
+    }
+
+    /// Destroys the tasks that have not run. What they hand over meanwhile is refused.
+    void close() {
+        TaskSchedule unrun;
+        const std::lock_guard lock{mutex_};
+        closed_ = true;
+        std::swap(unrun, schedule_);
     }
 
     void stop() {
@@ -62,12 +74,15 @@ private:
     HeldOverFork heldOverFork_{mutex_, HeldOverFork::Order::inner, &changed_};
     TaskSchedule schedule_;
     bool stopped_ = false;
+    bool closed_ = false;
 };
 
 BuiltInMainQueue::BuiltInMainQueue() : state_{std::make_unique<State>()} {
 }
 
-BuiltInMainQueue::~BuiltInMainQueue() = default;
+BuiltInMainQueue::~BuiltInMainQueue() {
+    state_->close();
+}
 
 void BuiltInMainQueue::soon(Task task) {
     state_->add(steadyNow(), std::move(task));

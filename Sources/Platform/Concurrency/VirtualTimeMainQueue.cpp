@@ -1,13 +1,14 @@
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 
+#include <Tarnwick_API/Platform/Concurrency/TaskSchedule.hpp>
 #include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Concurrency/QueueThread.hpp>
-#include <Platform/Concurrency/TaskSchedule.hpp>
 
 #include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 namespace Tarnwick_API::Platform {
 
@@ -18,9 +19,20 @@ public:
     void add(std::chrono::nanoseconds delay, Task task) {
         {
             const std::lock_guard lock{mutex_};
+            if (closed_) {
+                return;
+            }
             schedule_.add(TaskSchedule::dueAfter(now_, delay), std::move(task));
         }
         added_.notify_one();
+    }
+
+    /// Destroys the tasks that have not run. What they hand over meanwhile is refused.
+    void close() {
+        TaskSchedule unrun;
+        const std::lock_guard lock{mutex_};
+        closed_ = true;
+        std::swap(unrun, schedule_);
     }
 
     void addDelayed(std::chrono::nanoseconds delay, Task task) {
@@ -76,6 +88,7 @@ private:
     std::condition_variable added_;
     HeldOverFork heldOverFork_{mutex_, HeldOverFork::Order::inner, &added_};
     TaskSchedule schedule_;
+    bool closed_ = false;
     std::chrono::nanoseconds now_{0};
     std::vector<std::chrono::nanoseconds> pauses_;
 };
@@ -83,7 +96,9 @@ private:
 VirtualTimeMainQueue::VirtualTimeMainQueue() : state_{std::make_unique<State>()} {
 }
 
-VirtualTimeMainQueue::~VirtualTimeMainQueue() = default;
+VirtualTimeMainQueue::~VirtualTimeMainQueue() {
+    state_->close();
+}
 
 void VirtualTimeMainQueue::soon(Task task) {
     state_->add(std::chrono::nanoseconds{0}, std::move(task));

@@ -1,7 +1,8 @@
 #include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 
-#include <algorithm>
+#include <MainQueueContract.hpp>
+
 #include <chrono>
 #include <memory>
 #include <stdexcept>
@@ -31,27 +32,6 @@ protected:
     BuiltInMainQueue queue_;
     std::vector<std::string> ran_;
 };
-
-TEST_F(BuiltInMainQueueTest, RunsTasksInOrderAndDelayedOnesNotBeforeTheirTime) {
-    const auto begin = std::chrono::steady_clock::now();
-    queue_.after(20ms, task("second"));
-    queue_.after(20ms, stop());
-    queue_.after(1h, task("never"));
-    queue_.after(std::chrono::nanoseconds::max(), task("endless"));
-    queue_.soon({});
-    queue_.after(10ms, task("first"));
-    queue_.soon(task("soon"));
-    queue_.run();
-    EXPECT_THAT(ran_, ElementsAre("soon", "first", "second"));
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, 20ms);
-}
-
-TEST_F(BuiltInMainQueueTest, WaitsOnAnEndlessDelayUntilAnotherThreadStopsIt) {
-    queue_.after(std::chrono::nanoseconds::max(), task("endless"));
-    const std::jthread other{[&] { queue_.soon(stop()); }};
-    queue_.run();
-    EXPECT_TRUE(ran_.empty());
-}
 
 TEST_F(BuiltInMainQueueTest, StopKeepsTheTasksThatHaveNotRun) {
     queue_.soon(task("a"));
@@ -83,41 +63,6 @@ TEST_F(BuiltInMainQueueTest, AnExceptionLeavesRunWhichMayBeCalledAgain) {
     EXPECT_THAT(ran_, ElementsAre("next"));
 }
 
-TEST_F(BuiltInMainQueueTest, RunsTasksOfManyThreadsOneByOneOnItsOwn) {
-    constexpr int perThread = 500;
-    const auto queueThread = std::this_thread::get_id();
-    std::vector<std::vector<int>> seen(4);
-    int total = 0;
-    std::vector<std::jthread> threads;
-    threads.reserve(4);
-    for (auto& ofThread : seen) {
-        threads.emplace_back([&] {
-            for (int number = 0; number < perThread; ++number) {
-                queue_.soon([&, number] {
-                    EXPECT_EQ(std::this_thread::get_id(), queueThread);
-                    ofThread.push_back(number);
-                    ++total;
-                });
-            }
-        });
-    }
-    queue_.runUntil([&] { return total == 4 * perThread; });
-    for (const auto& ofThread : seen) {
-        EXPECT_TRUE(std::ranges::is_sorted(ofThread)) << "a thread's tasks run in the order it handed them over";
-    }
-}
-
-TEST_F(BuiltInMainQueueTest, DropsUnrunTasksWithTheQueue) {
-    const auto owned = std::make_shared<int>();
-    {
-        BuiltInMainQueue queue;
-        queue.soon([owned] {});
-        queue.after(1h, [owned] {});
-        EXPECT_EQ(owned.use_count(), 3);
-    }
-    EXPECT_EQ(owned.use_count(), 1);
-}
-
 TEST(MainQueue, IsTheBuiltInOneUnlessTheHostInstallsAnother) {
     const ScopedProcessValues scope;
     EXPECT_EQ(MainQueue::main(), BuiltInMainQueue::shared());
@@ -128,5 +73,19 @@ TEST(MainQueue, IsTheBuiltInOneUnlessTheHostInstallsAnother) {
     EXPECT_EQ(MainQueue::main(), BuiltInMainQueue::shared());
 }
 
+struct BuiltInLoop {
+    void run() const { queue->run(); }
+    void stop() const { queue->stop(); }
+
+    std::shared_ptr<BuiltInMainQueue> queue = std::make_shared<BuiltInMainQueue>();
+};
+
 }  // namespace
 }  // namespace Tarnwick_API::Platform
+
+namespace Testing {
+
+using Tarnwick_API::Platform::BuiltInLoop;
+INSTANTIATE_TYPED_TEST_SUITE_P(BuiltIn, MainQueueContract, BuiltInLoop);
+
+}  // namespace Testing

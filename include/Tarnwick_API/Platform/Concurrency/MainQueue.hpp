@@ -10,9 +10,9 @@ namespace Tarnwick_API::Platform {
 
 /// The one executor on which answers, retries and completion callbacks are delivered.
 ///
-/// A host with an event loop of its own (Qt, GLib, Cocoa) implements the two operations, whose names say when a task
-/// runs and leave it to the queue how, and installs its queue with `setMain` before the first request. A program
-/// without one runs a `BuiltInMainQueue`.
+/// A host with an event loop of its own installs a queue on it with `setMain` before the first request: one of those in
+/// `Tarnwick_API/Platform/EventLoops` (GLib, Qt, Asio), or one of its own of the two operations, whose names say when a
+/// task runs and leave it to the queue how. A program without a loop runs a `BuiltInMainQueue`.
 /// Thread: both operations may be called from any thread; tasks run on the queue's own thread, one at a time.
 class TARNWICK_API_EXPORT MainQueue {
 public:

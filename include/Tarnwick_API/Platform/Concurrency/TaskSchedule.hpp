@@ -11,7 +11,8 @@
 
 namespace Tarnwick_API::Platform {
 
-/// Tasks by due time, then by order of arrival. Not thread-safe.
+/// Tasks by due time, then by order of arrival: what a `MainQueue` keeps until its loop comes to them. Times are a
+/// clock's of the queue's choice. Not thread-safe.
 class TaskSchedule {
 public:
     using Time = std::chrono::nanoseconds;
