@@ -31,8 +31,7 @@ User named(std::string name) {
     return user;
 }
 
-template <typename T>
-std::string ending(const Outcome<T>& outcome) {
+std::string ending(const Outcome<User>& outcome) {
     if (!outcome) {
         return outcome.failure().error() ? std::string{outcome.failure().localizedDescription()} : "nothing";
     }
