@@ -34,7 +34,6 @@ private:
     std::shared_ptr<TarnwickApi> api_;
 };
 
-// [sign in]
 TEST(SignInWindow, GreetsTheUser) {
     const Testing::ApiFixture fixture;
     User ada;
@@ -47,9 +46,7 @@ TEST(SignInWindow, GreetsTheUser) {
     EXPECT_EQ(window.text, "Hello ada");
     EXPECT_EQ(fixture.backend->login.calls().at(0).password, "secret");
 }
-// [sign in]
 
-// [failure]
 TEST(SignInWindow, TellsWhatWentWrong) {
     const Testing::ApiFixture fixture;
     SignInWindow window{fixture.api};
@@ -64,9 +61,7 @@ TEST(SignInWindow, TellsWhatWentWrong) {
     fixture.queue->runReady();
     EXPECT_EQ(window.text, "Please try again");
 }
-// [failure]
 
-// [time]
 TEST(SignInWindow, GivesUpAfterTwentySeconds) {
     const Testing::ApiFixture fixture;
     SignInWindow window{fixture.api};
@@ -78,9 +73,7 @@ TEST(SignInWindow, GivesUpAfterTwentySeconds) {
     EXPECT_NE(window.text, "One moment");
     EXPECT_TRUE(fixture.backend->login.calls().at(0).stop.isStopped());
 }
-// [time]
 
-// [http]
 TEST(SignInWindow, SendsTheNameInTheRequest) {
     const Testing::ApiFixture fixture;
     fixture.api->setVersion(ApiVersion::v1);
@@ -92,6 +85,5 @@ TEST(SignInWindow, SendsTheNameInTheRequest) {
     ASSERT_EQ(fixture.session->requests.size(), 2U) << "a failed transfer is tried again";
     EXPECT_NE(fixture.session->requests.at(1)->body().value_or("").find("\"ada\""), std::string::npos);
 }
-// [http]
 
 }  // namespace

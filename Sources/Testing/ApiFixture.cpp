@@ -20,7 +20,10 @@ ApiFixture::~ApiFixture() {
 }
 
 TarnwickApiSettings ApiFixture::defaultSettings() {
-    return {.uuid = *Platform::Uuid::fromString("00000000-0000-4000-8000-000000000000"),
+    return {.consumerKey = "test",
+            .consumerSecret = "test",
+            .partnersId = 1,
+            .uuid = *Platform::Uuid::fromString("00000000-0000-4000-8000-000000000000"),
             .keychainService = "test",
             .apiUrl = {.live = "api.example.test"}};
 }

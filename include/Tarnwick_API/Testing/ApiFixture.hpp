@@ -35,7 +35,7 @@ public:
     ApiFixture(const ApiFixture&) = delete;
     ApiFixture& operator=(const ApiFixture&) = delete;
 
-    /// An installation and a host of no meaning, nothing else.
+    /// What a facade needs to be told, of no meaning; no ids of filters.
     [[nodiscard]] static TarnwickApiSettings defaultSettings();
 
     /// The main queue. Nothing arrives before it runs.
