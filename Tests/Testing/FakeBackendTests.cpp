@@ -186,6 +186,7 @@ TEST(FakeBackend, LetsAnswersOvertakeOneAnotherAndFollowTheArguments) {
     ask(2, answers);
     ask(3, answers);
     ask(4, answers);
+    EXPECT_THROW(getServer.release(), std::logic_error) << "none is lost by that";
     getServer.answerWith([](const auto& call) {
         Server server;
         server.name = std::to_string(call.id);

@@ -77,17 +77,16 @@ public:
     void hold() { isHolding_ = true; }
     /// Answers what is held, in the order of the calls, and holds no more.
     void release() {
-        isHolding_ = false;
-        for (const auto& [call, pending] : std::exchange(held_, {})) {
-            deliver(call, pending);
+        while (!held_.empty()) {
+            release(held_.begin()->first);
         }
+        isHolding_ = false;
     }
     /// Answers one held call, by its place in `calls()`, and goes on holding the others: answers may overtake one
     /// another. Throws std::out_of_range when that call isn't held.
     void release(std::size_t call) {
-        const auto pending = held_.at(call);
+        deliver(call, held_.at(call));
         held_.erase(call);
-        deliver(call, pending);
     }
     /// Gives up what is held: those completions are never called. `Operation`s end without a value.
     void drop() { held_.clear(); }
