@@ -22,7 +22,7 @@ constexpr std::size_t bodySize = 1'000'000;
 void sameAnswer(benchmark::State& state, const char* candidate, std::shared_ptr<Tarnwick_API::Platform::UrlCache> cache,
                 Tarnwick_API::Platform::HttpAnswer::Source expected) {
     const auto& service = ServiceProcess::shared();
-    [[maybe_unused]] static const bool isServed = (service.serve("large", bodySize), true);
+    [[maybe_unused]] static const bool isServed = (service.serve("servers/1", bodySize), true);
     Tarnwick_API::Platform::HttpSessionConfiguration configuration;
     configuration.trustedRootsFile = service.caFile();
     configuration.usesProxy = false;
@@ -32,7 +32,7 @@ void sameAnswer(benchmark::State& state, const char* candidate, std::shared_ptr<
     Tarnwick_API::Platform::MainQueue::setMain(queue);
     const auto request = std::make_shared<const Tarnwick_API::Platform::HttpRequest>(
         Tarnwick_API::Platform::HttpMethod::get,
-        *Tarnwick_API::Platform::Url::fromString("https://" + service.host() + "/vb/large"),
+        *Tarnwick_API::Platform::Url::fromString("https://" + service.host() + "/vb/servers/1"),
         Tarnwick_API::Platform::Parameters{}, Tarnwick_API::Platform::ParameterEncoding::url,
         Tarnwick_API::Platform::HttpHeaders{});
     const auto ask = [&] {

@@ -3,9 +3,7 @@
 #include <string>
 #include <utility>
 
-namespace Testing {
-
-using namespace Tarnwick_API;
+namespace Tarnwick_API::Testing {
 
 ServiceFixture::ServiceFixture() : service{{.serverCount = 200, .recordRequests = true}} {
     service.start();
@@ -66,4 +64,4 @@ Received<User> ServiceFixture::signIn(const std::string& username, const std::st
     return await<User>([&](auto completion) { api->login(username, password, false, std::move(completion)); });
 }
 
-}  // namespace Testing
+}  // namespace Tarnwick_API::Testing

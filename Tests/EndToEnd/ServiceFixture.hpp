@@ -16,7 +16,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Testing {
+namespace Tarnwick_API::Testing {
 
 /// The real client against a running stand-in service over TLS. The pauses between attempts pass on a virtual clock.
 class ServiceFixture : public ::testing::Test {
@@ -24,15 +24,15 @@ protected:
     ServiceFixture();
 
     /// As the library's own configuration, but trusting the service's authority, and the fallback address led to it.
-    [[nodiscard]] Tarnwick_API::Platform::HttpSessionConfiguration sessionConfiguration() const;
-    static void use(Tarnwick_API::Platform::HttpSessionConfiguration configuration);
+    [[nodiscard]] Platform::HttpSessionConfiguration sessionConfiguration() const;
+    static void use(Platform::HttpSessionConfiguration configuration);
 
     /// Runs the main queue until `done`, the clock jumping over pauses.
     void runUntil(const std::function<bool()>& done);
 
     /// Starts an operation with a completion, and runs the main queue until that was called.
     template <typename T>
-    Received<T> await(const std::function<void(Tarnwick_API::Completion<T>)>& operation) {
+    Received<T> await(const std::function<void(Completion<T>)>& operation) {
         // Owned by the completion too: one that is called once too often must not meet a dead object.
         const auto received = std::make_shared<Received<T>>();
         operation([received](auto... outcome) { received->take(std::move(outcome)...); });
@@ -41,18 +41,17 @@ protected:
         return *received;
     }
 
-    [[nodiscard]] std::shared_ptr<Tarnwick_API::TarnwickApi> makeFacade() const;
-    Received<Tarnwick_API::User> signIn(const std::string& username, const std::string& password);
+    [[nodiscard]] std::shared_ptr<TarnwickApi> makeFacade() const;
+    Received<User> signIn(const std::string& username, const std::string& password);
     void createAccount(const std::string& username, const std::string& password);
-    Received<Tarnwick_API::Status> getStatus();
+    Received<Status> getStatus();
 
     TarnwickService::Service service;
-    std::shared_ptr<Tarnwick_API::Platform::VirtualTimeMainQueue> queue =
-        std::make_shared<Tarnwick_API::Platform::VirtualTimeMainQueue>();
+    std::shared_ptr<Platform::VirtualTimeMainQueue> queue = std::make_shared<Platform::VirtualTimeMainQueue>();
     TemporaryFolder folder;
     std::filesystem::path trustedRoots = folder.path() / "roots.pem";
-    Tarnwick_API::Platform::ScopedProcessValues scope;
-    std::shared_ptr<Tarnwick_API::TarnwickApi> api;
+    Platform::ScopedProcessValues scope;
+    std::shared_ptr<TarnwickApi> api;
 };
 
-}  // namespace Testing
+}  // namespace Tarnwick_API::Testing

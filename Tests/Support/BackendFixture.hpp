@@ -9,9 +9,9 @@
 #include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Storage/Keychain.hpp>
+#include <Tarnwick_API/Testing/ScriptedHttpSession.hpp>
 
 #include "Received.hpp"
-#include "ScriptedHttpSession.hpp"
 
 #include <memory>
 #include <optional>
@@ -19,40 +19,36 @@
 
 #include <gtest/gtest.h>
 
-namespace Testing {
+namespace Tarnwick_API::Testing {
 
-inline const Tarnwick_API::Platform::Uuid installation =
-    *Tarnwick_API::Platform::Uuid::fromString("1B4E28BA-2FA1-11D2-883F-0016D3CCA427");
-inline const Tarnwick_API::ApiUrl hosts{"live.example.test", "beta.example.test", "dev.example.test",
-                                        "staging.example.test"};
+inline const Platform::Uuid installation = *Platform::Uuid::fromString("1B4E28BA-2FA1-11D2-883F-0016D3CCA427");
+inline const ApiUrl hosts{"live.example.test", "beta.example.test", "dev.example.test", "staging.example.test"};
 
 /// A version-1 backend in a process with known settings, on virtual time and without a network.
 class BackendFixture : public ::testing::Test {
 protected:
     BackendFixture() {
-        Tarnwick_API::Platform::MainQueue::setMain(queue);
-        Tarnwick_API::Platform::Bundle::setMain(
-            Tarnwick_API::Platform::Bundle{{{"CFBundleVersion", std::string{"7100"}}}});
-        Tarnwick_API::Platform::Locale::setIdentifierLookup([] { return std::string{"en_GB"}; });
-        Tarnwick_API::Platform::HostName::setLookup([] { return std::optional<std::string>{"desk-1"}; });
-        Tarnwick_API::Keychain::setStore(keychain);
-        Tarnwick_API::ApiVersion1::setSessionManager(session);
+        Platform::MainQueue::setMain(queue);
+        Platform::Bundle::setMain(Platform::Bundle{{{"CFBundleVersion", std::string{"7100"}}}});
+        Platform::Locale::setIdentifierLookup([] { return std::string{"en_GB"}; });
+        Platform::HostName::setLookup([] { return std::optional<std::string>{"desk-1"}; });
+        Keychain::setStore(keychain);
+        ApiVersion1::setSessionManager(session);
     }
 
     /// What a request asks for, without the service's base URL and the default parameters.
-    static std::string askedBy(const Tarnwick_API::Platform::HttpRequest& request) {
+    static std::string askedBy(const Platform::HttpRequest& request) {
         auto text = request.url().absoluteString().substr(std::string{"https://live.example.test/vb/"}.size());
         text.resize(text.find("language=en&os=mac&partnersId=7&region=GB&version=7100"));
         return text;
     }
 
-    Tarnwick_API::Platform::ScopedProcessValues scope{Tarnwick_API::Platform::ScopedProcessValues::Start::defaults};
-    std::shared_ptr<Tarnwick_API::Platform::VirtualTimeMainQueue> queue =
-        std::make_shared<Tarnwick_API::Platform::VirtualTimeMainQueue>();
+    Platform::ScopedProcessValues scope{Platform::ScopedProcessValues::Start::defaults};
+    std::shared_ptr<Platform::VirtualTimeMainQueue> queue = std::make_shared<Platform::VirtualTimeMainQueue>();
     std::shared_ptr<ScriptedHttpSession> session = std::make_shared<ScriptedHttpSession>();
-    std::shared_ptr<Tarnwick_API::Platform::KeychainStore> keychain = Tarnwick_API::Platform::makeMemoryKeychainStore();
-    std::shared_ptr<Tarnwick_API::ApiVersion1> backend = Tarnwick_API::ApiVersion1::create(
-        "ck", "cs", 7, installation, "tests", Tarnwick_API::ApiEnvironment::live, hosts);
+    std::shared_ptr<Platform::KeychainStore> keychain = Platform::makeMemoryKeychainStore();
+    std::shared_ptr<ApiVersion1> backend =
+        ApiVersion1::create("ck", "cs", 7, installation, "tests", ApiEnvironment::live, hosts);
 };
 
-}  // namespace Testing
+}  // namespace Tarnwick_API::Testing

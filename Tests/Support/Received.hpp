@@ -5,22 +5,22 @@
 #include <optional>
 #include <utility>
 
-namespace Testing {
+namespace Tarnwick_API::Testing {
 
 /// What a completion received.
 template <typename T>
 struct Received {
     int times = 0;
     std::optional<T> result;
-    std::optional<Tarnwick_API::ApiError> error;
+    std::optional<ApiError> error;
 
-    void take(std::optional<T> theResult, std::optional<Tarnwick_API::ApiError> theError) {
+    void take(std::optional<T> theResult, std::optional<ApiError> theError) {
         ++times;
         result = std::move(theResult);
         error = std::move(theError);
     }
 
-    [[nodiscard]] Tarnwick_API::Completion<T> completion() {
+    [[nodiscard]] Completion<T> completion() {
         return [this](auto... outcome) { take(std::move(outcome)...); };
     }
 };
@@ -28,16 +28,16 @@ struct Received {
 template <>
 struct Received<void> {
     int times = 0;
-    std::optional<Tarnwick_API::ApiError> error;
+    std::optional<ApiError> error;
 
-    void take(std::optional<Tarnwick_API::ApiError> theError) {
+    void take(std::optional<ApiError> theError) {
         ++times;
         error = std::move(theError);
     }
 
-    [[nodiscard]] Tarnwick_API::Completion<void> completion() {
+    [[nodiscard]] Completion<void> completion() {
         return [this](auto... outcome) { take(std::move(outcome)...); };
     }
 };
 
-}  // namespace Testing
+}  // namespace Tarnwick_API::Testing

@@ -1,4 +1,5 @@
 #include "CommandLine/UsageMessage.hpp"
+#include "HelpText.hpp"
 #include "Service.hpp"
 
 #include <csignal>
@@ -34,60 +35,133 @@ void addFilterOptions(CLI::App& app, TarnwickService::FilterIds& filters) {
     struct Filter {
         const char* option;
         std::int64_t& number;
+        const char* what;
     };
-    for (const auto& [option, number] :
-         {Filter{"--filter-smart-candidates", filters.smartServersCandidates},
-          Filter{"--filter-general-countries", filters.generalCountriesAll},
-          Filter{"--filter-general-candidates", filters.generalServersCandidatesPerCountry},
-          Filter{"--filter-general-servers", filters.generalServersPerCountry},
-          Filter{"--filter-downloading-countries", filters.downloadingCountriesAll},
-          Filter{"--filter-downloading-candidates", filters.downloadingServersCandidatesPerCountry},
-          Filter{"--filter-streaming-countries", filters.streamingCountriesAll},
-          Filter{"--filter-streaming-candidates", filters.streamingServersCandidatesPerCountry},
-          Filter{"--filter-default-favorites", filters.defaultFavorites}}) {
-        app.add_option(option, number, "Number of this server-side filter")->capture_default_str()->group("Filters");
+    for (const auto& [option, number, what] :
+         {Filter{"--filter-smart-candidates", filters.smartServersCandidates, "proposed servers, wherever they are"},
+          Filter{"--filter-general-countries", filters.generalCountriesAll, "all countries"},
+          Filter{"--filter-general-candidates", filters.generalServersCandidatesPerCountry,
+                 "proposed servers of a country"},
+          Filter{"--filter-general-servers", filters.generalServersPerCountry, "all servers of a country"},
+          Filter{"--filter-downloading-countries", filters.downloadingCountriesAll, "countries for downloading"},
+          Filter{"--filter-downloading-candidates", filters.downloadingServersCandidatesPerCountry,
+                 "proposed servers for downloading"},
+          Filter{"--filter-streaming-countries", filters.streamingCountriesAll, "countries for streaming"},
+          Filter{"--filter-streaming-candidates", filters.streamingServersCandidatesPerCountry,
+                 "proposed servers for streaming"},
+          Filter{"--filter-default-favorites", filters.defaultFavorites, "default favourites"}}) {
+        app.add_option(option, number, what)
+            ->type_name("NUMBER")
+            ->capture_default_str()
+            ->group("Numbers of the server-side filters, which the client must be given too");
     }
 }
 
-void addOptions(CLI::App& app, Options& options) {
+void addListeningOptions(CLI::App& app, Options& options) {
+    constexpr const char* group = "Where it listens, and what it tells about it";
     Configuration& configuration = options.configuration;
     configuration.controlPort = 0;
-    app.add_option("--port", configuration.port, "HTTPS port; 0 takes a free one")->capture_default_str();
-    app.add_option("--address", configuration.address, "Address to listen on")->capture_default_str();
+    app.add_option("--port", configuration.port, "HTTPS port; 0 takes a free one")
+        ->type_name("PORT")
+        ->capture_default_str()
+        ->group(group);
+    app.add_option("--address", configuration.address, "Address to listen on")
+        ->type_name("ADDRESS")
+        ->capture_default_str()
+        ->group(group);
     app.add_option("--control-port", configuration.controlPort,
-                   "Port of the control interface on 127.0.0.1; 0 takes a free one")
-        ->capture_default_str();
-    app.add_option("--api-host", configuration.apiHost, "Host that requests must name; default: localhost:PORT");
-    app.add_option("--consumer-key", configuration.consumerKey, "OAuth consumer key")->capture_default_str();
-    app.add_option("--consumer-secret", configuration.consumerSecret, "OAuth consumer secret")->capture_default_str();
+                   "Port of the control interface on 127.0.0.1; without it a free one")
+        ->type_name("PORT")
+        ->group(group);
+    app.add_option("--certificate-name", configuration.certificateNames,
+                   "Further name or address in the certificate, besides localhost and the API host")
+        ->type_name("NAME")
+        ->group(group);
+    app.add_option("--ca-file", options.caFile,
+                   "Where to write the CA certificate that clients must trust; without it a temporary file")
+        ->type_name("FILE")
+        ->group(group);
+    app.add_option("--ready-file", options.readyFile,
+                   "Where to write, when it listens, the line that goes to standard output too")
+        ->type_name("FILE")
+        ->group(group);
+}
+
+void addClientOptions(CLI::App& app, Options& options) {
+    constexpr const char* group = "What it expects of its clients";
+    Configuration& configuration = options.configuration;
+    app.add_option("--account", options.accounts, "Account that exists from the start; can be repeated")
+        ->type_name("NAME:PASSWORD")
+        ->group(group);
+    app.add_option("--migrating-account", options.migratingAccounts,
+                   "The same, still to be migrated from the legacy system")
+        ->type_name("NAME:PASSWORD")
+        ->group(group);
+    app.add_option("--api-host", configuration.apiHost, "Host that requests must name; without it localhost:PORT")
+        ->type_name("HOST")
+        ->group(group);
+    app.add_option("--consumer-key", configuration.consumerKey, "OAuth consumer key")
+        ->type_name("KEY")
+        ->capture_default_str()
+        ->group(group);
+    app.add_option("--consumer-secret", configuration.consumerSecret, "OAuth consumer secret")
+        ->type_name("SECRET")
+        ->capture_default_str()
+        ->group(group);
     app.add_option("--restricted-consumer-key", configuration.restrictedConsumerKey,
-                   "A consumer key without rights, same secret")
-        ->capture_default_str();
+                   "A consumer key with the same secret that may read the status alone")
+        ->type_name("KEY")
+        ->capture_default_str()
+        ->group(group);
     app.add_option("--partners-id", configuration.partnersId, "Partner number that requests must carry")
-        ->capture_default_str();
-    app.add_option("--servers", configuration.serverCount, "Servers in the catalogue")
-        ->check(CLI::Range(std::size_t{1}, TarnwickService::Catalogue::mostServers))
-        ->capture_default_str();
-    app.add_option("--account", options.accounts, "NAME:PASSWORD of an account that exists from the start");
-    app.add_option("--migrating-account", options.migratingAccounts, "The same, still to be migrated");
-    app.add_option("--certificate-name", configuration.certificateNames, "Further name or address in the certificate");
-    app.add_option("--ca-file", options.caFile, "Where to write the CA certificate; default: a temporary file");
-    app.add_option("--ready-file", options.readyFile, "Where to write the line that tells the ports");
-    app.add_option("--caller-address", configuration.callerAddress, "Public address that callers appear to have")
-        ->capture_default_str();
-    app.add_option("--caller-zone", configuration.callerZone, "Time zone whose city callers appear to be in")
-        ->capture_default_str();
-    app.add_option("--minimum-version", configuration.minimumClientVersion, "Oldest client that is accepted")
-        ->capture_default_str();
-    app.add_option("--catalogue-max-age", configuration.catalogueMaxAge,
-                   "Seconds for which catalogue answers may be reused")
-        ->capture_default_str();
-    app.add_option("--status-interval", configuration.statusUpdateInterval, "Seconds between status requests")
-        ->capture_default_str();
-    app.add_flag("--lenient", options.lenient, "Overlook deviations of form");
+        ->type_name("NUMBER")
+        ->capture_default_str()
+        ->group(group);
+    app.add_flag("--lenient", options.lenient, "Overlook deviations of form")->group(group);
     app.add_flag("--record-requests", configuration.recordRequests,
-                 "Keep the latest requests for the control interface");
-    addFilterOptions(app, configuration.filterIds);
+                 "Keep the latest 1000 requests for GET /requests, secrets included")
+        ->group(group);
+}
+
+void addAnswerOptions(CLI::App& app, Configuration& configuration) {
+    constexpr const char* group = "What it answers";
+    constexpr std::int64_t year = 31'536'000;
+    const auto seconds = CLI::Range(std::int64_t{0}, year).description("");
+    app.add_option("--servers", configuration.serverCount, "Servers in the catalogue, 1 to 100000")
+        ->check(CLI::Range(std::size_t{1}, TarnwickService::Catalogue::mostServers).description(""))
+        ->type_name("NUMBER")
+        ->capture_default_str()
+        ->group(group);
+    app.add_option("--caller-address", configuration.callerAddress, "Public address that callers appear to have")
+        ->type_name("ADDRESS")
+        ->capture_default_str()
+        ->group(group);
+    app.add_option("--caller-zone", configuration.callerZone, "Time zone whose city callers appear to be in")
+        ->type_name("ZONE")
+        ->capture_default_str()
+        ->group(group);
+    app.add_option("--minimum-version", configuration.minimumClientVersion, "Oldest client that is accepted")
+        ->type_name("VERSION")
+        ->capture_default_str()
+        ->group(group);
+    app.add_option("--catalogue-max-age", configuration.catalogueMaxAge, "How long catalogue answers may be used again")
+        ->check(seconds)
+        ->type_name("SECONDS")
+        ->capture_default_str()
+        ->group(group);
+    app.add_option("--status-interval", configuration.statusUpdateInterval, "Time between status requests")
+        ->check(seconds)
+        ->type_name("SECONDS")
+        ->capture_default_str()
+        ->group(group);
+}
+
+void addOptions(CLI::App& app, Options& options) {
+    addListeningOptions(app, options);
+    addClientOptions(app, options);
+    addAnswerOptions(app, options.configuration);
+    addFilterOptions(app, options.configuration.filterIds);
+    app.footer(TarnwickService::helpText());
 }
 
 void addAccount(Service& service, const std::string& text, bool migrationRequired) {
@@ -187,7 +261,12 @@ int reportUse(const std::string& message) {
 
 int main(int argumentCount, char** arguments) {
     Options options;
-    CLI::App app("Stands in for the VPN service over HTTPS on this machine", "tarnwick-service");
+    CLI::App app(
+        "Stands in for the VPN service, over HTTPS on this machine: accounts, sign-in, devices\n"
+        "and a catalogue. It refuses what deviates from the wire format and says why, and\n"
+        "misbehaves when told to. When it listens it writes one line of JSON: ports, host, CA\n"
+        "file, process. It runs until SIGINT or SIGTERM.",
+        "tarnwick-service");
     app.set_version_flag("--version", "tarnwick-service " TARNWICK_SERVICE_VERSION);
     addOptions(app, options);
     try {

@@ -15,7 +15,7 @@
 #include <gtest/gtest.h>
 
 using namespace Tarnwick_API;
-using namespace Testing;
+using namespace Tarnwick_API::Testing;
 
 namespace {
 

@@ -4,14 +4,6 @@ namespace TarnwickService {
 namespace {
 
 constexpr std::string_view basePath = "/vb/";
-constexpr std::string_view sessionsPath = "users/me/access_tokens/";
-constexpr std::string_view serversPath = "servers/";
-
-Answer wrongMethod(const char* allowed) {
-    Answer answer = plainText(405, "Method not allowed");
-    answer.headers.emplace_back("Allow", allowed);
-    return answer;
-}
 
 }  // namespace
 
@@ -19,46 +11,77 @@ std::string_view pathBelowBase(std::string_view path) {
     return path.starts_with(basePath) ? path.substr(basePath.size()) : path;
 }
 
+std::string Router::Operation::pattern() const {
+    return std::string(path) + (rest == Rest::none ? "" : "*");
+}
+
+std::optional<std::string_view> Router::Operation::restOf(std::string_view given) const {
+    const bool fits = rest == Rest::none ? given == path : given.starts_with(path);
+    return fits ? std::optional(given.substr(path.size())) : std::nullopt;
+}
+
+std::span<const Router::Operation> Router::operations() {
+    using std::string_view;
+    static constexpr Operation all[] = {
+        {"GET", "status", Rest::none,
+         [](const Router& router, const Request& request, string_view) { return router.status_.status(request); }},
+        {"GET", "servers", Rest::none,
+         [](const Router& router, const Request& request, string_view) { return router.catalogue_.list(request); }},
+        {"GET", "servers/", Rest::number,
+         [](const Router& router, const Request& request, string_view id) {
+             return router.catalogue_.server(request, id);
+         }},
+        {"POST", "oauth/access_token", Rest::none,
+         [](const Router& router, const Request& request, string_view) {
+             return router.accounts_.issueToken(request);
+         }},
+        {"POST", "users", Rest::none,
+         [](const Router& router, const Request& request, string_view) {
+             return router.accounts_.createAccount(request);
+         }},
+        {"GET", "users/me", Rest::none,
+         [](const Router& router, const Request& request, string_view) {
+             return router.accounts_.currentAccount(request);
+         }},
+        {"PUT", "users/me", Rest::none,
+         [](const Router& router, const Request& request, string_view) {
+             return router.accounts_.updateAccount(request);
+         }},
+        {"GET", "users/me/authtoken", Rest::none,
+         [](const Router& router, const Request& request, string_view) {
+             return router.accounts_.authenticationToken(request);
+         }},
+        {"GET", "users/me/access_tokens", Rest::none,
+         [](const Router& router, const Request& request, string_view) { return router.accounts_.devices(request); }},
+        {"DELETE", "users/me/access_tokens/", Rest::text,
+         [](const Router& router, const Request& request, string_view token) {
+             return router.accounts_.revokeToken(request, token);
+         }},
+    };
+    return all;
+}
+
 Answer Router::answer(const Request& request) const {
     check_.host(request);
     const std::string_view path = pathBelowBase(request.path());
-    const bool isGet = request.method == "GET";
-    const bool isPost = request.method == "POST";
-    if (path.size() == request.path().size()) {
+    std::string allowed;
+    if (path.size() != request.path().size()) {
+        for (const Operation& operation : operations()) {
+            const auto rest = operation.restOf(path);
+            if (rest && operation.method == request.method) {
+                return operation.serve(*this, request, *rest);
+            }
+            if (rest) {
+                allowed.append(allowed.empty() ? "" : ", ").append(operation.method);
+            }
+        }
+    }
+    if (allowed.empty()) {
         return plainText(404, "Not found");
     }
-    if (path == "status") {
-        return isGet ? status_.status(request) : wrongMethod("GET");
-    }
-    if (path == "servers") {
-        return isGet ? catalogue_.list(request) : wrongMethod("GET");
-    }
-    if (path.starts_with(serversPath)) {
-        return isGet ? catalogue_.server(request, path.substr(serversPath.size())) : wrongMethod("GET");
-    }
-    if (path == "oauth/access_token") {
-        return isPost ? accounts_.issueToken(request) : wrongMethod("POST");
-    }
-    if (path == "users") {
-        return isPost ? accounts_.createAccount(request) : wrongMethod("POST");
-    }
-    if (path == "users/me") {
-        if (request.method == "PUT") {
-            return accounts_.updateAccount(request);
-        }
-        return isGet ? accounts_.currentAccount(request) : wrongMethod("GET, PUT");
-    }
-    if (path == "users/me/authtoken") {
-        return isGet ? accounts_.authenticationToken(request) : wrongMethod("GET");
-    }
-    if (path == "users/me/access_tokens") {
-        return isGet ? accounts_.devices(request) : wrongMethod("GET");
-    }
-    if (path.starts_with(sessionsPath)) {
-        return request.method == "DELETE" ? accounts_.revokeToken(request, path.substr(sessionsPath.size()))
-                                          : wrongMethod("DELETE");
-    }
-    return plainText(404, "Not found");
+    Answer answer = plainText(405, "Method not allowed");
+    answer.headers.emplace_back("Allow", allowed);
+    return answer;
 }
 
 }  // namespace TarnwickService

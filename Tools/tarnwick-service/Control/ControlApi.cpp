@@ -1,5 +1,6 @@
 #include "Control/ControlApi.hpp"
 
+#include "Api/Router.hpp"
 #include "Control/ControlJson.hpp"
 #include "Control/FaultJson.hpp"
 #include "Service.hpp"
@@ -25,32 +26,49 @@ Answer noContent() {
 
 }  // namespace
 
-Answer ControlApi::answer(const Request& request) const {
-    const std::string_view path = request.path();
-    const auto is = [&](std::string_view method, std::string_view expected) {
-        return request.method == method && path == expected;
+std::span<const ControlApi::Order> ControlApi::orders() {
+    using std::string_view;
+    static constexpr Order all[] = {
+        {"GET", "/state", false, "hosts, ports, counters, accounts, tokens and how many faults are left",
+         [](const ControlApi& api, string_view) { return api.state(); }},
+        {"GET", "/requests", false, "the recorded requests",
+         [](const ControlApi& api, string_view) { return api.requests(); }},
+        {"POST", "/accounts", true, "creates an account",
+         [](const ControlApi& api, string_view body) { return api.createAccount(body); }},
+        {"GET", "/faults", false, "the faults that are left, and all that can be ordered",
+         [](const ControlApi& api, string_view) { return api.faults(); }},
+        {"POST", "/faults", true, "orders a fault, or a list of them",
+         [](const ControlApi& api, string_view body) { return api.addFaults(body); }},
+        {"DELETE", "/faults", false, "forgets the faults that are left",
+         [](const ControlApi& api, string_view) {
+             api.service_.faults().clear();
+             return noContent();
+         }},
+        {"POST", "/reset", false, "forgets accounts, tokens, faults, recorded requests and counters",
+         [](const ControlApi& api, string_view) {
+             api.service_.reset();
+             return noContent();
+         }},
     };
-    if (is("GET", "/state")) {
-        return state();
+    return all;
+}
+
+Answer ControlApi::answer(const Request& request) const {
+    std::string known;
+    for (const Order& order : orders()) {
+        if (request.method != order.method || request.path() != order.path) {
+            known.append(known.empty() ? "" : ", ").append(order.method).append(" ").append(order.path);
+            continue;
+        }
+        if (request.query()) {
+            refuseOrder("no query belongs to this order");
+        }
+        if (!order.hasBody && !request.body.empty()) {
+            refuseOrder("no body belongs to this order");
+        }
+        return order.serve(*this, request.body);
     }
-    if (is("GET", "/requests")) {
-        return requests();
-    }
-    if (is("POST", "/accounts")) {
-        return createAccount(request.body);
-    }
-    if (is("POST", "/faults")) {
-        return addFaults(request.body);
-    }
-    if (is("DELETE", "/faults")) {
-        service_.faults().clear();
-        return noContent();
-    }
-    if (is("POST", "/reset")) {
-        service_.reset();
-        return noContent();
-    }
-    return plainText(404, "GET /state, GET /requests, POST /accounts, POST /faults, DELETE /faults, POST /reset\n");
+    return plainText(404, known + '\n');
 }
 
 Answer ControlApi::state() const {
@@ -133,6 +151,22 @@ Answer ControlApi::createAccount(std::string_view body) const {
         service_.accounts().openSession(created->id, std::move(machine));
     }
     return json(201, {{"id", created->id}, {"username", created->username}});
+}
+
+Answer ControlApi::faults() const {
+    Json pending = Json::array();
+    for (const Fault& fault : service_.faults().pending()) {
+        pending.push_back({{"path", fault.path}, {"method", fault.method}, {"count", fault.count}});
+    }
+    Json kinds = Json::array();
+    for (const FaultKind& kind : faultKinds()) {
+        kinds.push_back({{"name", kind.name}, {"value", kind.value}, {"effect", kind.effect}});
+    }
+    Json requests = Json::array();
+    for (const Router::Operation& operation : Router::operations()) {
+        requests.push_back({{"method", operation.method}, {"path", operation.pattern()}});
+    }
+    return json(200, {{"pending", pending}, {"kinds", kinds}, {"requests", requests}});
 }
 
 Answer ControlApi::addFaults(std::string_view body) const {

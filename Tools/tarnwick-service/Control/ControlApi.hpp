@@ -2,22 +2,29 @@
 
 #include "Http/Exchange.hpp"
 
+#include <span>
+#include <string_view>
+
 namespace TarnwickService {
 
 class Service;
 
-/// Lets scripts look into a running service and order misbehaviour, in JSON over plain HTTP:
-///
-/// - `GET /state`: hosts, ports, counters, accounts, tokens and pending faults
-/// - `GET /requests`: the recorded requests
-/// - `POST /accounts`: {"username", "password", "email", "active", "migration_required", "devices": [{"name", "type"}]}
-/// - `POST /faults`: one fault or a list of them: {"count", "path", "method", "delay_ms", "status", "body" or
-///   "body_hex", "repeat", "content_type", "headers": {}, "cut": "before_answer" | "inside_header" |
-///   "after_body_bytes", "cut_after_bytes", "content_length", "takes_effect"}; every member may be left out
-/// - `DELETE /faults`
-/// - `POST /reset`
+/// Lets scripts look into a running service and order misbehaviour, in JSON over plain HTTP. What is misspelt, or could
+/// never have an effect, is refused with the status 400 and a sentence.
 class ControlApi {
 public:
+    struct Order {
+        const char* method;
+        const char* path;
+        bool hasBody;
+        /// For people.
+        const char* what;
+        Answer (*serve)(const ControlApi& api, std::string_view body);
+    };
+
+    /// All that can be ordered.
+    static std::span<const Order> orders();
+
     /// The service must outlive the object.
     explicit ControlApi(Service& service) : service_(service) {}
 
@@ -27,6 +34,7 @@ private:
     Answer state() const;
     Answer requests() const;
     Answer createAccount(std::string_view body) const;
+    Answer faults() const;
     Answer addFaults(std::string_view body) const;
 
     Service& service_;

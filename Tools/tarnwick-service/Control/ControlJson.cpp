@@ -1,7 +1,10 @@
 #include "Control/ControlJson.hpp"
 
+#include "CommandLine/NearestWord.hpp"
 #include "Http/Exchange.hpp"
 
+#include <numeric>
+#include <set>
 #include <utility>
 
 namespace TarnwickService {
@@ -10,9 +13,27 @@ void refuseOrder(const std::string& text) {
     throw Refusal(400, text);
 }
 
+void refuseWord(const std::string& what, const std::string& word, const std::vector<std::string>& words) {
+    const std::string list =
+        std::accumulate(words.begin(), words.end(), std::string(),
+                        [](const auto& text, const auto& each) { return text.empty() ? each : text + ", " + each; });
+    refuseOrder(what + ": \"" + word + "\" is none of " + list + CommandLine::suggestion(word, words));
+}
+
 Json parseOrder(std::string_view body) {
+    std::vector<std::set<std::string>> namesByDepth;
+    const auto refuseRepetition = [&](int /*depth*/, Json::parse_event_t event, Json& parsed) {
+        if (event == Json::parse_event_t::object_start) {
+            namesByDepth.emplace_back();
+        } else if (event == Json::parse_event_t::object_end) {
+            namesByDepth.pop_back();
+        } else if (event == Json::parse_event_t::key && !namesByDepth.back().insert(parsed.get<std::string>()).second) {
+            refuseOrder(parsed.get<std::string>() + ": stands twice in one object");
+        }
+        return true;
+    };
     try {
-        return Json::parse(body);
+        return Json::parse(body, refuseRepetition);
     } catch (const Json::exception& error) {
         refuseOrder(error.what());
     }
@@ -25,6 +46,7 @@ Members::Members(Json object) : object_(std::move(object)) {
 }
 
 std::optional<Json> Members::take(const char* name) {
+    known_.emplace_back(name);
     const auto found = object_.find(name);
     if (found == object_.end()) {
         return std::nullopt;
@@ -42,10 +64,12 @@ std::optional<std::string> Members::text(const char* name) {
     return value ? std::optional(value->get<std::string>()) : std::nullopt;
 }
 
-std::optional<std::uint64_t> Members::number(const char* name, std::uint64_t largest) {
+std::optional<std::uint64_t> Members::number(const char* name, std::uint64_t least, std::uint64_t largest) {
     const auto value = take(name);
-    if (value && (!value->is_number_unsigned() || value->get<std::uint64_t>() > largest)) {
-        refuseOrder(std::string(name) + ": a number from 0 to " + std::to_string(largest) + " is expected");
+    const auto fits = [&](std::uint64_t number) { return number >= least && number <= largest; };
+    if (value && !(value->is_number_unsigned() && fits(value->get<std::uint64_t>()))) {
+        refuseOrder(std::string(name) + ": a whole number from " + std::to_string(least) + " to " +
+                    std::to_string(largest) + " is expected");
     }
     return value ? std::optional(value->get<std::uint64_t>()) : std::nullopt;
 }
@@ -60,7 +84,7 @@ bool Members::flag(const char* name, bool standard) {
 
 void Members::requireNoMore() const {
     if (!object_.empty()) {
-        refuseOrder("unknown member " + object_.begin().key());
+        refuseWord("member", object_.begin().key(), known_);
     }
 }
 

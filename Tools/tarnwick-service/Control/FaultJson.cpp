@@ -1,9 +1,15 @@
 #include "Control/FaultJson.hpp"
 
 #include "Control/ControlJson.hpp"
+#include "Control/FaultConsistency.hpp"
+#include "Control/FaultTarget.hpp"
 
 #include <charconv>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
 
 namespace TarnwickService {
 namespace {
@@ -34,69 +40,145 @@ std::string repeated(const std::string& text, std::size_t times) {
     return result;
 }
 
-Cut cutFrom(const std::string& text) {
-    if (text == "before_answer") {
-        return Cut::beforeAnswer;
-    }
-    if (text == "inside_header") {
-        return Cut::insideHeader;
-    }
-    if (text == "after_body_bytes") {
-        return Cut::afterBodyBytes;
-    }
-    refuseOrder("cut: before_answer, inside_header or after_body_bytes is expected");
-}
-
 std::vector<std::pair<std::string, std::string>> headersFrom(const Json& object) {
+    constexpr const char* expected = "headers: an object of texts is expected";
     std::vector<std::pair<std::string, std::string>> headers;
-    if (!object.is_object()) {
-        refuseOrder("headers: an object of texts is expected");
+    if (!object.is_object() || object.empty()) {
+        refuseOrder(expected);
     }
     for (const auto& [name, value] : object.items()) {
         if (!value.is_string()) {
-            refuseOrder("headers: an object of texts is expected");
+            refuseOrder(expected);
         }
         headers.emplace_back(name, value.get<std::string>());
     }
     return headers;
 }
 
-Fault faultFrom(const Json& object) {
+struct Value {
+    std::string value;
+    std::string effect;
+};
+
+struct Member {
+    const char* name;
+    std::vector<Value> values;
+    /// Takes it out of the order, if it is there.
+    std::function<void(Members&, Fault&)> read;
+};
+
+Member number(const char* name, std::uint64_t least, std::uint64_t largest, std::string effect,
+              void (*set)(Fault&, std::uint64_t)) {
+    return {name,
+            {{"a whole number from " + std::to_string(least) + " to " + std::to_string(largest), std::move(effect)}},
+            [=](Members& members, Fault& fault) {
+                if (const auto given = members.number(name, least, largest)) {
+                    set(fault, *given);
+                }
+            }};
+}
+
+Member text(const char* name, std::string effect, void (*set)(Fault&, std::string)) {
+    return {name, {{"a text", std::move(effect)}}, [=](Members& members, Fault& fault) {
+                if (auto given = members.text(name)) {
+                    set(fault, std::move(*given));
+                }
+            }};
+}
+
+Member choiceOfCut() {
+    struct Choice {
+        const char* word;
+        Cut cut;
+        const char* effect;
+    };
+    static constexpr Choice choices[] = {
+        {"before_answer", Cut::beforeAnswer, "the connection closes instead of an answer"},
+        {"inside_header", Cut::insideHeader, "the connection closes in the middle of the answer's header block"},
+        {"after_body_bytes", Cut::afterBodyBytes, "the connection closes after cut_after_bytes bytes of the body"}};
+    Member member{"cut", {}, [](Members& members, Fault& fault) {
+                      const auto given = members.text("cut");
+                      std::vector<std::string> words;
+                      for (const auto& [word, cut, effect] : choices) {
+                          if (given == word) {
+                              fault.cut = cut;
+                          }
+                          words.emplace_back(word);
+                      }
+                      if (given && fault.cut == Cut::none) {
+                          refuseWord("cut", *given, words);
+                      }
+                  }};
+    for (const auto& [word, cut, effect] : choices) {
+        member.values.push_back({'"' + std::string(word) + '"', effect});
+    }
+    return member;
+}
+
+/// In the order in which they are read.
+const std::vector<Member>& allMembers() {
     constexpr std::uint64_t mostRequests = 1'000'000'000;
     constexpr std::uint64_t longestDelay = 3'600'000;
+    // Those below are not final: another answer follows.
+    constexpr std::uint64_t firstFinalStatus = 200;
     constexpr std::uint64_t largestStatus = 999;
     constexpr std::uint64_t largestLength = std::uint64_t{1} << 62U;
+    static const std::vector<Member> all{
+        text("path",
+             "only requests to this path below /vb/, or to those that begin with what stands before a '*' at its end; "
+             "without it all",
+             [](Fault& fault, std::string given) { fault.path = std::move(given); }),
+        text("method", "only requests with this method; without it all",
+             [](Fault& fault, std::string given) { fault.method = std::move(given); }),
+        number("count", 1, mostRequests, "how many requests it meets; without it one",
+               [](Fault& fault, std::uint64_t given) { fault.count = given; }),
+        number("delay_ms", 1, longestDelay, "milliseconds that pass before anything else happens",
+               [](Fault& fault, std::uint64_t given) { fault.delay = std::chrono::milliseconds(given); }),
+        number("status", firstFinalStatus, largestStatus, "this status instead of the service's own answer",
+               [](Fault& fault, std::uint64_t given) { fault.status = static_cast<unsigned>(given); }),
+        text("body", "this body, byte for byte, instead of the service's own answer",
+             [](Fault& fault, std::string given) { fault.body = std::move(given); }),
+        {"body_hex",
+         {{"a text of hexadecimal digits", "the same, for bytes that JSON can't hold"}},
+         [](Members& members, Fault& fault) {
+             if (const auto given = members.text("body_hex")) {
+                 fault.body = fromHexadecimal(*given);
+             }
+         }},
+        number("repeat", 1, mostRequests, "how often the body stands in the answer",
+               [](Fault& fault, std::uint64_t given) { fault.body = repeated(fault.body.value_or(""), given); }),
+        text("content_type", "the Content-Type of an answer with that status or body; without it plain text",
+             [](Fault& fault, std::string given) { fault.contentType = std::move(given); }),
+        {"headers",
+         {{"an object of texts", "headers put into the answer, in place of those with the same name"}},
+         [](Members& members, Fault& fault) {
+             if (const auto given = members.take("headers")) {
+                 fault.headers = headersFrom(*given);
+             }
+         }},
+        choiceOfCut(),
+        number("cut_after_bytes", 0, largestLength, "for the cut after_body_bytes; without it 0",
+               [](Fault& fault, std::uint64_t given) { fault.cutAfterBytes = given; }),
+        number("content_length", 0, largestLength, "this Content-Length, whatever the length; the connection closes",
+               [](Fault& fault, std::uint64_t given) { fault.contentLength = given; }),
+        {"takes_effect",
+         {{"true or false",
+           "whether the request has its effect although its answer is replaced or withheld; without "
+           "it it has none"}},
+         [](Members& members, Fault& fault) { fault.takesEffect = members.flag("takes_effect", false); }},
+    };
+    return all;
+}
+
+Fault faultFrom(const Json& object) {
     Members members(object);
     Fault fault;
-    fault.count = members.number("count", mostRequests).value_or(fault.count);
-    fault.path = members.text("path").value_or("");
-    fault.method = members.text("method").value_or("");
-    fault.delay = std::chrono::milliseconds(members.number("delay_ms", longestDelay).value_or(0));
-    if (const auto status = members.number("status", largestStatus)) {
-        constexpr std::uint64_t firstFinalStatus = 200;
-        if (*status < firstFinalStatus) {
-            refuseOrder("status: a final one, from 200 on, is expected");
-        }
-        fault.status = static_cast<unsigned>(*status);
+    for (const Member& member : allMembers()) {
+        member.read(members, fault);
     }
-    fault.body = members.text("body");
-    if (const auto hexadecimal = members.text("body_hex")) {
-        fault.body = fromHexadecimal(*hexadecimal);
-    }
-    if (const auto times = members.number("repeat", mostRequests); times && fault.body) {
-        fault.body = repeated(*fault.body, *times);
-    }
-    fault.contentType = members.text("content_type").value_or(fault.contentType);
-    if (const auto headers = members.take("headers")) {
-        fault.headers = headersFrom(*headers);
-    }
-    if (const auto cut = members.text("cut")) {
-        fault.cut = cutFrom(*cut);
-    }
-    fault.cutAfterBytes = members.number("cut_after_bytes", largestLength).value_or(0);
-    fault.contentLength = members.number("content_length", largestLength);
-    fault.takesEffect = members.flag("takes_effect", false);
     members.requireNoMore();
+    requireConsistency(object);
+    requireTarget(fault);
     return fault;
 }
 
@@ -112,7 +194,20 @@ std::vector<Fault> readFaults(std::string_view body) {
     } else {
         faults.push_back(faultFrom(value));
     }
+    if (faults.empty()) {
+        refuseOrder("a list without a fault");
+    }
     return faults;
+}
+
+std::vector<FaultKind> faultKinds() {
+    std::vector<FaultKind> kinds;
+    for (const Member& member : allMembers()) {
+        for (const auto& [value, effect] : member.values) {
+            kinds.push_back({member.name, value, effect});
+        }
+    }
+    return kinds;
 }
 
 }  // namespace TarnwickService

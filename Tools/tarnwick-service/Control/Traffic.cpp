@@ -3,7 +3,6 @@
 #include "Api/Router.hpp"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 namespace TarnwickService {
@@ -13,19 +12,11 @@ constexpr std::size_t mostRecorded = 1000;
 
 // A closed set of names, whatever clients ask for: the counts must not grow without bound.
 std::string_view countedPath(const Request& request) {
-    constexpr std::array<std::string_view, 9> paths{"status",
-                                                    "servers",
-                                                    "servers/",
-                                                    "oauth/access_token",
-                                                    "users",
-                                                    "users/me",
-                                                    "users/me/authtoken",
-                                                    "users/me/access_tokens",
-                                                    "users/me/access_tokens/"};
     const std::string_view path = pathBelowBase(request.path());
-    const auto found = std::ranges::find_if(
-        paths, [&](std::string_view known) { return known.ends_with('/') ? path.starts_with(known) : path == known; });
-    return path.size() == request.path().size() || found == paths.end() ? "other" : *found;
+    const auto operations = Router::operations();
+    const auto found =
+        std::ranges::find_if(operations, [&](const auto& operation) { return operation.restOf(path).has_value(); });
+    return path.size() == request.path().size() || found == operations.end() ? "other" : found->path;
 }
 
 }  // namespace

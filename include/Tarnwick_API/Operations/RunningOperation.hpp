@@ -23,8 +23,8 @@ class RunningOperation {
 public:
     using OnOutcome = Platform::MoveOnlyFunction<void(Outcome<T>)>;
 
-    RunningOperation(OnOutcome onOutcome, std::shared_ptr<Platform::MainQueue> queue)
-        : onOutcome_{std::move(onOutcome)}, queue_{std::move(queue)} {}
+    RunningOperation(OnOutcome onOutcome, const std::shared_ptr<Platform::MainQueue>& queue)
+        : onOutcome_{std::move(onOutcome)}, queue_{queue} {}
 
     void end(Outcome<T> outcome) {
         // What the application starts in its answer is not to be stopped with this.
@@ -37,18 +37,22 @@ public:
 
     /// Ends `running` later, on the queue.
     static void endSoon(const std::shared_ptr<RunningOperation>& running, Failure failure) {
-        running->queue_->soon([running, failure = std::move(failure)] { running->end(Outcome<T>{failure}); });
+        if (const auto queue = running->queue_.lock()) {
+            queue->soon([running, failure = std::move(failure)] { running->end(Outcome<T>{failure}); });
+        }
     }
 
     /// Has `token` end `running` with an error, from whatever thread.
     static void endOnStop(const std::shared_ptr<RunningOperation>& running, const Platform::StopToken& token) {
         running->ownersOfStop_.push_back(
-            token.onStop([weak = std::weak_ptr{running}, queue = running->queue_](Platform::StopReason reason) {
-                queue->soon([weak, reason] {
-                    if (const auto stopped = weak.lock()) {
-                        stopped->end(Outcome<T>{Failure{CancellationError{reason}}});
-                    }
-                });
+            token.onStop([weak = std::weak_ptr{running}, weakQueue = running->queue_](Platform::StopReason reason) {
+                if (const auto queue = weakQueue.lock()) {
+                    queue->soon([weak, reason] {
+                        if (const auto stopped = weak.lock()) {
+                            stopped->end(Outcome<T>{Failure{CancellationError{reason}}});
+                        }
+                    });
+                }
             }));
     }
 
@@ -62,8 +66,9 @@ public:
         for (const auto& token : tokens) {
             ownersOfStop_.push_back(token.onStop([any](Platform::StopReason reason) { any.stop(reason); }));
         }
-        if (time) {
-            queue_->after(*time, [any] { any.stop(Platform::StopReason::deadlinePassed); });
+        const auto queue = queue_.lock();
+        if (time && queue) {
+            queue->after(*time, [any] { any.stop(Platform::StopReason::deadlinePassed); });
         }
         return any.token();
     }
@@ -98,7 +103,8 @@ public:
 
 private:
     OnOutcome onOutcome_;
-    std::shared_ptr<Platform::MainQueue> queue_;
+    // Not kept alive: the queue's own tasks hold this.
+    std::weak_ptr<Platform::MainQueue> queue_;
     std::vector<Platform::StopToken::Registration> ownersOfStop_;
 };
 
