@@ -76,13 +76,19 @@ Json toJson(const Country& country) {
 Json toJson(const Server& server) {
     Json configurations = Json::array();
     for (const auto& configuration : server.configurations) {
+        Json dns = Json::array();
+        for (const auto* address : {&configuration.dns1, &configuration.dns2, &configuration.dns3}) {
+            if (!address->empty()) {
+                dns.push_back(*address);
+            }
+        }
         configurations.push_back({{"id", configuration.id},
                                   {"name", configuration.name},
                                   {"type", configuration.type},
-                                  {"dns", {configuration.dns1, configuration.dns2, configuration.dns3}},
-                                  {"clientdata", orNull(configuration.clientdata)},
+                                  {"dns", std::move(dns)},
+                                  {"clientData", orNull(configuration.clientdata)},
                                   {"port", orNull(configuration.port)},
-                                  {"portrange", orNull(configuration.portrange)}});
+                                  {"portRange", orNull(configuration.portrange)}});
     }
     return {{"id", server.id},
             {"name", server.name},

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace CommandLine {
+
+/// What `app` is for and how it is used, in lines of `width` columns at most where words allow it.
+[[nodiscard]] std::string helpText(const CLI::App& app, std::size_t width);
+
+}  // namespace CommandLine
