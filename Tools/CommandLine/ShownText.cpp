@@ -87,7 +87,7 @@ std::optional<std::string> shownText(const CLI::App& program, const CLI::ParseEr
     if (isHelpWanted(command)) {
         return helpText(command, width);
     }
-    if (dynamic_cast<const CLI::CallForHelp*>(&error) != nullptr) {
+    if (dynamic_cast<const CLI::CallForHelp*>(&error) != nullptr && command.get_name() == helpCommand) {
         return helpText(commandNamed(program, command.get_option("command")->results()), width);
     }
     if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success)) {

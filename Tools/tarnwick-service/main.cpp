@@ -1,5 +1,8 @@
+#include "CommandLine/Completion.hpp"
+#include "CommandLine/ShownText.hpp"
 #include "CommandLine/UsageMessage.hpp"
 #include "Service.hpp"
+#include "ServiceManual.hpp"
 
 #include <csignal>
 #include <cstdlib>
@@ -57,7 +60,8 @@ void addOptions(CLI::App& app, Options& options) {
     app.add_option("--control-port", configuration.controlPort,
                    "Port of the control interface on 127.0.0.1; 0 takes a free one")
         ->capture_default_str();
-    app.add_option("--api-host", configuration.apiHost, "Host that requests must name; default: localhost:PORT");
+    app.add_option("--api-host", configuration.apiHost, "Host that requests must name [localhost:PORT]")
+        ->option_text("HOST");
     app.add_option("--consumer-key", configuration.consumerKey, "OAuth consumer key")->capture_default_str();
     app.add_option("--consumer-secret", configuration.consumerSecret, "OAuth consumer secret")->capture_default_str();
     app.add_option("--restricted-consumer-key", configuration.restrictedConsumerKey,
@@ -68,11 +72,17 @@ void addOptions(CLI::App& app, Options& options) {
     app.add_option("--servers", configuration.serverCount, "Servers in the catalogue")
         ->check(CLI::Range(std::size_t{1}, TarnwickService::Catalogue::mostServers))
         ->capture_default_str();
-    app.add_option("--account", options.accounts, "NAME:PASSWORD of an account that exists from the start");
-    app.add_option("--migrating-account", options.migratingAccounts, "The same, still to be migrated");
-    app.add_option("--certificate-name", configuration.certificateNames, "Further name or address in the certificate");
-    app.add_option("--ca-file", options.caFile, "Where to write the CA certificate; default: a temporary file");
-    app.add_option("--ready-file", options.readyFile, "Where to write the line that tells the ports");
+    app.add_option("--account", options.accounts, "An account that exists from the start; repeatable")
+        ->option_text("NAME:PASSWORD");
+    app.add_option("--migrating-account", options.migratingAccounts, "The same, still to be migrated")
+        ->option_text("NAME:PASSWORD");
+    app.add_option("--certificate-name", configuration.certificateNames,
+                   "Further name or address in the certificate; repeatable")
+        ->option_text("NAME");
+    app.add_option("--ca-file", options.caFile, "Where to write the CA certificate [a temporary file]")
+        ->option_text("FILE");
+    app.add_option("--ready-file", options.readyFile, "Where to write the line that tells the ports")
+        ->option_text("FILE");
     app.add_option("--caller-address", configuration.callerAddress, "Public address that callers appear to have")
         ->capture_default_str();
     app.add_option("--caller-zone", configuration.callerZone, "Time zone whose city callers appear to be in")
@@ -188,12 +198,22 @@ int reportUse(const std::string& message) {
 int main(int argumentCount, char** arguments) {
     Options options;
     CLI::App app("Stands in for the VPN service over HTTPS on this machine", "tarnwick-service");
-    app.set_version_flag("--version", "tarnwick-service " TARNWICK_SERVICE_VERSION);
+    CommandLine::addDocumentationOptions(app, TarnwickService::serviceManual());
     addOptions(app, options);
+    app.footer(TarnwickService::helpNotes);
+    if (const auto words = CommandLine::wordsToComplete(argumentCount, arguments)) {
+        std::cout << CommandLine::completions(app, *words);
+        return EXIT_SUCCESS;
+    }
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {
-        return error.get_exit_code() == 0 ? app.exit(error) : reportUse(CommandLine::usageMessage(app, error));
+        constexpr std::size_t usualWidth = 80;
+        if (const auto text = CommandLine::shownText(app, error, usualWidth)) {
+            std::cout << *text << std::flush;
+            return std::cout ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
+        return reportUse(CommandLine::usageMessage(app, error));
     }
     try {
         run(std::move(options));

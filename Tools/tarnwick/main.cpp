@@ -99,7 +99,7 @@ TarnwickClient::Result resultOf(const Settings& settings, const Command& command
 }
 
 int runCommand(const Settings& settings, const Command& command) {
-    const ResultStream results;
+    const ResultStream results{settings.verbose};
     try {
         const auto result = resultOf(settings, command);
         results.write(settings.json ? document(result.json)

@@ -118,7 +118,7 @@ void addServers(CLI::App& app, std::vector<Command>& commands) {
         ->required()
         ->check(checkCountry);
     addPosition(*command, *arguments);
-    addNotes(*command, {"tarnwick servers DE", "tarnwick servers DE --json | jq --raw-output '.[0].hostname'"},
+    addNotes(*command, {"tarnwick servers DE", "tarnwick servers DE --json | jq --raw-output '.[0].ip'"},
              serversShape);
     commands.push_back({command,
                         [arguments](Client& client) {
@@ -166,7 +166,7 @@ void addServer(CLI::App& app, std::vector<Command>& commands) {
         ->option_text("ID")
         ->required()
         ->check(wholeNumber());
-    addNotes(*command, {"tarnwick server 1", "tarnwick server \"$(tarnwick servers DE --json | jq '.[0].id')\""},
+    addNotes(*command, {"tarnwick server 1000", "tarnwick server \"$(tarnwick servers DE --json | jq '.[0].id')\""},
              "{id, name, ip, hostname, countryCode, country, city, language, distance, latitude, longitude, "
              "currentUsers, maxUsers, type, configurations: [{id, name, type, dns: [], clientData, port, "
              "portRange}]}");

@@ -22,6 +22,11 @@ Json orNull(const std::optional<T>& value) {
     return value ? Json(*value) : Json(nullptr);
 }
 
+/// Lists leave out some texts, which then are empty.
+Json textOrNull(const std::string& text) {
+    return text.empty() ? Json(nullptr) : Json(text);
+}
+
 Json typeOrNull(const std::optional<LocationType>& type) {
     return type ? Json(name(*type)) : Json(nullptr);
 }
@@ -93,11 +98,11 @@ Json toJson(const Server& server) {
     return {{"id", server.id},
             {"name", server.name},
             {"ip", server.ip},
-            {"hostname", server.hostname},
+            {"hostname", textOrNull(server.hostname)},
             {"countryCode", server.location.countrycode},
             {"country", server.localizedCountryName()},
             {"city", orNull(server.location.city)},
-            {"language", server.location.language},
+            {"language", textOrNull(server.location.language)},
             {"distance", orNull(server.location.distance)},
             {"latitude", orNull(server.location.latitude)},
             {"longitude", orNull(server.location.longitude)},
