@@ -1,7 +1,7 @@
 #include "CommandLine/Completion.hpp"
 
 #include "CommandLine/Description.hpp"
-#include "CommandLine/ShownText.hpp"
+#include "CommandLine/Help.hpp"
 
 #include <algorithm>
 #include <string_view>

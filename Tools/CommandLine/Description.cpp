@@ -30,9 +30,12 @@ std::string placeholderOf(const CLI::Option& option) {
     if (option.get_items_expected_max() == 0) {
         return {};
     }
-    const auto& chosen = option.get_option_text();
+    if (const auto& chosen = option.get_option_text(); !chosen.empty()) {
+        return chosen;
+    }
     const auto type = option.get_type_name();
-    return chosen.empty() ? type.substr(0, type.find(':')) : chosen;
+    const auto name = type.substr(0, type.find(':'));
+    return name == "INT" || name == "UINT" ? "NUMBER" : name;
 }
 
 OptionDescription describe(const CLI::Option& option) {

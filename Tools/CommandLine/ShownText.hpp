@@ -13,8 +13,6 @@ class ParseError;
 
 namespace CommandLine {
 
-inline constexpr const char* helpCommand = "help";
-
 /// Adds the options by which `program` prints its version, its completion scripts and its manual page.
 void addDocumentationOptions(CLI::App& program, const Manual& manual);
 

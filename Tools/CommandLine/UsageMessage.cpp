@@ -1,8 +1,8 @@
 #include "CommandLine/UsageMessage.hpp"
 
 #include "CommandLine/Description.hpp"
+#include "CommandLine/Help.hpp"
 #include "CommandLine/NearestWord.hpp"
-#include "CommandLine/ShownText.hpp"
 
 #include <algorithm>
 #include <vector>
@@ -38,6 +38,20 @@ std::vector<std::string> optionNames(const CLI::App& command) {
     return names;
 }
 
+/// The parser's words begin with the option's name and go on about how many values are required.
+std::string wrongCount(const CLI::App& command, const std::string& words) {
+    const auto name = words.substr(0, words.find(':'));
+    for (const auto* app = &command; app != nullptr; app = app->get_parent()) {
+        for (const auto& option : optionsOf(*app)) {
+            const auto isIt = std::find(option.names.begin(), option.names.end(), name) != option.names.end();
+            if (isIt && !option.placeholder.empty()) {
+                return name + ": needs " + option.placeholder;
+            }
+        }
+    }
+    return words;
+}
+
 }  // namespace
 
 std::string unknownWord(const CLI::App& command, const std::string& word) {
@@ -61,6 +75,9 @@ std::string helpHint(const CLI::App& program) {
 std::string usageMessage(const CLI::App& app, const CLI::ParseError& error) {
     const auto isAboutWords = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr ||
                               dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+        return wrongCount(parsedCommand(app), error.what());
+    }
     if (!isAboutWords) {
         return error.what();
     }
