@@ -71,11 +71,8 @@ public:
 
 private:
     void enter(const std::string& word) {
-        const auto commands = commandsOf(*command_);
-        const auto found = std::find_if(commands.begin(), commands.end(),
-                                        [&](const auto* command) { return command->get_name() == word; });
-        if (found != commands.end()) {
-            command_ = *found;
+        if (const auto* command = commandNamed(*command_, word)) {
+            command_ = command;
             argumentCount_ = 0;
         } else {
             ++argumentCount_;
@@ -135,12 +132,6 @@ void addOptionNames(Candidates& candidates, const Position& position) {
     }
 }
 
-bool hasCommand(const CLI::App& app, const std::string& name) {
-    const auto commands = commandsOf(app);
-    return std::any_of(commands.begin(), commands.end(),
-                       [&](const auto* command) { return command->get_name() == name; });
-}
-
 }  // namespace
 
 std::optional<std::vector<std::string>> wordsToComplete(int argumentCount, const char* const* arguments) {
@@ -154,7 +145,7 @@ std::string completions(const CLI::App& app, const std::vector<std::string>& wor
     if (words.empty()) {
         return {};
     }
-    if (words.size() > 1 && words.front() == helpCommand && hasCommand(app, helpCommand)) {
+    if (words.size() > 1 && words.front() == helpCommand && commandNamed(app, helpCommand) != nullptr) {
         return completions(app, {words.begin() + 1, words.end()}, sources);
     }
     Position position{app};

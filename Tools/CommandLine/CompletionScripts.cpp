@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -12,7 +13,7 @@ namespace {
 // Bash takes words apart at "=" and ":" too and puts in only what follows the last of them, which is `$2`.
 constexpr std::string_view bash = R"script(# bash completion of @PROGRAM@
 _@FUNCTION@() {
-    local line=${COMP_LINE:0:COMP_POINT} words word
+    local IFS=$' \t\n' line=${COMP_LINE:0:COMP_POINT} words word
     COMPREPLY=()
     read -ra words <<<"$line"
     [[ $line != *[[:space:]] ]] || words+=('')

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 
 #include <CLI/CLI.hpp>
 
@@ -94,6 +95,13 @@ std::vector<OptionDescription> argumentsOf(const CLI::App& app) {
 std::vector<const CLI::App*> commandsOf(const CLI::App& app) {
     return app.get_subcommands(
         [](const CLI::App* each) { return !each->get_name().empty() && !each->get_group().empty(); });
+}
+
+const CLI::App* commandNamed(const CLI::App& app, const std::string& name) {
+    const auto commands = commandsOf(app);
+    const auto found = std::find_if(commands.begin(), commands.end(),
+                                    [&](const auto* command) { return command->get_name() == name; });
+    return found == commands.end() ? nullptr : *found;
 }
 
 const CLI::App& parsedCommand(const CLI::App& program) {

@@ -33,6 +33,9 @@ struct OptionDescription {
 
 [[nodiscard]] std::vector<const CLI::App*> commandsOf(const CLI::App& app);
 
+/// The one of `commandsOf` that has the name; null when none has.
+[[nodiscard]] const CLI::App* commandNamed(const CLI::App& app, const std::string& name);
+
 /// The command that the parsed words have led to: the program itself when they name none.
 [[nodiscard]] const CLI::App& parsedCommand(const CLI::App& program);
 

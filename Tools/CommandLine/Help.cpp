@@ -29,7 +29,7 @@ public:
 
     void addParagraph(std::string_view words, std::size_t indent) {
         text_.append(indent, ' ');
-        addWrapped(words, indent, indent);
+        addWrapped(words, indent);
     }
 
     /// `termWidth`: how much room the terms of the same list take.
@@ -46,7 +46,7 @@ public:
             used = 0;
         }
         text_.append(column - used, ' ');
-        addWrapped(words, column, column);
+        addWrapped(words, column);
     }
 
     [[nodiscard]] std::string take() { return std::move(text_); }
@@ -55,7 +55,9 @@ private:
     static constexpr std::size_t narrow = 64;
     static constexpr std::size_t termColumn = 28;
 
-    void addWrapped(std::string_view words, std::size_t used, std::size_t indent) {
+    /// Goes on in a line of `indent` columns.
+    void addWrapped(std::string_view words, std::size_t indent) {
+        auto used = indent;
         while (!words.empty()) {
             const auto end = std::min(words.find(' '), words.size());
             if (used > indent) {

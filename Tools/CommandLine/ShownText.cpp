@@ -21,16 +21,14 @@ namespace {
     throw CLI::Success{text, CLI::ExitCodes::Success};
 }
 
-const CLI::App& commandNamed(const CLI::App& program, const std::vector<std::string>& words) {
+const CLI::App& commandOf(const CLI::App& program, const std::vector<std::string>& words) {
     const auto* place = &program;
     for (const auto& word : words) {
-        const auto commands = commandsOf(*place);
-        const auto found = std::find_if(commands.begin(), commands.end(),
-                                        [&](const auto* command) { return command->get_name() == word; });
-        if (found == commands.end()) {
+        const auto* command = commandNamed(*place, word);
+        if (command == nullptr) {
             throw CLI::ParseError{unknownWord(*place, word), CLI::ExitCodes::ExtrasError};
         }
-        place = *found;
+        place = command;
     }
     return *place;
 }
@@ -38,7 +36,8 @@ const CLI::App& commandNamed(const CLI::App& program, const std::vector<std::str
 /// Whatever else is wrong with a command line, or with the environment: who asks for help gets it.
 bool isHelpWanted(const CLI::App& command) {
     const auto* option = command.get_help_ptr();
-    return option != nullptr && option->count() > 0;
+    const auto isAskedFor = option != nullptr && option->count() > 0;
+    return isAskedFor || (command.get_parent() != nullptr && isHelpWanted(*command.get_parent()));
 }
 
 }  // namespace
@@ -77,7 +76,7 @@ void addHelpCommand(CLI::App& program) {
     // At once, before the settings are looked at.
     command->immediate_callback();
     command->callback([&program, words] {
-        static_cast<void>(commandNamed(program, *words));
+        static_cast<void>(commandOf(program, *words));
         throw CLI::CallForHelp{};
     });
 }
@@ -87,8 +86,8 @@ std::optional<std::string> shownText(const CLI::App& program, const CLI::ParseEr
     if (isHelpWanted(command)) {
         return helpText(command, width);
     }
-    if (dynamic_cast<const CLI::CallForHelp*>(&error) != nullptr && command.get_name() == helpCommand) {
-        return helpText(commandNamed(program, command.get_option("command")->results()), width);
+    if (dynamic_cast<const CLI::CallForHelp*>(&error) != nullptr) {
+        return helpText(commandOf(program, command.get_option("command")->results()), width);
     }
     if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success)) {
         return std::nullopt;
