@@ -13,4 +13,10 @@ namespace CommandLine {
 /// one that is.
 [[nodiscard]] std::string usageMessage(const CLI::App& app, const CLI::ParseError& error);
 
+/// Where to read more about the command that the parsed words name.
+[[nodiscard]] std::string helpHint(const CLI::App& program);
+
+/// What is wrong with `word`, which `command` knows neither as a command nor as an option.
+[[nodiscard]] std::string unknownWord(const CLI::App& command, const std::string& word);
+
 }  // namespace CommandLine

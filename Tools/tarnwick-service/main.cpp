@@ -1,6 +1,8 @@
+#include "CommandLine/Completion.hpp"
+#include "CommandLine/ShownText.hpp"
 #include "CommandLine/UsageMessage.hpp"
-#include "HelpText.hpp"
 #include "Service.hpp"
+#include "ServiceManual.hpp"
 
 #include <csignal>
 #include <cstdlib>
@@ -161,7 +163,6 @@ void addOptions(CLI::App& app, Options& options) {
     addClientOptions(app, options);
     addAnswerOptions(app, options.configuration);
     addFilterOptions(app, options.configuration.filterIds);
-    app.footer(TarnwickService::helpText());
 }
 
 void addAccount(Service& service, const std::string& text, bool migrationRequired) {
@@ -261,18 +262,23 @@ int reportUse(const std::string& message) {
 
 int main(int argumentCount, char** arguments) {
     Options options;
-    CLI::App app(
-        "Stands in for the VPN service, over HTTPS on this machine: accounts, sign-in, devices\n"
-        "and a catalogue. It refuses what deviates from the wire format and says why, and\n"
-        "misbehaves when told to. When it listens it writes one line of JSON: ports, host, CA\n"
-        "file, process. It runs until SIGINT or SIGTERM.",
-        "tarnwick-service");
-    app.set_version_flag("--version", "tarnwick-service " TARNWICK_SERVICE_VERSION);
+    CLI::App app("Stands in for the VPN service over HTTPS on this machine", "tarnwick-service");
+    CommandLine::addDocumentationOptions(app, TarnwickService::serviceManual());
     addOptions(app, options);
+    app.footer(TarnwickService::helpNotes());
+    if (const auto words = CommandLine::wordsToComplete(argumentCount, arguments)) {
+        std::cout << CommandLine::completions(app, *words);
+        return EXIT_SUCCESS;
+    }
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {
-        return error.get_exit_code() == 0 ? app.exit(error) : reportUse(CommandLine::usageMessage(app, error));
+        constexpr std::size_t usualWidth = 80;
+        if (const auto text = CommandLine::shownText(app, error, usualWidth)) {
+            std::cout << *text << std::flush;
+            return std::cout ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
+        return reportUse(CommandLine::usageMessage(app, error));
     }
     try {
         run(std::move(options));

@@ -3,10 +3,14 @@
 
 #include "Client/Client.hpp"
 #include "ClientVersion.hpp"
+#include "CommandLine/Completion.hpp"
+#include "CommandLine/ShownText.hpp"
 #include "CommandLine/UsageMessage.hpp"
 #include "Commands/Command.hpp"
 #include "Configuration/ConfigurationFile.hpp"
 #include "Configuration/Settings.hpp"
+#include "Documentation/ClientManual.hpp"
+#include "Documentation/CountryCodes.hpp"
 #include "Failures/ExitStatus.hpp"
 #include "Failures/Failure.hpp"
 #include "Keychain/KeychainChoice.hpp"
@@ -23,6 +27,7 @@
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#include <unistd.h>
 
 namespace {
 
@@ -33,6 +38,12 @@ using TarnwickClient::Failure;
 using TarnwickClient::Json;
 using TarnwickClient::ResultStream;
 using TarnwickClient::Settings;
+
+constexpr const char* examplesHelp =
+    "Examples:\n"
+    "  tarnwick login ada@example.org\n"
+    "  tarnwick countries --position 52.52,13.41\n"
+    "  tarnwick servers DE --json | jq '.[0]'\n";
 
 void introduceProgram() {
     Tarnwick_API::Platform::Bundle::setMain(
@@ -88,7 +99,7 @@ TarnwickClient::Result resultOf(const Settings& settings, const Command& command
 }
 
 int runCommand(const Settings& settings, const Command& command) {
-    const ResultStream results;
+    const ResultStream results{settings.verbose};
     try {
         const auto result = resultOf(settings, command);
         results.write(settings.json ? document(result.json)
@@ -103,14 +114,21 @@ int runCommand(const Settings& settings, const Command& command) {
     }
 }
 
-int reportUse(const std::string& message, bool isJson) {
+int reportUse(const CLI::App& app, const std::string& message, bool isJson) {
     const auto failure = Failure::usage(message);
     const auto status = report(failure);
-    std::cerr << "See tarnwick --help\n";
+    std::cerr << CommandLine::helpHint(app) << '\n';
     if (isJson) {
         std::cout << document(failure);
     }
     return status;
+}
+
+/// Lines that are longer are hard to read, also where there is room.
+std::size_t helpWidth() {
+    constexpr std::size_t usual = 80;
+    constexpr std::size_t widest = 100;
+    return std::min(TarnwickClient::terminalWidth(STDOUT_FILENO).value_or(usual), widest);
 }
 
 int runProgram(int argc, char** argv) {
@@ -118,27 +136,33 @@ int runProgram(int argc, char** argv) {
     Settings settings;
     std::vector<Command> commands;
     CLI::App app{"Client of the Tarnwick VPN service", "tarnwick"};
-    app.set_version_flag("--version", std::string{"tarnwick "} + TarnwickClient::clientVersion);
     app.fallthrough();
     app.require_subcommand(1);
-    // Commands inherit the footer that there is when they are added.
-    app.footer("Settings and exit statuses: tarnwick --help");
+    CommandLine::addDocumentationOptions(app, TarnwickClient::clientManual());
     const auto file = TarnwickClient::addSettings(app, settings);
     TarnwickClient::addSessionCommands(app, commands);
     TarnwickClient::addAccountCommands(app, commands);
     TarnwickClient::addCatalogueCommands(app, commands);
     TarnwickClient::addKeychainCommands(app, commands);
-    app.footer(std::string{TarnwickClient::settingsHelp} + "\n" + TarnwickClient::exitStatusHelp);
+    CommandLine::addHelpCommand(app);
+    app.footer(std::string{examplesHelp} + TarnwickClient::settingsHelp + "\n" + TarnwickClient::exitStatusHelp);
+    if (const auto words = CommandLine::wordsToComplete(argc, argv)) {
+        ResultStream{}.write(CommandLine::completions(app, *words, {{"CODE", &TarnwickClient::countryCodes}}));
+        return static_cast<int>(ExitStatus::ok);
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         // Parsing may have ended before it came to the option.
         const auto isJson = settings.json || std::find(argv, argv + argc, std::string_view{"--json"}) != argv + argc;
-        return error.get_exit_code() == 0 ? app.exit(error)
-                                          : reportUse(file->located(CommandLine::usageMessage(app, error)), isJson);
+        if (const auto text = CommandLine::shownText(app, error, helpWidth())) {
+            ResultStream{}.write(*text);
+            return static_cast<int>(ExitStatus::ok);
+        }
+        return reportUse(app, file->located(CommandLine::usageMessage(app, error)), isJson);
     }
     if (!file->mistake().empty()) {
-        return reportUse(file->mistake(), settings.json);
+        return reportUse(app, file->mistake(), settings.json);
     }
     const auto command =
         std::find_if(commands.begin(), commands.end(), [](const Command& each) { return each.app->parsed(); });

@@ -33,6 +33,7 @@ Result userResult(const User& user) {
 
 void addWhoami(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("whoami", "Show the signed-in account, as the service has it now");
+    addNotes(*command, {"tarnwick whoami", "tarnwick whoami --json | jq --raw-output .email"}, userShape);
     commands.push_back({command, [](Client& client) {
                             client.requireSignIn();
                             return userResult(
@@ -49,8 +50,13 @@ void addCreateUser(CLI::App& app, std::vector<Command>& commands) {
     };
     const auto arguments = std::make_shared<Arguments>();
     auto* command = app.add_subcommand("create-user", "Create an account; does not sign in");
-    command->add_option("user", arguments->username, "User name, an e-mail address")->envname("TARNWICK_USERNAME");
-    command->add_flag("--password-stdin", arguments->passwordFromInput, "Read the password from standard input");
+    command
+        ->add_option("user", arguments->username,
+                     "User name, an e-mail address, otherwise from TARNWICK_USERNAME, or asked for")
+        ->envname("TARNWICK_USERNAME");
+    command->add_flag("--password-stdin", arguments->passwordFromInput,
+                      "Read the password from standard input; else from TARNWICK_PASSWORD, or the terminal");
+    addNotes(*command, {"tarnwick create-user grace@example.org"}, "{created}");
     commands.push_back({command, [arguments](Client& client) {
                             const auto username = readUsername(arguments->username);
                             const auto password =
@@ -80,32 +86,37 @@ void addUpdateUser(CLI::App& app, std::vector<Command>& commands) {
     fields->require_option(1);
     command->add_flag("--password-stdin", arguments->passwordFromInput, "Read the new password from standard input")
         ->needs(password);
+    addNotes(*command, {"tarnwick update-user --email ada@lovelace.example", "tarnwick update-user --password"},
+             "{updated}");
     commands.push_back({command, [arguments, username](Client& client) {
                             client.requireSignIn();
                             auto field = UserField::email;
                             auto value = arguments->email;
+                            const char* name = "email";
                             const char* what = "e-mail address";
                             if (arguments->password) {
                                 field = UserField::password;
-                                what = "password";
+                                name = what = "password";
                                 value = readPassword({.variable = "TARNWICK_NEW_PASSWORD",
                                                       .fromStandardInput = arguments->passwordFromInput,
                                                       .question = "New password: ",
                                                       .isNew = true});
                             } else if (username->count() > 0) {
                                 field = UserField::username;
+                                name = "username";
                                 what = "user name";
                                 value = arguments->username;
                             }
                             client.run("Changing the account", [&](Completion<void> onCompletion) {
                                 client.api().updateUser(field, value, std::move(onCompletion));
                             });
-                            return sentence({{"updated", what}}, std::string{"Changed the "} + what + ".");
+                            return sentence({{"updated", name}}, std::string{"Changed the "} + what + ".");
                         }});
 }
 
 void addAuthToken(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("auth-token", "Print the user's authentication token");
+    addNotes(*command, {"tarnwick auth-token"}, "{authToken}");
     commands.push_back({command, [](Client& client) {
                             client.requireSignIn();
                             const auto token = client.ask<std::string>(

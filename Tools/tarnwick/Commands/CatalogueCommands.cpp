@@ -1,6 +1,7 @@
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 
 #include "Client/Client.hpp"
+#include "CommandLine/WordChoice.hpp"
 #include "Commands/Command.hpp"
 #include "Configuration/ValueChecks.hpp"
 #include "Output/LocationTables.hpp"
@@ -37,9 +38,9 @@ struct Arguments {
 
 void addProfile(CLI::App& command, Arguments& arguments) {
     command.add_option("--profile", arguments.profile, "What for: general, downloading or streaming [general]")
-        ->transform(choice<ServerProfile>({{"general", ServerProfile::general},
-                                           {"downloading", ServerProfile::downloading},
-                                           {"streaming", ServerProfile::streaming}}))
+        ->transform(CommandLine::choice<ServerProfile>({{"general", ServerProfile::general},
+                                                        {"downloading", ServerProfile::downloading},
+                                                        {"streaming", ServerProfile::streaming}}))
         ->option_text("NAME");
 }
 
@@ -93,6 +94,10 @@ void addCountries(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("countries", "List the countries that one can connect to");
     addProfile(*command, *arguments);
     addPosition(*command, *arguments);
+    addNotes(*command,
+             {"tarnwick countries", "tarnwick countries --position 52.52,13.41",
+              "tarnwick countries --profile streaming --json | jq '.[] | select(.full | not) | .countryCode'"},
+             "[{countryCode, country, full, currentUsers, maxUsers, distance, serviceId, serviceName, type}]");
     commands.push_back({command,
                         [arguments](Client& client) {
                             client.adoptStoredToken();
@@ -108,8 +113,13 @@ void addCountries(CLI::App& app, std::vector<Command>& commands) {
 void addServers(CLI::App& app, std::vector<Command>& commands) {
     const auto arguments = std::make_shared<Arguments>();
     auto* command = app.add_subcommand("servers", "List the servers of one country");
-    command->add_option("country", arguments->country, "Country code, such as DE")->required()->check(checkCountry);
+    command->add_option("country", arguments->country, "Code of the country, such as DE")
+        ->option_text("CODE")
+        ->required()
+        ->check(checkCountry);
     addPosition(*command, *arguments);
+    addNotes(*command, {"tarnwick servers DE", "tarnwick servers DE --json | jq --raw-output '.[0].ip'"},
+             serversShape);
     commands.push_back({command,
                         [arguments](Client& client) {
                             client.adoptStoredToken();
@@ -133,6 +143,8 @@ void addCandidates(CLI::App& app, std::vector<Command>& commands) {
         ->option_text("ID")
         ->needs(country);
     addProfile(*command, *arguments);
+    addNotes(*command, {"tarnwick candidates --country DE", "tarnwick candidates --country DE --profile streaming"},
+             serversShape);
     commands.push_back({command,
                         [arguments](Client& client) {
                             const auto hasCountry = !arguments->country.empty();
@@ -150,7 +162,14 @@ void addCandidates(CLI::App& app, std::vector<Command>& commands) {
 void addServer(CLI::App& app, std::vector<Command>& commands) {
     const auto arguments = std::make_shared<Arguments>();
     auto* command = app.add_subcommand("server", "Show one server with its configurations");
-    command->add_option("id", arguments->id, "The server's number")->required()->check(wholeNumber());
+    command->add_option("id", arguments->id, "The server's number")
+        ->option_text("ID")
+        ->required()
+        ->check(wholeNumber());
+    addNotes(*command, {"tarnwick server 1000", "tarnwick server \"$(tarnwick servers DE --json | jq '.[0].id')\""},
+             "{id, name, ip, hostname, countryCode, country, city, language, distance, latitude, longitude, "
+             "currentUsers, maxUsers, type, configurations: [{id, name, type, dns: [], clientData, port, "
+             "portRange}]}");
     commands.push_back({command, [arguments](Client& client) {
                             client.adoptStoredToken();
                             return serverResult(
@@ -162,6 +181,8 @@ void addServer(CLI::App& app, std::vector<Command>& commands) {
 
 void addFavorites(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("favorites", "List the service's default favourites");
+    addNotes(*command, {"tarnwick favorites", "tarnwick favorites --json | jq 'map(select(.country))'"},
+             "[{server: as in tarnwick servers} or {country: as in tarnwick countries}]");
     commands.push_back({command,
                         [](Client& client) {
                             client.adoptStoredToken();

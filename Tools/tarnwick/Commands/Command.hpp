@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -41,6 +42,16 @@ struct Command {
 
 /// A result of one sentence.
 [[nodiscard]] Result sentence(Json json, const std::string& text);
+
+/// Ends the help of a command with `examples` that work, a line each, and with the shape of its JSON document.
+void addNotes(CLI::App& command, std::initializer_list<const char*> examples, const std::string& json);
+
+/// The shapes of the documents that several commands print.
+inline constexpr const char* userShape =
+    "{id, username, email, active, location: {ip, country, countryCode, city, latitude, longitude}}";
+inline constexpr const char* serversShape =
+    "[{id, name, ip, hostname, countryCode, country, city, language, distance, latitude, longitude, currentUsers, "
+    "maxUsers, type, configurations: []}]";
 
 void addAccountCommands(CLI::App& app, std::vector<Command>& commands);
 void addSessionCommands(CLI::App& app, std::vector<Command>& commands);

@@ -170,16 +170,24 @@ Result forget(const Settings& settings) {
 void addKeychainCommands(CLI::App& app, std::vector<Command>& commands) {
     auto* group = app.add_subcommand("keychain", "Look after the keychain that keeps the access token");
     group->require_subcommand(1);
-    const auto add = [&](const char* name, const char* description, Result (*run)(const Settings&)) {
+    const auto add = [&](const char* name, const char* description, Result (*run)(const Settings&),
+                         std::initializer_list<const char*> examples, const char* json) {
         commands.push_back({.app = group->add_subcommand(name, description), .runLocally = run});
+        addNotes(*commands.back().app, examples, json);
     };
     add("status",
         "Show which keychain is in use and what it has, no secret; exit status 4 without a token, 6 when locked or "
         "out of order",
-        &showStatus);
-    add("unlock", "Ask to unlock the keychain, for as long as it takes", &unlock);
-    add("show-reference", "Print the item's persistent reference, as text or as hex:DIGITS", &showReference);
-    add("forget", "Delete the item; does not sign out at the service", &forget);
+        &showStatus, {"tarnwick keychain status", "tarnwick keychain status --json | jq --raw-output .location"},
+        "{keychain, location, status, statusCode, service, item, hasReference, requiresUserInteraction}; the last "
+        "three "
+        "only when the keychain can be read, and damagedFile when one was set aside");
+    add("unlock", "Ask to unlock the keychain, for as long as it takes", &unlock, {"tarnwick keychain unlock"},
+        "{unlocked}");
+    add("show-reference", "Print the item's persistent reference, as text or as hex:DIGITS", &showReference,
+        {"tarnwick keychain show-reference"}, "{reference, hex}");
+    add("forget", "Delete the item; does not sign out at the service", &forget, {"tarnwick keychain forget"},
+        "{forgotten}");
 }
 
 }  // namespace TarnwickClient

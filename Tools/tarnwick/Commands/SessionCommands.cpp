@@ -21,10 +21,21 @@ Result sentence(Json json, const std::string& text) {
     return {std::move(json), [line = printable(text) + "\n"](auto /*width*/) { return line; }};
 }
 
+void addNotes(CLI::App& command, std::initializer_list<const char*> examples, const std::string& json) {
+    std::string notes = "Examples:\n";
+    for (const auto* const example : examples) {
+        notes.append("  ").append(example).append("\n");
+    }
+    command.footer(notes + "With --json:\n" + json + "\n");
+}
+
 namespace {
 
 void addStatus(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("status", "Show what the service sees of this computer and expects of clients");
+    addNotes(*command, {"tarnwick status", "tarnwick status --json | jq --raw-output .ip"},
+             "{ip, minimumClientVersion, updateIntervalSeconds, apiVersion, location: {ip, country, countryCode, city, "
+             "latitude, longitude}}");
     commands.push_back(
         {command, [](Client& client) {
              const auto status = client.ask<Status>("Reading the status", [&](Completion<Status> onCompletion) {
@@ -53,10 +64,14 @@ void addLogin(CLI::App& app, std::vector<Command>& commands) {
     };
     const auto arguments = std::make_shared<Arguments>();
     auto* command = app.add_subcommand("login", "Sign in and keep the access token in the keychain");
-    command->add_option("user", arguments->username, "User name; asked for when missing")->envname("TARNWICK_USERNAME");
+    command->add_option("user", arguments->username, "User name, otherwise from TARNWICK_USERNAME, or asked for")
+        ->envname("TARNWICK_USERNAME");
     command->add_flag("--password-stdin", arguments->passwordFromInput,
                       "Read the password from standard input; else from TARNWICK_PASSWORD, or the terminal");
     command->add_flag("--import", arguments->import, "Take over an account of the legacy system");
+    addNotes(*command,
+             {"tarnwick login ada@example.org", "tarnwick login ada@example.org --password-stdin < password.txt"},
+             userShape);
     commands.push_back({command, [arguments](Client& client) {
                             const auto username = readUsername(arguments->username);
                             const auto password = readPassword({.fromStandardInput = arguments->passwordFromInput});
@@ -70,6 +85,7 @@ void addLogin(CLI::App& app, std::vector<Command>& commands) {
 
 void addLogout(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("logout", "Sign out and wipe the access token");
+    addNotes(*command, {"tarnwick logout"}, "{signedOut}");
     commands.push_back({command, [](Client& client) {
                             client.requireSignIn();
                             const auto error = client.error("Signing out", [&](Completion<void> onCompletion) {
@@ -89,6 +105,8 @@ void addLogout(CLI::App& app, std::vector<Command>& commands) {
 
 void addDevices(CLI::App& app, std::vector<Command>& commands) {
     auto* command = app.add_subcommand("devices", "List where the account is signed in; * marks this sign-in");
+    addNotes(*command, {"tarnwick devices", "tarnwick devices --json | jq '.[] | select(.current) | .deviceName'"},
+             "[{id, deviceName, application, type, created, current}]");
     commands.push_back(
         {command, [](Client& client) {
              client.requireSignIn();

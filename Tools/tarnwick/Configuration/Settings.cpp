@@ -2,6 +2,7 @@
 
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
 
+#include "CommandLine/WordChoice.hpp"
 #include "Configuration/ConfigurationFile.hpp"
 #include "Configuration/UserFolders.hpp"
 #include "Configuration/ValueChecks.hpp"
@@ -62,7 +63,7 @@ void addServiceSettings(CLI::App& app, Settings& settings) {
         environments.emplace_back(environmentNames[index], static_cast<ApiEnvironment>(index));
     }
     add(app, "environment", settings.environment, "Which installation of the service: dev, live, beta, staging [live]")
-        ->transform(choice(std::move(environments)))
+        ->transform(CommandLine::choice(std::move(environments)))
         ->option_text("NAME")
         ->group(group);
     for (std::size_t index = 0; index < environmentNames.size(); ++index) {
@@ -72,7 +73,7 @@ void addServiceSettings(CLI::App& app, Settings& settings) {
             ->group(group);
     }
     add(app, "api-version", settings.apiVersion, "Generation of the API: v1; v2 is an early stub that never answers")
-        ->transform(choice<ApiVersion>({{"v1", ApiVersion::v1}, {"v2", ApiVersion::v2}}))
+        ->transform(CommandLine::choice<ApiVersion>({{"v1", ApiVersion::v1}, {"v2", ApiVersion::v2}}))
         ->option_text("VERSION")
         ->group(group);
     add(app, "consumer-key", settings.consumerKey, "The application's key at the service")
@@ -131,7 +132,7 @@ void addLocalSettings(CLI::App& app, Settings& settings) {
     add(app, "keychain", settings.keychain,
         "Who keeps the token: system (the desktop's keyring), file (a private file) or auto, the first that works "
         "[auto]")
-        ->transform(choice<KeychainKind>(
+        ->transform(CommandLine::choice<KeychainKind>(
             {{"auto", KeychainKind::automatic}, {"system", KeychainKind::system}, {"file", KeychainKind::file}}))
         ->option_text("KIND")
         ->group(group);
@@ -155,9 +156,11 @@ std::shared_ptr<const ConfigurationFile> addSettings(CLI::App& app, Settings& se
     const auto folder = configurationFolder();
     const auto standard = folder.empty() ? std::string{} : (folder / "config.toml").string();
     app.set_config("--config", isChosen ? chosen : standard,
-                   "Read settings from this file, one name = value a line [~/.config/tarnwick/config.toml]", isChosen)
+                   "Read settings from this file, one name = value a line, or from the one that TARNWICK_CONFIG names "
+                   "[~/.config/tarnwick/config.toml]",
+                   isChosen)
         ->transform(userPath())
-        ->option_text("FILE (Env:TARNWICK_CONFIG)");
+        ->option_text("FILE");
     const auto file = std::make_shared<ConfigurationFile>(app);
     app.config_formatter(file);
     addFlag(app, "--json", "json", settings.json, "Print one JSON document for programs, errors too");

@@ -62,9 +62,10 @@ struct Settings {
 
 inline constexpr const char* settingsHelp =
     "Settings:\n"
-    "  Each option that takes a value may also stand in the configuration file, which is TOML, without the dashes\n"
-    "  (partner-id = 7), or in the environment (TARNWICK_PARTNER_ID=7). Options go before the environment, the\n"
-    "  environment before the file.\n";
+    "The options above, but for those that print something and end, may also stand in the configuration file, which "
+    "is\n"
+    "TOML, without the dashes (partner-id = 7), or in the environment (TARNWICK_PARTNER_ID=7). Options go before the\n"
+    "environment, the environment before the file.\n";
 
 class ConfigurationFile;
 

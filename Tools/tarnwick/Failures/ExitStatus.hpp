@@ -22,6 +22,7 @@ inline constexpr const char* exitStatusHelp =
     "  4    not signed in, or the name or password was refused\n"
     "  5    the service gave no usable answer, or none in time\n"
     "  6    something on this computer failed: a file, the keychain, the output\n"
-    "  130  interrupted (Ctrl-C)\n";
+    "  130  interrupted (Ctrl-C)\n"
+    "  141  whoever read the output has stopped reading\n";
 
 }  // namespace TarnwickClient

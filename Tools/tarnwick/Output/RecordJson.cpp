@@ -22,6 +22,11 @@ Json orNull(const std::optional<T>& value) {
     return value ? Json(*value) : Json(nullptr);
 }
 
+/// Lists leave out some texts, which then are empty.
+Json textOrNull(const std::string& text) {
+    return text.empty() ? Json(nullptr) : Json(text);
+}
+
 Json typeOrNull(const std::optional<LocationType>& type) {
     return type ? Json(name(*type)) : Json(nullptr);
 }
@@ -76,22 +81,28 @@ Json toJson(const Country& country) {
 Json toJson(const Server& server) {
     Json configurations = Json::array();
     for (const auto& configuration : server.configurations) {
+        Json dns = Json::array();
+        for (const auto* address : {&configuration.dns1, &configuration.dns2, &configuration.dns3}) {
+            if (!address->empty()) {
+                dns.push_back(*address);
+            }
+        }
         configurations.push_back({{"id", configuration.id},
                                   {"name", configuration.name},
                                   {"type", configuration.type},
-                                  {"dns", {configuration.dns1, configuration.dns2, configuration.dns3}},
-                                  {"clientdata", orNull(configuration.clientdata)},
+                                  {"dns", std::move(dns)},
+                                  {"clientData", orNull(configuration.clientdata)},
                                   {"port", orNull(configuration.port)},
-                                  {"portrange", orNull(configuration.portrange)}});
+                                  {"portRange", orNull(configuration.portrange)}});
     }
     return {{"id", server.id},
             {"name", server.name},
             {"ip", server.ip},
-            {"hostname", server.hostname},
+            {"hostname", textOrNull(server.hostname)},
             {"countryCode", server.location.countrycode},
             {"country", server.localizedCountryName()},
             {"city", orNull(server.location.city)},
-            {"language", server.location.language},
+            {"language", textOrNull(server.location.language)},
             {"distance", orNull(server.location.distance)},
             {"latitude", orNull(server.location.latitude)},
             {"longitude", orNull(server.location.longitude)},

@@ -22,11 +22,16 @@ void endSilently() {
 
 }  // namespace
 
-ResultStream::ResultStream() : descriptor_{::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)} {
+ResultStream::ResultStream(bool showsOtherLines)
+    : descriptor_{::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)} {
     if (descriptor_ < 0) {
         throw Failure::local("There is no standard output.");
     }
-    ::dup2(STDERR_FILENO, STDOUT_FILENO);
+    const auto nowhere = showsOtherLines ? -1 : ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    ::dup2(nowhere < 0 ? STDERR_FILENO : nowhere, STDOUT_FILENO);
+    if (nowhere >= 0) {
+        ::close(nowhere);
+    }
 }
 
 ResultStream::~ResultStream() {

@@ -4,12 +4,12 @@
 
 namespace TarnwickClient {
 
-/// Keeps standard output for the command's own result: the library reports there too ("logout v1", keychain errors),
-/// and while this lives such lines go to standard error.
+/// Keeps standard output for the command's own result: the library reports there too ("logout v1", keychain errors).
+/// While this lives such lines, which commands say in their own words, go to standard error if they are wanted.
 class ResultStream {
 public:
     /// Throws `Failure` when there is no standard output.
-    ResultStream();
+    explicit ResultStream(bool showsOtherLines = false);
     ~ResultStream();
     ResultStream(const ResultStream&) = delete;
     ResultStream& operator=(const ResultStream&) = delete;
