@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <random>
 
 namespace Tarnwick_API::Platform {
@@ -70,6 +71,11 @@ std::string Uuid::uuidString() const {
         text += digits[byte & 0x0FU];
     }
     return text;
+}
+
+// Not defaulted: libc++ can't compare arrays this way before version 17.
+std::strong_ordering operator<=>(const Uuid& one, const Uuid& other) noexcept {
+    return std::memcmp(one.bytes_.data(), other.bytes_.data(), one.bytes_.size()) <=> 0;
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -21,8 +21,8 @@ public:
     /// The 36-character form, upper case.
     [[nodiscard]] std::string uuidString() const;
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the 0 inside a defaulted <=> for a pointer.
-    friend auto operator<=>(const Uuid&, const Uuid&) = default;
+    friend bool operator==(const Uuid&, const Uuid&) = default;
+    friend std::strong_ordering operator<=>(const Uuid& one, const Uuid& other) noexcept;
 
 private:
     explicit Uuid(const std::array<std::uint8_t, 16>& bytes) : bytes_{bytes} {}
