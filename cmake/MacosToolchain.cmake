@@ -30,6 +30,7 @@ foreach(name IN ITEMS CLI curl fmt nlohmann openssl simdjson.h spdlog sqlite3.h 
     endforeach()
 endforeach()
 file(GLOB folders ${headers}/*)
-set(CMAKE_CXX_STANDARD_INCLUDE_DIRECTORIES ${CMAKE_CURRENT_LIST_DIR}/../Tests/Support/SecurityFrameworkDouble ${folders})
+set(CMAKE_CXX_STANDARD_INCLUDE_DIRECTORIES
+    ${CMAKE_CURRENT_LIST_DIR}/../Tests/Support/AppleFrameworksDouble/Frameworks ${folders})
 file(GLOB CMAKE_CXX_IMPLICIT_INCLUDE_DIRECTORIES /usr/include /usr/include/*-linux-gnu)
 file(GLOB CMAKE_LIBRARY_ARCHITECTURE RELATIVE /usr/lib /usr/lib/*-linux-gnu)

@@ -2,8 +2,8 @@
 
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
+#include "AppleFrameworksDouble.hpp"
 #include "PrintKeychainStatus.hpp"
-#include "SecurityFrameworkDouble.hpp"
 
 #include <functional>
 
@@ -13,7 +13,7 @@
 namespace Tarnwick_API::Platform {
 namespace {
 
-using namespace SecurityFrameworkDouble;
+using namespace AppleFrameworksDouble;
 using Strings = std::vector<std::string>;
 
 class SecurityFrameworkKeychain : public ::testing::Test {

@@ -9,7 +9,7 @@
 /// Stands in for the framework's calls: writes each down with all that it is given, and answers what the test says. It
 /// keeps no items. Its objects count their references, and one that is used after its release fails the test. One
 /// thread only.
-namespace SecurityFrameworkDouble {
+namespace AppleFrameworksDouble {
 
 /// What every reference points to.
 struct Object {
@@ -57,4 +57,4 @@ void answer(const std::vector<Answer>& answers);
 /// everything.
 void expectNothingLeft();
 
-}  // namespace SecurityFrameworkDouble
+}  // namespace AppleFrameworksDouble

@@ -1,6 +1,6 @@
 // Objects stay after their last reference is gone, so that a use too many is seen.
 
-#include "SecurityFrameworkDouble.hpp"
+#include "AppleFrameworksDouble.hpp"
 #include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace SecurityFrameworkDouble {
+namespace AppleFrameworksDouble {
 
 namespace {
 
@@ -71,11 +71,11 @@ std::string shown(CFTypeRef reference) {
     }
 }
 
-}  // namespace SecurityFrameworkDouble
+}  // namespace AppleFrameworksDouble
 
-using SecurityFrameworkDouble::made;
-using SecurityFrameworkDouble::Object;
-using SecurityFrameworkDouble::objectOf;
+using AppleFrameworksDouble::made;
+using AppleFrameworksDouble::Object;
+using AppleFrameworksDouble::objectOf;
 using Kind = Object::Kind;
 
 namespace {
@@ -135,7 +135,7 @@ CFTypeID CFDataGetTypeID() {
 }
 
 CFDataRef CFDataCreate(CFAllocatorRef /*allocator*/, const UInt8* bytes, CFIndex length) {
-    return static_cast<CFDataRef>(SecurityFrameworkDouble::data(textFrom(bytes, length)));
+    return static_cast<CFDataRef>(AppleFrameworksDouble::data(textFrom(bytes, length)));
 }
 
 CFIndex CFDataGetLength(CFDataRef data) {
@@ -157,7 +157,7 @@ CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, C
     EXPECT_EQ(capacity, 0) << "other capacities are limits";
     EXPECT_EQ(keyCallBacks, &kCFTypeDictionaryKeyCallBacks) << "the dictionary would not own its keys";
     EXPECT_EQ(valueCallBacks, &kCFTypeDictionaryValueCallBacks) << "the dictionary would not own its values";
-    return static_cast<CFMutableDictionaryRef>(const_cast<void*>(SecurityFrameworkDouble::dictionary({})));
+    return static_cast<CFMutableDictionaryRef>(const_cast<void*>(AppleFrameworksDouble::dictionary({})));
 }
 
 void CFDictionaryAddValue(CFMutableDictionaryRef dictionary, const void* key, const void* value) {
@@ -180,7 +180,7 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef /*allocator*/, const UInt8* b
     EXPECT_EQ(encoding, kCFStringEncodingUTF8);
     EXPECT_FALSE(isExternalRepresentation) << "a byte order mark would be cut off";
     const auto text = textFrom(bytes, count);
-    return Tarnwick_API::Platform::isValidUtf8(text) ? static_cast<CFStringRef>(SecurityFrameworkDouble::text(text))
+    return Tarnwick_API::Platform::isValidUtf8(text) ? static_cast<CFStringRef>(AppleFrameworksDouble::text(text))
                                                      : nullptr;
 }
 

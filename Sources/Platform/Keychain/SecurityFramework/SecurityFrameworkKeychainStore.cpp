@@ -1,6 +1,6 @@
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
-#include <Platform/Keychain/SecurityFramework/CoreFoundationValues.hpp>
+#include <Platform/CoreFoundation/CoreFoundationValues.hpp>
 
 #include <algorithm>
 #include <iterator>
