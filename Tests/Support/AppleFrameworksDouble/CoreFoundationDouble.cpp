@@ -42,6 +42,10 @@ CFTypeRef dictionary(const std::vector<CFTypeRef>& keysAndValues) {
     return made({.kind = Kind::dictionary, .parts = keysAndValues, .release = &releasePart});
 }
 
+CFTypeRef array(const std::vector<CFTypeRef>& elements) {
+    return made({.kind = Kind::array, .parts = elements, .release = &releasePart});
+}
+
 Object& objectOf(CFTypeRef reference) {
     auto& object = *static_cast<Object*>(const_cast<void*>(reference));
     EXPECT_GT(object.references, 0) << "used after its release: " << object.text;
@@ -76,6 +80,7 @@ std::string shown(CFTypeRef reference) {
 using AppleFrameworksDouble::made;
 using AppleFrameworksDouble::Object;
 using AppleFrameworksDouble::objectOf;
+using AppleFrameworksDouble::shown;
 using Kind = Object::Kind;
 
 namespace {
@@ -130,6 +135,14 @@ CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values, CFIndex 
     return static_cast<CFArrayRef>(made(std::move(array)));
 }
 
+CFIndex CFArrayGetCount(CFArrayRef array) {
+    return static_cast<CFIndex>(objectOfKind(Kind::array, array).parts.size());
+}
+
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index) {
+    return objectOfKind(Kind::array, array).parts.at(static_cast<std::size_t>(index));
+}
+
 CFTypeID CFDataGetTypeID() {
     return typeId(Kind::data);
 }
@@ -167,8 +180,12 @@ void CFDictionaryAddValue(CFMutableDictionaryRef dictionary, const void* key, co
 
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
     const auto& parts = objectOfKind(Kind::dictionary, dictionary).parts;
-    const auto member = std::find(parts.begin(), parts.end(), key);
-    return member == parts.end() ? nullptr : *std::next(member);
+    for (std::size_t index = 0; index < parts.size(); index += 2) {
+        if (parts[index] == key || (objectOf(key).kind == Kind::string && shown(parts[index]) == shown(key))) {
+            return parts[index + 1];
+        }
+    }
+    return nullptr;
 }
 
 CFTypeID CFStringGetTypeID() {

@@ -1,4 +1,5 @@
 #include "AppleFrameworksDouble.hpp"
+#include "DoubleState.hpp"
 
 #include <deque>
 #include <utility>
@@ -43,6 +44,8 @@ std::vector<std::string> takeCalls() {
 
 void expectNothingLeft() {
     EXPECT_TRUE(std::exchange(answers, {}).empty()) << "not all answers have been asked for";
+    EXPECT_FALSE(forgetDispatchedWork()) << "not all work has been run";
+    forgetKnown();
     for (const auto& object : objects()) {
         EXPECT_TRUE(object.isConstant || object.references == 0) << "nobody releases " << shown(&object);
     }
