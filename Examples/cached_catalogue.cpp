@@ -67,6 +67,9 @@ int main(int argumentCount, char** arguments) {
     auto configuration = ApiVersion1::defaultSessionConfiguration();
     configuration.trustedRootsFile = arguments[2];
     ApiVersion1::setSessionManager(Platform::makeHttpSession(configuration));
+    // This program has no event loop of its own.
+    const auto mainQueue = Platform::BuiltInMainQueue::shared();
+    Platform::MainQueue::setMain(mainQueue);
 
     Catalogue catalogue{TarnwickApi::create(
         ApiVersion::v1, "tarnwick-demo-key", "tarnwick-demo-secret", 7, Platform::Uuid::random(), "example",
@@ -75,7 +78,6 @@ int main(int argumentCount, char** arguments) {
     const auto window = std::make_shared<Window>();
     const auto subscription = catalogue.changed().addHandler(window, &Window::show);
 
-    const auto mainQueue = Platform::BuiltInMainQueue::shared();
     for (std::size_t reads = 1; reads <= 2; ++reads) {
         // The second answer comes from the cache, if the service lets it be kept.
         catalogue.read();

@@ -17,11 +17,13 @@ int main(int argumentCount, char** arguments) {
     auto configuration = ApiVersion1::defaultSessionConfiguration();
     configuration.trustedRootsFile = arguments[2];
     ApiVersion1::setSessionManager(Platform::makeHttpSession(configuration));
+    // This program has no event loop of its own.
+    const auto mainQueue = Platform::BuiltInMainQueue::shared();
+    Platform::MainQueue::setMain(mainQueue);
 
     const auto api = TarnwickApi::create(
         ApiVersion::v1, "tarnwick-demo-key", "tarnwick-demo-secret", 7, Platform::Uuid::random(), "example",
         FilterIds{11, 12, 13, 14, 22, 23, 32, 33, 41}, ApiUrl{arguments[1], arguments[1], arguments[1], arguments[1]});
-    const auto mainQueue = Platform::BuiltInMainQueue::shared();
     int exitStatus = EXIT_FAILURE;
     api->getStatus([&](const std::optional<Status>& status, const std::optional<ApiError>& error) {
         if (status) {

@@ -91,6 +91,8 @@ int main(int argumentCount, char** arguments) {
     auto configuration = ApiVersion1::defaultSessionConfiguration();
     configuration.trustedRootsFile = arguments[2];
     ApiVersion1::setSessionManager(Platform::makeHttpSession(configuration));
+    // This program has no event loop of its own.
+    Platform::MainQueue::setMain(Platform::BuiltInMainQueue::shared());
 
     Visit visit{TarnwickApi::create({
         .consumerKey = "tarnwick-demo-key",

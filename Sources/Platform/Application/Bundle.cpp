@@ -1,6 +1,9 @@
 #include <Tarnwick_API/Platform/Application/Bundle.hpp>
 
 #include <Platform/Application/ProcessWide.hpp>
+#include <Platform/Application/SystemBundle.hpp>
+
+#include <utility>
 
 namespace Tarnwick_API::Platform {
 
@@ -10,7 +13,17 @@ constexpr ProcessWide mainBundle{&ProcessValues::mainBundle};
 
 }  // namespace
 
+Bundle Bundle::lookingUp(Lookup information, TextLookup localizedTexts) {
+    Bundle bundle;
+    bundle.informationLookup_ = std::move(information);
+    bundle.textLookup_ = std::move(localizedTexts);
+    return bundle;
+}
+
 std::optional<std::string> Bundle::text(std::string_view key) const {
+    if (informationLookup_) {
+        return informationLookup_(key);
+    }
     const auto entry = information_.find(key);
     if (entry == information_.end()) {
         return std::nullopt;
@@ -20,6 +33,9 @@ std::optional<std::string> Bundle::text(std::string_view key) const {
 }
 
 std::string Bundle::localizedText(std::string_view key, std::string_view defaultText) const {
+    if (textLookup_) {
+        return textLookup_(key, defaultText);
+    }
     const auto entry = localizedTexts_.find(key);
     return entry != localizedTexts_.end() ? entry->second : std::string{defaultText};
 }
@@ -28,7 +44,7 @@ std::shared_ptr<const Bundle> Bundle::main() {
     if (auto bundle = mainBundle.get()) {
         return bundle;
     }
-    return std::make_shared<const Bundle>();
+    return std::make_shared<const Bundle>(systemBundle());
 }
 
 void Bundle::setMain(Bundle bundle) {

@@ -1,12 +1,12 @@
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 
 #include <Platform/Application/ProcessWide.hpp>
+#include <Platform/Application/SystemLocale.hpp>
 #include <Platform/Text/AsciiCharacters.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <utility>
 
 #include <unicode/uloc.h>
@@ -17,16 +17,6 @@ namespace Tarnwick_API::Platform {
 namespace {
 
 constexpr ProcessWide installedLookup{&ProcessValues::localeIdentifierLookup};
-
-std::string_view environmentIdentifier() {
-    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const char* value = std::getenv(name);
-        if (value != nullptr && *value != '\0') {
-            return value;
-        }
-    }
-    return {};
-}
 
 bool isLetters(std::string_view text) {
     return std::ranges::all_of(text, isAsciiLetter);
@@ -100,7 +90,7 @@ Locale Locale::current() {
     if (const auto lookup = installedLookup.get()) {
         return fromIdentifier((*lookup)());
     }
-    return fromIdentifier(environmentIdentifier());
+    return fromIdentifier(systemLocaleIdentifier());
 }
 
 void Locale::setIdentifierLookup(std::function<std::string()> lookup) {

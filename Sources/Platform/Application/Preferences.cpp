@@ -1,6 +1,7 @@
 #include <Tarnwick_API/Platform/Application/Preferences.hpp>
 
 #include <Platform/Application/ProcessWide.hpp>
+#include <Platform/Application/SystemPreferences.hpp>
 
 namespace Tarnwick_API::Platform {
 
@@ -12,7 +13,7 @@ constexpr ProcessWide installedLookup{&ProcessValues::preferencesLookup};
 
 std::optional<std::string> Preferences::text(std::string_view key) {
     const auto lookup = installedLookup.get();
-    return lookup ? (*lookup)(key) : std::nullopt;
+    return lookup ? (*lookup)(key) : systemPreference(key);
 }
 
 void Preferences::setLookup(Lookup lookup) {

@@ -1,12 +1,10 @@
 #include <Platform/Application/SystemHostName.hpp>
 
-#include <Platform/Application/MachineInfo.hpp>
+#include <Platform/Application/SystemDisplayName.hpp>
 #include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <memory>
 
 #include <unistd.h>
 
@@ -17,25 +15,6 @@ namespace {
 // A name ends up in JSON bodies, which hold nothing but UTF-8.
 bool isUsable(std::string_view name) {
     return !name.empty() && isValidUtf8(name);
-}
-
-std::string machineInfoText() {
-    // Not a stream of this library's, which programs that the host executes meanwhile would inherit.
-    struct Close {
-        // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): this is the end that its owner gives it
-        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-    };
-    const std::unique_ptr<std::FILE, Close> file{std::fopen("/etc/machine-info", "rbe")};
-    std::string text;
-    std::array<char, 4096> buffer{};
-    while (file) {
-        const auto size = std::fread(buffer.data(), 1, buffer.size(), file.get());
-        if (size == 0) {
-            break;
-        }
-        text.append(buffer.data(), size);
-    }
-    return text;
 }
 
 std::string networkName() {
@@ -49,10 +28,10 @@ std::string networkName() {
 
 }  // namespace
 
-std::optional<std::string> displayHostName(std::string_view machineInfo, std::string_view networkName) {
+std::optional<std::string> displayHostName(std::optional<std::string> displayName, std::string_view networkName) {
     constexpr std::array<std::string_view, 3> meaningless{"localhost", "localhost.localdomain", "(none)"};
-    if (auto name = prettyHostName(machineInfo); name && isUsable(*name)) {
-        return name;
+    if (displayName && isUsable(*displayName)) {
+        return displayName;
     }
     if (!isUsable(networkName) || std::ranges::find(meaningless, networkName) != meaningless.end()) {
         return std::nullopt;
@@ -61,7 +40,7 @@ std::optional<std::string> displayHostName(std::string_view machineInfo, std::st
 }
 
 std::optional<std::string> systemHostName() {
-    return displayHostName(machineInfoText(), networkName());
+    return displayHostName(systemDisplayName(), networkName());
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -72,4 +72,5 @@ std::string Uuid::uuidString() const {
     return text;
 }
 
+// Not defaulted: libc++ can't compare arrays this way before version 17.
 }  // namespace Tarnwick_API::Platform

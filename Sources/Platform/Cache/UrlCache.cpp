@@ -1,5 +1,6 @@
 #include <Tarnwick_API/Platform/Cache/UrlCache.hpp>
 
+#include <Platform/Application/ApplicationName.hpp>
 #include <Platform/Application/UserFolders.hpp>
 #include <Platform/Cache/CacheKey.hpp>
 #include <Platform/Cache/DiskUrlCache.hpp>
@@ -160,7 +161,7 @@ std::size_t UrlCache::currentDiskUsage() const {
 }
 
 std::string UrlCache::defaultPath() {
-    const auto folder = userFolder("XDG_CACHE_HOME", ".cache");
+    const auto folder = userCacheFolder();
     return folder.empty() ? std::string{} : (folder / applicationFolderName()).string();
 }
 

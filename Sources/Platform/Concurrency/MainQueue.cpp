@@ -1,8 +1,7 @@
 #include <Tarnwick_API/Platform/Concurrency/MainQueue.hpp>
 
-#include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
-
 #include <Platform/Application/ProcessWide.hpp>
+#include <Platform/Concurrency/SystemMainQueue.hpp>
 
 namespace Tarnwick_API::Platform {
 
@@ -16,7 +15,7 @@ std::shared_ptr<MainQueue> MainQueue::main() {
     if (auto queue = installedQueue.get()) {
         return queue;
     }
-    return BuiltInMainQueue::shared();
+    return systemMainQueue();
 }
 
 void MainQueue::setMain(std::shared_ptr<MainQueue> queue) {

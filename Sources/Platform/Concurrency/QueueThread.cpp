@@ -1,24 +1,8 @@
 #include <Platform/Concurrency/QueueThread.hpp>
 
-#include <unistd.h>
-
-#ifdef __APPLE__
-#include <pthread.h>
-#endif
+#include <Platform/Concurrency/FirstThread.hpp>
 
 namespace Tarnwick_API::Platform {
-
-namespace {
-
-bool isFirstThread() noexcept {
-#ifdef __APPLE__
-    return pthread_main_np() != 0;
-#else
-    return ::gettid() == ::getpid();
-#endif
-}
-
-}  // namespace
 
 bool QueueThread::isCurrent() const noexcept {
     const auto thread = thread_.load();

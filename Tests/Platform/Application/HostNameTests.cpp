@@ -67,7 +67,7 @@ TEST(HostName, PrefersTheDisplayNameAndTakesNoMeaninglessOne) {
         {"", "b\xC3", std::nullopt},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(displayHostName(row.machineInfo, row.networkName), row.name)
+        EXPECT_EQ(displayHostName(prettyHostName(row.machineInfo), row.networkName), row.name)
             << row.machineInfo << ", " << row.networkName;
     }
 }

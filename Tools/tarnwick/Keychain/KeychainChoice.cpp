@@ -4,24 +4,11 @@
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
 #include "Failures/Failure.hpp"
-
-#include <memory>
+#include "Keychain/SystemKeychain.hpp"
 
 namespace TarnwickClient {
 
 using Tarnwick_API::Keychain;
-
-namespace {
-
-std::shared_ptr<Tarnwick_API::Platform::KeychainStore> systemKeychain() {
-#ifdef __APPLE__
-    return Tarnwick_API::Platform::makeSecurityFrameworkKeychainStore();
-#else
-    return Tarnwick_API::Platform::makeSecretServiceKeychainStore();
-#endif
-}
-
-}  // namespace
 
 void installKeychain(const Settings& settings) {
     const auto hasFile = !settings.keychainFile.empty();

@@ -73,7 +73,8 @@ public:
     /// dictionary is expected here. `getLoginData` gives the secret.
     [[nodiscard]] static std::optional<std::string> getPassword(const std::string& service, const std::string& account);
 
-    /// The reference of the item; it stays the same through every change of account and secret.
+    /// The reference of the item; it stays the same through every change of account and secret. Not so in the keychain
+    /// of macOS, which makes it of service and account: ask for it again after each sign-in and sign-out.
     [[nodiscard]] static std::optional<Platform::Bytes> getPasswordReference(const std::string& service,
                                                                              const std::string& account);
 

@@ -3,16 +3,14 @@
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
+#include <Platform/Application/RunningSystem.hpp>
+#include <Platform/Application/SystemLocale.hpp>
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdlib>
 
 #include <curl/curl.h>
-#include <sys/utsname.h>
-#ifdef __APPLE__
-#include <sys/sysctl.h>
-#endif
 
 namespace Tarnwick_API::Platform {
 
@@ -21,30 +19,18 @@ namespace {
 constexpr std::size_t maximumLanguages = 6;
 
 std::string operatingSystem() {
-#ifdef __APPLE__
-    std::array<char, 64> version{};
-    std::size_t length = version.size() - 1;
-    sysctlbyname("kern.osproductversion", version.data(), &length, nullptr, 0);
-    return "OS X " + threeNumbers(version.data());
-#else
-    utsname names{};
-    uname(&names);
-    return std::string{names.sysname} + " " + threeNumbers(names.release);
-#endif
+    const auto system = runningSystem();
+    return system.name + " " + threeNumbers(system.release);
 }
 
-/// The locale's language, then the other ones of the list in LANGUAGE.
+/// The locale's language, then the other ones that the user has chosen.
 std::vector<std::string> preferredLanguages() {
     std::vector<std::string> tags{Locale::current().languageTag()};
-    const char* list = std::getenv("LANGUAGE");  // NOLINT(concurrency-mt-unsafe)
-    std::string_view rest{list == nullptr ? "" : list};
-    while (!rest.empty()) {
-        const auto end = std::min(rest.find(':'), rest.size());
-        const auto locale = Locale::fromIdentifier(rest.substr(0, end));
+    for (const auto& identifier : systemLanguages()) {
+        const auto locale = Locale::fromIdentifier(identifier);
         if (locale.languageCode() && std::find(tags.begin(), tags.end(), locale.languageTag()) == tags.end()) {
             tags.push_back(locale.languageTag());
         }
-        rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return tags;
 }

@@ -1,6 +1,7 @@
 #include <Platform/Keychain/File/KeychainDatabase.hpp>
 
 #include <Platform/Keychain/File/KeychainFile.hpp>
+#include <Platform/Keychain/File/ModificationTime.hpp>
 #include <Platform/Sqlite/SqliteStatement.hpp>
 
 #include <algorithm>
@@ -274,11 +275,7 @@ std::int64_t KeychainDatabase::fileTime() const {
     if (::stat(path_.c_str(), &found) != 0) {
         return 0;
     }
-#ifdef __APPLE__
-    const auto& time = found.st_mtimespec;
-#else
-    const auto& time = found.st_mtim;
-#endif
+    const auto time = modificationTime(found);
     return time.tv_sec * std::int64_t{1'000'000} + time.tv_nsec / 1'000;
 }
 

@@ -1,9 +1,12 @@
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 
-#include <Platform/Keychain/SecurityFramework/CoreFoundationValues.hpp>
+#include <Platform/CoreFoundation/CoreFoundationValues.hpp>
+#include <Platform/Logging/DebugChannel.hpp>
 
 #include <algorithm>
 #include <iterator>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -73,30 +76,65 @@ Owned<CFArrayRef> arrayOf(const std::vector<Owned<SecTrustedApplicationRef>>& re
         CFArrayCreate(kCFAllocatorDefault, values.data(), static_cast<CFIndex>(values.size()), &callBacks)};
 }
 
+std::string wordsFor(OSStatus status) {
+    const Owned<CFStringRef> words{SecCopyErrorMessageString(status, nullptr)};
+    return textOf(words.get()).value_or("no reason is given") + " (" + std::to_string(status) + ")";
+}
+
+/// The loss of an access list shows only much later, as a prompt of a component of the system's.
+void tell(std::string_view what, OSStatus why) {
+    if (DebugChannel::isOpen()) {
+        DebugChannel::write(std::string{"Keychain: "}.append(what).append(": ").append(wordsFor(why)), "add");
+    }
+}
+
 /// None for an application that the system knows nothing of.
 Owned<SecTrustedApplicationRef> trustedApplication(const char* path) {
     SecTrustedApplicationRef reference = nullptr;
-    static_cast<void>(SecTrustedApplicationCreateFromPath(path, &reference));
+    const auto status = SecTrustedApplicationCreateFromPath(path, &reference);
+    if (reference == nullptr) {
+        tell((path == nullptr ? "this application" : std::string{path}) + " can't be let at the item", status);
+    }
     return Owned<SecTrustedApplicationRef>{reference};
 }
 
-/// None when the framework makes none: the item then gets the access that every new item has.
+struct CreatedAccess {
+    OSStatus status = errSecSuccess;
+    Owned<SecAccessRef> object;
+};
+
+CreatedAccess createdAccess(CFStringRef description, const std::vector<Owned<SecTrustedApplicationRef>>& references) {
+    SecAccessRef reference = nullptr;
+    const auto status = SecAccessCreate(description, arrayOf(references).get(), &reference);
+    return {status, Owned<SecAccessRef>{reference}};
+}
+
+/// None when the framework makes none: the item then gets the access that every new item has, its creator's alone.
 Owned<SecAccessRef> accessObject(const KeychainAccess& access) {
     const auto& paths = access.trustedApplicationPaths;
     std::vector<Owned<SecTrustedApplicationRef>> references(paths.size());
+    auto hasCaller = false;
     for (const auto hasPath : {true, false}) {
         for (std::size_t index = 0; index < paths.size(); ++index) {
             if (paths[index].has_value() == hasPath) {
                 references[index] = trustedApplication(paths[index] ? paths[index]->c_str() : nullptr);
+                hasCaller = hasCaller || (!hasPath && references[index] != nullptr);
             }
         }
     }
     const auto description = coreFoundationText(access.description);
-    SecAccessRef reference = nullptr;
-    if (description) {
-        static_cast<void>(SecAccessCreate(description.get(), arrayOf(references).get(), &reference));
+    if (!description) {
+        return nullptr;
     }
-    return Owned<SecAccessRef>{reference};
+    auto created = createdAccess(description.get(), references);
+    // A list with a gap is refused as a whole. The others keep their access, unless that would lock its creator out.
+    if (!created.object && hasCaller && std::erase(references, nullptr) > 0) {
+        created = createdAccess(description.get(), references);
+    }
+    if (!created.object) {
+        tell("the item has no access list, and only this application can read it without a prompt", created.status);
+    }
+    return std::move(created.object);
 }
 
 Owned<CFStringRef> accessibilityNamed(const std::string& name) {

@@ -11,8 +11,9 @@ namespace Tarnwick_API::Platform {
 /// The name that people know this computer by.
 class TARNWICK_API_EXPORT HostName {
 public:
-    /// The host's look-up, or else the computer's display name (PRETTY_HOSTNAME of /etc/machine-info), or else its
-    /// network name unless that says nothing ("localhost"); none when there is no such name. Thread: any.
+    /// The host's look-up, or else the computer's display name (on macOS the one in its sharing settings, on Linux
+    /// PRETTY_HOSTNAME of /etc/machine-info), or else its network name unless that says nothing ("localhost"); none
+    /// when there is no such name. Thread: any.
     [[nodiscard]] static std::optional<std::string> localized();
 
     /// Installs a process-wide look-up; an empty one goes back to the system's. Thread: any.

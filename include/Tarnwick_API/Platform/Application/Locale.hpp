@@ -17,11 +17,12 @@ public:
     /// and malformed ones have neither language nor region.
     [[nodiscard]] static Locale fromIdentifier(std::string_view identifier);
 
-    /// The user's current locale, read afresh: the host's look-up, or else the first non-empty of the environment's
-    /// LC_ALL, LC_MESSAGES and LANG. Thread: any.
+    /// The user's current locale, read afresh: the host's look-up, or else the system's. On macOS that is the first of
+    /// the user's preferred languages with the region of the settings, elsewhere the first non-empty of the
+    /// environment's LC_ALL, LC_MESSAGES and LANG. Thread: any.
     [[nodiscard]] static Locale current();
 
-    /// Installs a process-wide source of the current locale's identifier; an empty one goes back to the environment.
+    /// Installs a process-wide source of the current locale's identifier; an empty one goes back to the system's.
     /// Thread: any.
     static void setIdentifierLookup(std::function<std::string()> lookup);
 

@@ -15,7 +15,8 @@ public:
     /// Gives the text stored under a key, or none. Called on the thread that makes the request.
     using Lookup = std::function<std::optional<std::string>(std::string_view key)>;
 
-    /// Asks the host's look-up; without one there is no preference. Thread: any.
+    /// Asks the host's look-up. Without one it is the text in the user's defaults for the application on macOS, and
+    /// none elsewhere. Thread: any.
     [[nodiscard]] static std::optional<std::string> text(std::string_view key);
 
     /// Installs the process-wide look-up; an empty one removes it. Thread: any.

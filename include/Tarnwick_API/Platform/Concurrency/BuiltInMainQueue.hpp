@@ -29,7 +29,8 @@ public:
     /// Thread: any.
     void stop();
 
-    /// The queue that `MainQueue::main` gives when the host has installed none.
+    /// The one of the process. `MainQueue::main` gives it when the program has installed none, but on macOS only when
+    /// it is installed by `MainQueue::setMain`.
     [[nodiscard]] static std::shared_ptr<BuiltInMainQueue> shared();
 
 private:

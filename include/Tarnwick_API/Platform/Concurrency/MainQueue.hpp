@@ -10,9 +10,16 @@ namespace Tarnwick_API::Platform {
 
 /// The one executor on which answers, retries and completion callbacks are delivered.
 ///
-/// A host with an event loop of its own installs a queue on it with `setMain` before the first request: one of those in
-/// `Tarnwick_API/Platform/EventLoops` (GLib, Qt, Asio), or one of its own of the two operations, whose names say when a
-/// task runs and leave it to the queue how. A program without a loop runs a `BuiltInMainQueue`.
+/// Which one a program gets:
+/// - the one that it has given to `setMain`, before its first request. A host with an event loop of its own
+///   takes one of those in `Tarnwick_API/Platform/EventLoops` (GLib, Qt, Asio), or implements the two operations, whose
+///   names say when a task runs and leave it to the queue how.
+/// - on macOS without that: libdispatch's main queue, which every application's event loop runs. A program without such
+///   a loop (a console program, a test) asks for the built-in queue: `setMain(BuiltInMainQueue::shared())`. Nobody
+///   would run its completions otherwise.
+/// - elsewhere without that: `BuiltInMainQueue::shared()`, which the program runs.
+/// Nothing is lost while the loop has not started, or stands still: a queue keeps its tasks in order until it runs.
+///
 /// Thread: both operations may be called from any thread; tasks run on the queue's own thread, one at a time.
 class TARNWICK_API_EXPORT MainQueue {
 public:
@@ -35,12 +42,12 @@ public:
     /// can't tell says no, and such a wait is then not refused. Thread: any.
     [[nodiscard]] virtual bool isOwnThread() const { return false; }
 
-    /// The process-wide queue: the one given to `setMain`, or else `BuiltInMainQueue::shared()`.
+    /// The process-wide queue: the one given to `setMain`, or else the system's as above, always the same one.
     /// Thread: any.
     [[nodiscard]] static std::shared_ptr<MainQueue> main();
 
     /// Replaces the process-wide queue for requests made from now on; those on their way keep the queue they began
-    /// with. None goes back to the built-in queue.
+    /// with. None goes back to the system's.
     /// Thread: any.
     static void setMain(std::shared_ptr<MainQueue> queue);
 };

@@ -1,9 +1,12 @@
 // The translation itself: what goes out to the framework, and what becomes of its answers.
 
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
+#include <Tarnwick_API/Storage/Keychain.hpp>
 
+#include "AppleFrameworksDouble.hpp"
 #include "PrintKeychainStatus.hpp"
-#include "SecurityFrameworkDouble.hpp"
 
 #include <functional>
 
@@ -13,7 +16,7 @@
 namespace Tarnwick_API::Platform {
 namespace {
 
-using namespace SecurityFrameworkDouble;
+using namespace AppleFrameworksDouble;
 using Strings = std::vector<std::string>;
 
 class SecurityFrameworkKeychain : public ::testing::Test {
@@ -63,31 +66,80 @@ TEST_F(SecurityFrameworkKeychain, AddsAnItemWithAListOfWhoMayReadIt) {
     const struct {
         std::optional<Bytes> data;
         std::vector<Answer> answers;
-        std::string list, dataMember, accessMember;
+        Strings lists;
+        std::string dataMember, accessMember;
     } rows[] = {
         {"p",
          {object("1"), object("2"), object("self"), object("access"), {-25299}},
-         "self 1 2",
+         {"self 1 2"},
          " kSecValueData=<p>",
          " kSecAttrAccess=access"},
         {{},
          {object("1"), failure, object("self"), object("access"), {}},
-         "self 1 missing",
+         {"self 1 missing"},
          "",
          " kSecAttrAccess=access"},
-        {"", {object("1"), object("2"), failure, failure, {}}, "missing 1 2", " kSecValueData=<>", ""},
+        {{},
+         {failure, object("2"), object("self"), failure, object("access"), {}},
+         {"self missing 2", "self 2"},
+         "",
+         " kSecAttrAccess=access"},
+        {{}, {failure, failure, object("self"), failure, failure, {}}, {"self missing missing", "self"}, "", ""},
+        {{}, {object("1"), object("2"), object("self"), failure, {}}, {"self 1 2"}, "", ""},
+        {"", {object("1"), object("2"), failure, failure, {}}, {"missing 1 2"}, " kSecValueData=<>", ""},
     };
     for (const auto& row : rows) {
         answer(row.answers);
         const auto status = store->add({"s", "a", row.data, "l", {"d", {{}, "/1", "/2"}}, "c"});
         EXPECT_EQ(static_cast<OSStatus>(status), row.answers.back().status);
-        EXPECT_EQ(takeCalls(),
-                  (Strings{"SecTrustedApplicationCreateFromPath /1", "SecTrustedApplicationCreateFromPath /2",
-                           "SecTrustedApplicationCreateFromPath -", "SecAccessCreate 'd' [" + row.list + "]",
-                           "SecItemAdd {kSecClass=kSecClassGenericPassword kSecAttrService='s' kSecAttrAccount='a'" +
-                               row.dataMember + " kSecAttrLabel='l' kSecAttrAccessible=kSecAttrAccessibleAlways" +
-                               row.accessMember + " kSecAttrComment='c'}"}));
+        Strings calls{"SecTrustedApplicationCreateFromPath /1", "SecTrustedApplicationCreateFromPath /2",
+                      "SecTrustedApplicationCreateFromPath -"};
+        for (const auto& list : row.lists) {
+            calls.push_back("SecAccessCreate 'd' [" + list + "]");
+        }
+        calls.push_back("SecItemAdd {kSecClass=kSecClassGenericPassword kSecAttrService='s' kSecAttrAccount='a'" +
+                        row.dataMember + " kSecAttrLabel='l' kSecAttrAccessible=kSecAttrAccessibleAlways" +
+                        row.accessMember + " kSecAttrComment='c'}");
+        EXPECT_EQ(takeCalls(), calls);
     }
+}
+
+TEST_F(SecurityFrameworkKeychain, SaysWhoIsNotLetAtAnItemAndWhy) {
+    const ScopedProcessValues scope;
+    Strings lines;
+    Logging::setSink([&](const Logging::Entry& entry) { lines.emplace_back(entry.message); });
+    const Answer failure{-67068};
+    const auto words = [] { return Answer{errSecSuccess, text("Words.")}; };
+    answer({failure, words(), {errSecSuccess, made({})}, failure, failure, words(), {}});
+    store->add({"s", "a", {}, "l", {"d", {{}, "/1"}}, "c"});
+    EXPECT_EQ(takeCalls().size(), 7U);
+    EXPECT_EQ(lines, (Strings{"Keychain: /1 can't be let at the item: Words. (-67068)",
+                              "Keychain: the item has no access list, and only this application can read it without a "
+                              "prompt: Words. (-67068)"}));
+}
+
+// The file keychain finds an item by service and account, and makes its reference of them.
+TEST_F(SecurityFrameworkKeychain, GivesTheReferenceThatAnItemHasAfterAChangeOfItsAccount) {
+    const ScopedProcessValues scope;
+    Keychain::setStore(store);
+    const auto item = [](const char* account) {
+        return Answer{errSecSuccess,
+                      dictionary({kSecAttrAccount, text(account), kSecValuePersistentRef, data(account)})};
+    };
+    const std::string query = "{kSecClass=kSecClassGenericPassword kSecAttrService='s'";
+    answer({item("old"), item("old"), {}, item("new")});
+    EXPECT_EQ(Keychain::getTokenData("s")->passwordReference, "old");
+    EXPECT_EQ(Keychain::keepPassword("s", "new", "p"), KeychainStatus::success);
+    EXPECT_EQ(Keychain::getTokenData("s")->passwordReference, "new");
+    EXPECT_EQ(takeCalls().at(2), "SecItemUpdate " + query +
+                                     " kSecAttrAccount='old'} {kSecAttrAccount='new' kSecValueData=<p> "
+                                     "kSecAttrComment='requires user interaction'}");
+    // The new account's own item stands in the way: the token is kept all the same.
+    testing::internal::CaptureStdout();
+    answer({item("old"), {errSecDuplicateItem}, {errSecSuccess, text("Words.")}, {}, {}, {}, {}, {}, {}});
+    EXPECT_EQ(Keychain::keepPassword("s", "new", "p"), KeychainStatus::success);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Keychain error: Words.\n");
+    EXPECT_EQ(takeCalls().at(3), "SecItemDelete " + query + "}");
 }
 
 TEST_F(SecurityFrameworkKeychain, AsksNothingWithTextThatItWouldReadOtherwise) {

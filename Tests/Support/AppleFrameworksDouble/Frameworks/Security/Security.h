@@ -1,4 +1,4 @@
-// The part of the Security framework that the keychain store is written to, declared as on macOS.
+// The part of the Security framework that the library is written to, declared as on macOS.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>

@@ -1,4 +1,4 @@
-#include <Platform/Keychain/SecurityFramework/CoreFoundationValues.hpp>
+#include <Platform/CoreFoundation/CoreFoundationValues.hpp>
 
 namespace Tarnwick_API::Platform {
 

@@ -1,6 +1,6 @@
 // Objects stay after their last reference is gone, so that a use too many is seen.
 
-#include "SecurityFrameworkDouble.hpp"
+#include "AppleFrameworksDouble.hpp"
 #include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace SecurityFrameworkDouble {
+namespace AppleFrameworksDouble {
 
 namespace {
 
@@ -42,6 +42,10 @@ CFTypeRef dictionary(const std::vector<CFTypeRef>& keysAndValues) {
     return made({.kind = Kind::dictionary, .parts = keysAndValues, .release = &releasePart});
 }
 
+CFTypeRef array(const std::vector<CFTypeRef>& elements) {
+    return made({.kind = Kind::array, .parts = elements, .release = &releasePart});
+}
+
 Object& objectOf(CFTypeRef reference) {
     auto& object = *static_cast<Object*>(const_cast<void*>(reference));
     EXPECT_GT(object.references, 0) << "used after its release: " << object.text;
@@ -71,11 +75,12 @@ std::string shown(CFTypeRef reference) {
     }
 }
 
-}  // namespace SecurityFrameworkDouble
+}  // namespace AppleFrameworksDouble
 
-using SecurityFrameworkDouble::made;
-using SecurityFrameworkDouble::Object;
-using SecurityFrameworkDouble::objectOf;
+using AppleFrameworksDouble::made;
+using AppleFrameworksDouble::Object;
+using AppleFrameworksDouble::objectOf;
+using AppleFrameworksDouble::shown;
 using Kind = Object::Kind;
 
 namespace {
@@ -130,12 +135,20 @@ CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values, CFIndex 
     return static_cast<CFArrayRef>(made(std::move(array)));
 }
 
+CFIndex CFArrayGetCount(CFArrayRef array) {
+    return static_cast<CFIndex>(objectOfKind(Kind::array, array).parts.size());
+}
+
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index) {
+    return objectOfKind(Kind::array, array).parts.at(static_cast<std::size_t>(index));
+}
+
 CFTypeID CFDataGetTypeID() {
     return typeId(Kind::data);
 }
 
 CFDataRef CFDataCreate(CFAllocatorRef /*allocator*/, const UInt8* bytes, CFIndex length) {
-    return static_cast<CFDataRef>(SecurityFrameworkDouble::data(textFrom(bytes, length)));
+    return static_cast<CFDataRef>(AppleFrameworksDouble::data(textFrom(bytes, length)));
 }
 
 CFIndex CFDataGetLength(CFDataRef data) {
@@ -157,7 +170,7 @@ CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef /*allocator*/, C
     EXPECT_EQ(capacity, 0) << "other capacities are limits";
     EXPECT_EQ(keyCallBacks, &kCFTypeDictionaryKeyCallBacks) << "the dictionary would not own its keys";
     EXPECT_EQ(valueCallBacks, &kCFTypeDictionaryValueCallBacks) << "the dictionary would not own its values";
-    return static_cast<CFMutableDictionaryRef>(const_cast<void*>(SecurityFrameworkDouble::dictionary({})));
+    return static_cast<CFMutableDictionaryRef>(const_cast<void*>(AppleFrameworksDouble::dictionary({})));
 }
 
 void CFDictionaryAddValue(CFMutableDictionaryRef dictionary, const void* key, const void* value) {
@@ -167,8 +180,12 @@ void CFDictionaryAddValue(CFMutableDictionaryRef dictionary, const void* key, co
 
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
     const auto& parts = objectOfKind(Kind::dictionary, dictionary).parts;
-    const auto member = std::find(parts.begin(), parts.end(), key);
-    return member == parts.end() ? nullptr : *std::next(member);
+    for (std::size_t index = 0; index < parts.size(); index += 2) {
+        if (parts[index] == key || (objectOf(key).kind == Kind::string && shown(parts[index]) == shown(key))) {
+            return parts[index + 1];
+        }
+    }
+    return nullptr;
 }
 
 CFTypeID CFStringGetTypeID() {
@@ -180,7 +197,7 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef /*allocator*/, const UInt8* b
     EXPECT_EQ(encoding, kCFStringEncodingUTF8);
     EXPECT_FALSE(isExternalRepresentation) << "a byte order mark would be cut off";
     const auto text = textFrom(bytes, count);
-    return Tarnwick_API::Platform::isValidUtf8(text) ? static_cast<CFStringRef>(SecurityFrameworkDouble::text(text))
+    return Tarnwick_API::Platform::isValidUtf8(text) ? static_cast<CFStringRef>(AppleFrameworksDouble::text(text))
                                                      : nullptr;
 }
 

@@ -1,12 +1,13 @@
-#include "SecurityFrameworkDouble.hpp"
+#include "AppleFrameworksDouble.hpp"
+#include "DoubleState.hpp"
 
 #include <deque>
 #include <utility>
 
 #include <gtest/gtest.h>
 
-using SecurityFrameworkDouble::Answer;
-using SecurityFrameworkDouble::shown;
+using AppleFrameworksDouble::Answer;
+using AppleFrameworksDouble::shown;
 
 namespace {
 
@@ -25,13 +26,13 @@ Answer recorded(const std::string& call) {
 }
 
 CFStringRef constant(const char* name) {
-    return static_cast<CFStringRef>(SecurityFrameworkDouble::made(
-        {.kind = SecurityFrameworkDouble::Object::Kind::string, .text = name, .isConstant = true}));
+    return static_cast<CFStringRef>(AppleFrameworksDouble::made(
+        {.kind = AppleFrameworksDouble::Object::Kind::string, .text = name, .isConstant = true}));
 }
 
 }  // namespace
 
-namespace SecurityFrameworkDouble {
+namespace AppleFrameworksDouble {
 
 void answer(const std::vector<Answer>& next) {
     answers.insert(answers.end(), next.begin(), next.end());
@@ -43,6 +44,8 @@ std::vector<std::string> takeCalls() {
 
 void expectNothingLeft() {
     EXPECT_TRUE(std::exchange(answers, {}).empty()) << "not all answers have been asked for";
+    EXPECT_FALSE(forgetDispatchedWork()) << "not all work has been run";
+    forgetKnown();
     for (const auto& object : objects()) {
         EXPECT_TRUE(object.isConstant || object.references == 0) << "nobody releases " << shown(&object);
     }
@@ -50,7 +53,7 @@ void expectNothingLeft() {
     objects().remove_if([](const Object& object) { return !object.isConstant; });
 }
 
-}  // namespace SecurityFrameworkDouble
+}  // namespace AppleFrameworksDouble
 
 const CFStringRef kSecClass = constant("kSecClass");
 const CFStringRef kSecClassGenericPassword = constant("kSecClassGenericPassword");

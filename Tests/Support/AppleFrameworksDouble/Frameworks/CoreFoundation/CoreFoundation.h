@@ -1,4 +1,4 @@
-// The part of CoreFoundation that the keychain store is written to, declared as on macOS.
+// The part of CoreFoundation that the library is written to, declared as on macOS.
 #pragma once
 
 #include <cstdint>
@@ -16,11 +16,15 @@ using CFStringEncoding = UInt32;
 using CFTypeRef = const void*;
 using CFAllocatorRef = const struct OpaqueAllocator*;
 using CFArrayRef = const struct OpaqueArray*;
+using CFPropertyListRef = CFTypeRef;
+using CFBundleRef = struct OpaqueBundle*;
+using CFLocaleRef = const struct OpaqueLocale*;
 using CFBooleanRef = const struct OpaqueBoolean*;
 using CFDataRef = const struct OpaqueData*;
 using CFDictionaryRef = const struct OpaqueDictionary*;
 using CFMutableDictionaryRef = struct OpaqueDictionary*;
 using CFStringRef = const struct OpaqueString*;
+using CFLocaleKey = CFStringRef;
 
 struct CFRange {
     CFIndex location;
@@ -66,6 +70,22 @@ CFTypeID CFGetTypeID(CFTypeRef object);
 
 CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values, CFIndex count,
                          const CFArrayCallBacks* callBacks);
+
+CFIndex CFArrayGetCount(CFArrayRef array);
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
+
+CFBundleRef CFBundleGetMainBundle();
+CFDictionaryRef CFBundleGetInfoDictionary(CFBundleRef bundle);
+CFStringRef CFBundleCopyLocalizedString(CFBundleRef bundle, CFStringRef key, CFStringRef value, CFStringRef table);
+
+extern const CFStringRef kCFPreferencesCurrentApplication;
+CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application);
+
+extern const CFLocaleKey kCFLocaleCountryCode;
+extern const CFLocaleKey kCFLocaleLanguageCode;
+CFArrayRef CFLocaleCopyPreferredLanguages();
+CFLocaleRef CFLocaleCopyCurrent();
+CFTypeRef CFLocaleGetValue(CFLocaleRef locale, CFLocaleKey key);
 
 CFTypeID CFDataGetTypeID();
 CFDataRef CFDataCreate(CFAllocatorRef allocator, const UInt8* bytes, CFIndex length);

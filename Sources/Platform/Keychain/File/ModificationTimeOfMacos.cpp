@@ -1,0 +1,9 @@
+#include <Platform/Keychain/File/ModificationTime.hpp>
+
+namespace Tarnwick_API::Platform {
+
+timespec modificationTime(const struct stat& file) noexcept {
+    return file.st_mtimespec;
+}
+
+}  // namespace Tarnwick_API::Platform

@@ -1,0 +1,9 @@
+#include "Keychain/SystemKeychain.hpp"
+
+namespace TarnwickClient {
+
+std::shared_ptr<Tarnwick_API::Platform::KeychainStore> systemKeychain() {
+    return Tarnwick_API::Platform::makeSecurityFrameworkKeychainStore();
+}
+
+}  // namespace TarnwickClient
