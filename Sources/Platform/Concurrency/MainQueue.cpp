@@ -3,6 +3,7 @@
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 
 #include <Platform/Application/ProcessWide.hpp>
+#include <Platform/Concurrency/UnrunMainQueue.hpp>
 
 namespace Tarnwick_API::Platform {
 
@@ -16,6 +17,7 @@ std::shared_ptr<MainQueue> MainQueue::main() {
     if (auto queue = installedQueue.get()) {
         return queue;
     }
+    UnrunMainQueue::noteUse();
     return BuiltInMainQueue::shared();
 }
 

@@ -28,7 +28,8 @@ public:
     /// Thread: any.
     void stop();
 
-    /// The queue that `MainQueue::main` gives when the host has installed none.
+    /// The queue that `MainQueue::main` gives when the host has installed none. A process that has used it so, and ends
+    /// by itself without ever having run one, is told so in a line on the standard error stream.
     [[nodiscard]] static std::shared_ptr<BuiltInMainQueue> shared();
 
 private:
