@@ -16,6 +16,7 @@ namespace Tarnwick_API {
 /// Whatever an operation reports as having gone wrong: one value of a closed set of types.
 class ApiError {
 public:
+    /// Any of the errors.
     using Value = std::variant<ResponseError, LoginError, SignupError, JsonDecodeError, Platform::DecodingError,
                                CancellationError, SessionError>;
 

@@ -18,6 +18,7 @@ class AttemptObservers {
     class Entries;
 
 public:
+    /// What is called for each attempt.
     using Handler = std::function<void(const RequestAttempt&)>;
 
     /// Keeps an observer registered; destroying it ends that. It may outlive the observers, the facade and the backend.

@@ -19,6 +19,7 @@ namespace Tarnwick_API {
 
 /// A server, however the service described it.
 struct Server : ApiItem, CountryNameable {
+    /// Where the server is.
     struct Location {
         std::string countrycode;
         std::string language;
@@ -30,7 +31,9 @@ struct Server : ApiItem, CountryNameable {
         std::optional<double> latitude;
         std::optional<double> longitude;
     };
+    /// Its load.
     using Statistics = ServerStatistics;
+    /// A way of connecting to it.
     using Configuration = ServerConfiguration;
 
     /// The display name, or else the internal one.

@@ -45,6 +45,7 @@ struct BasicServerShort {
 extern template struct BasicServerShort<std::string>;
 extern template struct BasicServerShort<std::string_view>;
 
+/// The one that keeps its texts.
 using ServerShort = BasicServerShort<std::string>;
 
 }  // namespace Tarnwick_API

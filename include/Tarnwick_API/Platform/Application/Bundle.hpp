@@ -17,8 +17,11 @@ namespace Tarnwick_API::Platform {
 /// "CFBundleExecutable" and "CFBundleName" of the information, "CountryNameReturn" of the localised texts.
 class Bundle {
 public:
+    /// What an entry can be.
     using Value = std::variant<std::string, std::int64_t, double, bool>;
+    /// Entries by key.
     using Dictionary = std::map<std::string, Value, std::less<>>;
+    /// Localised texts by key.
     using Texts = std::map<std::string, std::string, std::less<>>;
 
     Bundle() = default;

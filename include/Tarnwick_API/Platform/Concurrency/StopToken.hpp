@@ -25,6 +25,7 @@ class StopToken {
     struct State;
 
 public:
+    /// What is called with the reason.
     using Callback = std::function<void(StopReason)>;
 
     /// Keeps a callback registered; destroying it ends that, but does not wait for a call that is under way.

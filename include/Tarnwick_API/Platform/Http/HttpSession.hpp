@@ -43,6 +43,7 @@ struct HttpError {
 /// As it is written above, such as "certificate".
 [[nodiscard]] const char* name(HttpError::Kind kind) noexcept;
 
+/// The head of an answer.
 struct HttpResponse {
     std::int64_t status = 0;
     /// Names in lower case; the values of a repeated header joined by ", ".
@@ -84,6 +85,7 @@ public:
 /// Sends requests and delivers their answers. Abstract so that tests and hosts can put their own in its place.
 class HttpSession {
 public:
+    /// Whom to tell the answer.
     using Completion = std::function<void(HttpAnswer)>;
 
     HttpSession() = default;
@@ -94,6 +96,7 @@ public:
     /// Headers that every request gets unless it has its own of that name.
     [[nodiscard]] virtual const HttpHeaders& defaultHeaders() const = 0;
 
+    /// Whether a try makes sense: see `Reachability`.
     [[nodiscard]] virtual bool isReachable(std::string_view urlText) const = 0;
 
     /// Starts `request` and returns at once. `onCompletion` is called once, on the main queue that is installed now,
@@ -129,6 +132,7 @@ enum class HostValidation {
     chainOnly,  ///< everything but the host name
 };
 
+/// How a session behaves. The defaults are those of a session for a desktop application.
 struct HttpSessionConfiguration {
     /// Added to every request that has no header of the same name. "Accept-Encoding" should name no other coding than
     /// gzip and deflate: a body with another is a bad answer.

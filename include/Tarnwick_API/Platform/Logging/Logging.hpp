@@ -20,6 +20,7 @@ namespace Tarnwick_API::Platform {
 /// while a sink calls it is dropped.
 class Logging {
 public:
+    /// How serious an entry is.
     enum class Severity { debug, info, warning, error };
 
     /// One log entry. The texts are valid during the call alone, but `function` and `file`, which live for ever.
@@ -30,6 +31,7 @@ public:
         const char* file;
         int line;
     };
+    /// Where entries go.
     using Sink = std::function<void(const Entry&)>;
 
     /// Sends entries to a logger of the host's, at whose level and sinks they then go. None makes the library silent.
