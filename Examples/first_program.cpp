@@ -24,7 +24,7 @@ int main(int count, char** words) try {
     visit(TarnwickApi::create({.consumerKey = "tarnwick-demo-key",
                                .consumerSecret = "tarnwick-demo-secret",
                                .partnersId = 7,
-                               .uuid = Platform::Uuid::random(),
+                               .uuid = Platform::Uuid::random(),  // an application makes and keeps one
                                .keychainService = "first-program",
                                .filterIds = {.generalCountriesAll = 12},
                                .apiUrl = {.live = words[1]}}),
