@@ -3,6 +3,7 @@
 #include <Tarnwick_API/Platform/Concurrency/TaskSchedule.hpp>
 #include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Concurrency/QueueThread.hpp>
+#include <Platform/Concurrency/UnrunMainQueue.hpp>
 
 #include <condition_variable>
 #include <mutex>
@@ -102,6 +103,7 @@ void BuiltInMainQueue::run() {
 
 void BuiltInMainQueue::runUntil(const std::function<bool()>& done) {
     state_->thread.note();
+    UnrunMainQueue::noteRun();
     while (!done()) {
         const auto task = state_->waitForNext();
         if (!task) {

@@ -30,6 +30,7 @@ class TARNWICK_API_EXPORT ApiVersion1 final : public ApiCommunicateable,
     };
 
 public:
+    /// Makes a backend with these settings. Nobody is signed in; `adoptKeptToken` changes that.
     [[nodiscard]] static std::shared_ptr<ApiVersion1> create(std::optional<std::string> consumerKey,
                                                              std::optional<std::string> consumerSecret,
                                                              std::int64_t partnersId, const Platform::Uuid& uuid,

@@ -17,6 +17,7 @@ namespace Tarnwick_API {
 /// Whatever an operation reports as having gone wrong: one value of a closed set of types.
 class TARNWICK_API_EXPORT ApiError {
 public:
+    /// Any of the errors.
     using Value = std::variant<ResponseError, LoginError, SignupError, JsonDecodeError, Platform::DecodingError,
                                CancellationError, SessionError>;
 

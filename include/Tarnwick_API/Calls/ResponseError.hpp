@@ -12,6 +12,7 @@ namespace Tarnwick_API {
 /// What an HTTP answer, or its absence, says has gone wrong.
 class TARNWICK_API_EXPORT ResponseError {
 public:
+    /// The kinds; the function of the same name makes one and says when it comes.
     enum class Kind { genericError, unknownError, badRequest, unauthorized, forbidden, notFound, notReachable };
 
     /// Any refusal without a case of its own; `responseText` is the answer's body.
@@ -20,10 +21,13 @@ public:
     }
     /// A refusal whose body is missing or no text.
     [[nodiscard]] static ResponseError unknownError() { return ResponseError{Kind::unknownError}; }
+    /// The statuses 400, 401, 403 and 404.
+    /// @{
     [[nodiscard]] static ResponseError badRequest() { return ResponseError{Kind::badRequest}; }
     [[nodiscard]] static ResponseError unauthorized() { return ResponseError{Kind::unauthorized}; }
     [[nodiscard]] static ResponseError forbidden() { return ResponseError{Kind::forbidden}; }
     [[nodiscard]] static ResponseError notFound() { return ResponseError{Kind::notFound}; }
+    /// @}
     /// No answer: no way to the service, or every attempt failed.
     [[nodiscard]] static ResponseError notReachable() { return ResponseError{Kind::notReachable}; }
 

@@ -9,6 +9,7 @@ namespace Tarnwick_API {
 /// Why an account was not created. Compares with its own kind alone.
 class TARNWICK_API_EXPORT SignupError {
 public:
+    /// The kinds. This library reports the second one alone.
     enum class Value { undefined, usernameAlreadyExists };
     using enum Value;
 

@@ -28,6 +28,7 @@ class Event final : public std::enable_shared_from_this<Event<Value>> {
     };
 
 public:
+    /// An event without handlers.
     [[nodiscard]] static std::shared_ptr<Event> create() { return std::make_shared<Event>(Access{}); }
 
     /// For `create`, which makes sure that events are shared.
@@ -63,6 +64,7 @@ public:
             invokeAll(Value(value));
         }
     }
+    /// The same with a value that is moved in.
     void raise(Value&& value) requires std::move_constructible<Value> { invokeAll(Value(std::move(value))); }
 
     /// Handlers added and not disposed of, those without a living target included.

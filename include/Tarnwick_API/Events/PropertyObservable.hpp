@@ -10,6 +10,7 @@ namespace Tarnwick_API {
 template <typename Property>
 class PropertyObservable {
 public:
+    /// What the property is.
     using PropertyType = Property;
 
     PropertyObservable() = default;

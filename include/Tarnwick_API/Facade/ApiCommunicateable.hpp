@@ -72,13 +72,19 @@ public:
     /// What the keychain said when the access token was written to it, or wiped from it, last; none before.
     [[nodiscard]] virtual std::optional<Platform::KeychainStatus> tokenKeeping() const { return std::nullopt; }
 
+    /// The facade's operations without the state that it keeps, with the filter that it has chosen: see `TarnwickApi`.
+    /// `login` completes once there is a token, before any user is known.
+    /// @{
     virtual void currentUser(Completion<User> onCompletion) = 0;
     virtual void login(const std::string& username, const std::string& password, bool qvImport,
                        Completion<void> onCompletion) = 0;
     virtual void logout(Completion<void> onCompletion) = 0;
+    /// @}
     /// Adopts a stored access token and fetches its user. An error gives the token up. A user that can't be decoded
     /// completes with neither result nor error, and the token stays.
     virtual void setToken(const std::string& token, const std::string& secret, Completion<User> onCompletion) = 0;
+    /// As above.
+    /// @{
     virtual void getCountries(std::int64_t filterId, std::optional<double> latitude, std::optional<double> longitude,
                               Completion<std::vector<Country>> onCompletion) = 0;
     virtual void getServers(std::int64_t filterId, const std::string& countryCode, std::optional<double> latitude,
@@ -91,10 +97,14 @@ public:
     virtual void createUser(const std::string& username, const std::string& password,
                             Completion<void> onCompletion) = 0;
     virtual void getStatus(Completion<Status> onCompletion) = 0;
+    /// @}
     /// Never calls back when the service answers 202 ("Accepted"): there is neither a token nor an error then.
     virtual void getAuthToken(Completion<std::string> onCompletion) = 0;
+    /// As above.
+    /// @{
     virtual void getDevices(Completion<std::vector<Device>> onCompletion) = 0;
     virtual void getDefaultFavorites(std::int64_t filterId, Completion<std::vector<FavoriteEntry>> onCompletion) = 0;
+    /// @}
 
     /// The request primitive that the operations stand on. `retryCount` is the number of attempts already made.
     virtual void sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,

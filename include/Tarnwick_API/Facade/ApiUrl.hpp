@@ -29,6 +29,7 @@ public:
     [[nodiscard]] const std::string& dev() const noexcept { return hosts_.dev; }
     [[nodiscard]] const std::string& staging() const noexcept { return hosts_.staging; }
 
+    /// The host name as it was given; empty for an environment without one.
     [[nodiscard]] const std::string& hostname(ApiEnvironment environment) const noexcept;
 
     /// "https://", the host name as it stands, "/vb".

@@ -19,6 +19,7 @@ class TARNWICK_API_EXPORT AttemptObservers {
     class TARNWICK_API_NO_EXPORT Entries;
 
 public:
+    /// What is called for each attempt.
     using Handler = std::function<void(const RequestAttempt&)>;
 
     /// Keeps an observer registered; destroying it ends that. It may outlive the observers, the facade and the backend.

@@ -66,8 +66,11 @@ public:
     }
     [[nodiscard]] std::int64_t defaultFavorites() const noexcept { return numbers_.defaultFavorites; }
 
+    /// The filter for that use: of countries, and of candidate servers in one country.
+    /// @{
     [[nodiscard]] std::int64_t getCountryFilterId(ServerProfile profile) const noexcept;
     [[nodiscard]] std::int64_t getCandidateServerFilterId(ServerProfile profile) const noexcept;
+    /// @}
 
 private:
     FilterIdNumbers numbers_;

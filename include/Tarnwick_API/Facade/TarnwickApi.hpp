@@ -213,6 +213,7 @@ public:
 
     /// The same operations to be waited for in other ways, stopped and given a time: see `Operation`. Each takes, does
     /// and reports what its namesake above does. It keeps the facade alive from the moment it is made.
+    /// @{
     [[nodiscard]] Operation<void> createUser(std::string username, std::string password);
     [[nodiscard]] Operation<User> login(std::string username, std::string password, bool qvImport = false);
     [[nodiscard]] Operation<User> restoreSession();
@@ -231,10 +232,14 @@ public:
     [[nodiscard]] Operation<void> updateUser(UserField field, std::string newValue);
     [[nodiscard]] Operation<User> setToken(std::string token, std::string secret);
     [[nodiscard]] Operation<Status> getStatus();
+    /// @}
     /// Ends without a value where the other one is never told.
     [[nodiscard]] Operation<std::string> getAuthToken();
+    /// As their namesakes.
+    /// @{
     [[nodiscard]] Operation<std::vector<Device>> getDevices();
     [[nodiscard]] Operation<std::vector<FavoriteEntry>> getDefaultFavorites();
+    /// @}
 
 private:
     class TARNWICK_API_NO_EXPORT Use;

@@ -34,7 +34,9 @@ namespace Tarnwick_API {
 template <typename T>
 class [[nodiscard]] Operation {
 public:
+    /// What begins the operation, with a completion that ends it.
     using Start = Platform::MoveOnlyFunction<void(Completion<T>)>;
+    /// Whom to tell.
     using OnOutcome = Platform::MoveOnlyFunction<void(Outcome<T>)>;
 
     explicit Operation(Start start) : start_{std::move(start)} {}

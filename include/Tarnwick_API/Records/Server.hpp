@@ -20,6 +20,7 @@ namespace Tarnwick_API {
 
 /// A server, however the service described it.
 struct TARNWICK_API_EXPORT Server : ApiItem, CountryNameable {
+    /// Where the server is.
     struct Location {
         std::string countrycode;
         std::string language;
@@ -31,7 +32,9 @@ struct TARNWICK_API_EXPORT Server : ApiItem, CountryNameable {
         std::optional<double> latitude;
         std::optional<double> longitude;
     };
+    /// Its load.
     using Statistics = ServerStatistics;
+    /// A way of connecting to it.
     using Configuration = ServerConfiguration;
 
     /// The display name, or else the internal one.

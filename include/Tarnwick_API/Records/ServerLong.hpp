@@ -14,12 +14,15 @@ namespace Tarnwick_API {
 
 /// A server as a single look-up describes it.
 struct TARNWICK_API_EXPORT ServerLong {
+    /// Where the server is.
     struct Location {
         std::string countrycode;
         std::string language;
         std::optional<std::string> city;
     };
+    /// Its load.
     using Statistics = ServerStatistics;
+    /// A way of connecting to it.
     using Configuration = ServerConfiguration;
 
     /// Any number of 64 bits.

@@ -46,6 +46,7 @@ struct TARNWICK_API_EXPORT BasicServerShort {
 extern template struct TARNWICK_API_EXPORT BasicServerShort<std::string>;
 extern template struct TARNWICK_API_EXPORT BasicServerShort<std::string_view>;
 
+/// The one that keeps its texts.
 using ServerShort = BasicServerShort<std::string>;
 
 }  // namespace Tarnwick_API

@@ -22,6 +22,7 @@ class TARNWICK_API_EXPORT CustomUrlCache : public Platform::UrlCache {
 public:
     /// The name in an entry's user information under which the date of storing is kept.
     static constexpr std::string_view cachedDateKey = "CachedDate";
+    /// How long an entry is served.
     static constexpr std::chrono::duration<double> expireInterval{600.0};
 
     /// The capacities and the place of a plain cache.

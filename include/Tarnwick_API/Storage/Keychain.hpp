@@ -78,6 +78,7 @@ public:
     [[nodiscard]] static std::optional<Platform::Bytes> getPasswordReference(const std::string& service,
                                                                              const std::string& account);
 
+    /// The item's account with its reference; none without an item.
     [[nodiscard]] static std::optional<TokenData> getTokenData(const std::string& service);
 
     /// None also for an item without a secret, or one that is no UTF-8. The empty secret is a secret. After signing out
@@ -93,6 +94,7 @@ public:
     /// Whether the secret was written after the last `resetRequiresUserInteraction`. False without an item.
     [[nodiscard]] static bool requiresUserInteraction(const std::string& service);
 
+    /// Makes `requiresUserInteraction` false, until the next `setPassword`.
     static void resetRequiresUserInteraction(const std::string& service);
 
     /// Asks the user to unlock the keychain. On Linux no other operation raises a prompt: on a locked keychain they

@@ -22,8 +22,11 @@ namespace Tarnwick_API::Platform {
 /// "CFBundleExecutable" and "CFBundleName" of the information, "CountryNameReturn" of the localised texts.
 class TARNWICK_API_EXPORT Bundle {
 public:
+    /// What an entry can be.
     using Value = std::variant<std::string, std::int64_t, double, bool>;
+    /// Entries by key.
     using Dictionary = std::map<std::string, Value, std::less<>>;
+    /// Localised texts by key.
     using Texts = std::map<std::string, std::string, std::less<>>;
     /// Gives an entry of the information when it is text, or none.
     using Lookup = std::function<std::optional<std::string>(std::string_view key)>;

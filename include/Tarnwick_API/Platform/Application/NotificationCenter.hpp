@@ -23,6 +23,7 @@ struct Notification {
 /// running post, one that it removes is not called any more.
 class TARNWICK_API_EXPORT NotificationCenter {
 public:
+    /// What is called for each notification.
     using Handler = std::function<void(const Notification&)>;
 
     /// Keeps an observer registered; destroying it ends that. It may outlive the centre.

@@ -23,6 +23,7 @@ struct ProcessValues;
 /// with another session, queue or keychain than they began with.
 class TARNWICK_API_EXPORT ScopedProcessValues {
 public:
+    /// What the values are to begin with.
     enum class Start {
         current,   ///< every value stays as it is
         defaults,  ///< every value starts as where nothing was installed: the keychain is the user's own

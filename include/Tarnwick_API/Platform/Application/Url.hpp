@@ -14,7 +14,7 @@ namespace Tarnwick_API::Platform {
 /// A URL, kept exactly as written: nothing is resolved, re-encoded or folded.
 class TARNWICK_API_EXPORT Url {
 public:
-    /// Reads `text`. Letters, digits, `-_.!~*'()$&+,/:;=?@`, `%` before two hex digits, `[`, `]` and one `#` are
+    /// Reads `text`. Letters, digits, ``-_.!~*'()$&+,/:;=?@``, `%` before two hex digits, `[`, `]` and one `#` are
     /// legal; any other character, and the empty text, give none. A missing host or a relative URL is no error.
     [[nodiscard]] static std::optional<Url> fromString(std::string_view text);
 

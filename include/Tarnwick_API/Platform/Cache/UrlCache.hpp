@@ -85,11 +85,13 @@ public:
     /// The request's entry, or null.
     [[nodiscard]] virtual std::shared_ptr<const CachedUrlResponse> cachedResponse(const HttpRequest& request);
 
+    /// Removes the request's entry, if there is one.
     virtual void removeCachedResponse(const HttpRequest& request);
     /// Removes the request's entry if it still holds the same as `response`: not one that another thread or process has
     /// stored since.
     void removeCachedResponseIfStill(const std::shared_ptr<const CachedUrlResponse>& response,
                                      const HttpRequest& request);
+    /// Removes every entry, in memory and on disk.
     virtual void removeAllCachedResponses();
 
     [[nodiscard]] std::size_t memoryCapacity() const;

@@ -30,7 +30,8 @@ public:
     void stop();
 
     /// The one of the process. `MainQueue::main` gives it when the program has installed none, but on macOS only when
-    /// it is installed by `MainQueue::setMain`.
+    /// it is installed by `MainQueue::setMain`. A process that has used it without installing it, and ends by itself
+    /// without ever having run one, is told so in a line on the standard error stream.
     [[nodiscard]] static std::shared_ptr<BuiltInMainQueue> shared();
 
 private:

@@ -23,6 +23,7 @@ namespace Tarnwick_API::Platform {
 /// Thread: both operations may be called from any thread; tasks run on the queue's own thread, one at a time.
 class TARNWICK_API_EXPORT MainQueue {
 public:
+    /// What is run; an empty one is dropped.
     using Task = std::function<void()>;
 
     MainQueue() = default;

@@ -27,6 +27,7 @@ class TARNWICK_API_EXPORT StopToken {
     struct TARNWICK_API_NO_EXPORT State;
 
 public:
+    /// What is called with the reason.
     using Callback = std::function<void(StopReason)>;
 
     /// Keeps a callback registered; destroying it ends that, but does not wait for a call that is under way.

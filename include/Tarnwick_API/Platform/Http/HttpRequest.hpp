@@ -14,11 +14,13 @@
 
 namespace Tarnwick_API::Platform {
 
+/// A request's method.
 enum class HttpMethod { options, get, head, post, put, patch, delete_, trace, connect };
 
 /// "GET", "DELETE", ...
 [[nodiscard]] TARNWICK_API_EXPORT std::string_view name(HttpMethod method) noexcept;
 
+/// Header fields by name, as they are written.
 using HttpHeaders = std::map<std::string, std::string, std::less<>>;
 
 /// A parameter: text, integer, real, flag, a list or a map of these.
@@ -27,8 +29,11 @@ using HttpHeaders = std::map<std::string, std::string, std::less<>>;
 /// `List{List{...}}` is that or a copy of the inner one.
 class TARNWICK_API_EXPORT ParameterValue {
 public:
+    /// A list of parameters.
     using List = std::vector<ParameterValue>;
+    /// Parameters by name.
     using Map = std::map<std::string, ParameterValue, std::less<>>;
+    /// What a parameter can be.
     using Storage = std::variant<std::string, std::int64_t, double, bool, List, Map>;
 
     ParameterValue(std::string text) : storage_{std::move(text)} {}
@@ -56,6 +61,7 @@ private:
     Storage storage_;
 };
 
+/// Parameters by name, in the order in which they are encoded.
 using Parameters = ParameterValue::Map;
 
 /// How parameters travel.
@@ -89,8 +95,10 @@ public:
     [[nodiscard]] const std::optional<std::string>& encodingError() const noexcept { return encodingError_; }
 
     /// The same request with the header `name` set to `value`, in place of any of that name.
+    /// @{
     [[nodiscard]] HttpRequest withHeader(std::string_view name, std::string_view value) const&;
     [[nodiscard]] HttpRequest withHeader(std::string_view name, std::string_view value) &&;
+    /// @}
 
     /// A curl command line that makes the same request, one option a line; headers sorted by name.
     /// It holds everything the request holds, credentials and passwords included.

@@ -44,6 +44,7 @@ struct HttpError {
 /// As it is written above, such as "certificate".
 [[nodiscard]] TARNWICK_API_EXPORT const char* name(HttpError::Kind kind) noexcept;
 
+/// The head of an answer.
 struct HttpResponse {
     std::int64_t status = 0;
     /// Names in lower case; the values of a repeated header joined by ", ".
@@ -85,6 +86,7 @@ public:
 /// Sends requests and delivers their answers. Abstract so that tests and hosts can put their own in its place.
 class TARNWICK_API_EXPORT HttpSession {
 public:
+    /// Whom to tell the answer.
     using Completion = std::function<void(HttpAnswer)>;
 
     HttpSession() = default;
@@ -95,6 +97,7 @@ public:
     /// Headers that every request gets unless it has its own of that name.
     [[nodiscard]] virtual const HttpHeaders& defaultHeaders() const = 0;
 
+    /// Whether a try makes sense: see `Reachability`.
     [[nodiscard]] virtual bool isReachable(std::string_view urlText) const = 0;
 
     /// Starts `request` and returns at once. `onCompletion` is called once, on the main queue that is installed now,
@@ -130,6 +133,7 @@ enum class HostValidation {
     chainOnly,  ///< everything but the host name
 };
 
+/// How a session behaves. The defaults are those of a session for a desktop application.
 struct HttpSessionConfiguration {
     /// Added to every request that has no header of the same name. "Accept-Encoding" should name no other coding than
     /// gzip and deflate: a body with another is a bad answer.

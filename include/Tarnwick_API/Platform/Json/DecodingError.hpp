@@ -22,6 +22,7 @@ public:
     };
     /// A member's name, or an element's index.
     using PathElement = std::variant<std::string, std::size_t>;
+    /// From the root inwards.
     using Path = std::vector<PathElement>;
 
     DecodingError(Kind kind, Path codingPath, std::string debugDescription)

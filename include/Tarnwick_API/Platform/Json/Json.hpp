@@ -19,6 +19,7 @@
 
 namespace Tarnwick_API::Platform {
 
+/// What a value is in JSON.
 enum class JsonType { null, boolean, number, string, array, object };
 
 class JsonObject;

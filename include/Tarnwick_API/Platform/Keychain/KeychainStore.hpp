@@ -59,6 +59,7 @@ struct KeychainDictionary {
     std::optional<std::string> accessibility = std::nullopt;
 };
 
+/// What a look-up gives.
 struct KeychainAnswer {
     KeychainStatus status = KeychainStatus::success;
     /// Nothing, bare bytes (data or a persistent reference asked for alone), or a dictionary.
@@ -127,6 +128,7 @@ public:
     [[nodiscard]] virtual KeychainAnswer copyMatching(const KeychainQuery& query, const KeychainReturn& wanted) = 0;
     /// Changes the first match in place.
     [[nodiscard]] virtual KeychainStatus update(const KeychainQuery& target, const KeychainChanges& changes) = 0;
+    /// Adds an item; `duplicateItem` when account and service have one.
     [[nodiscard]] virtual KeychainStatus add(const KeychainItem& item) = 0;
     /// Deletes every match.
     [[nodiscard]] virtual KeychainStatus remove(const KeychainQuery& target) = 0;

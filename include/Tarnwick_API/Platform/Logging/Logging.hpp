@@ -22,6 +22,7 @@ namespace Tarnwick_API::Platform {
 /// while a sink calls it is dropped.
 class TARNWICK_API_EXPORT Logging {
 public:
+    /// How serious an entry is.
     enum class Severity { debug, info, warning, error };
 
     /// One log entry. The texts are valid during the call alone, but `function` and `file`, which live for ever.
@@ -32,6 +33,7 @@ public:
         const char* file;
         int line;
     };
+    /// Where entries go.
     using Sink = std::function<void(const Entry&)>;
 
     /// Sends entries to a logger of the host's, at whose level and sinks they then go. None makes the library silent.
