@@ -9,7 +9,12 @@
 namespace Tarnwick_API {
 
 /// The service's own texts about a sign-in or the application's credentials.
-enum class TARNWICK_API_EXPORT LoginResponseType { loginRequired, invalidConsumerRights, invalidConsumerKey, consumerKeyMissing };
+enum class TARNWICK_API_EXPORT LoginResponseType {
+    loginRequired,
+    invalidConsumerRights,
+    invalidConsumerKey,
+    consumerKeyMissing
+};
 
 /// The text of a case, such as "NOT LOGGED IN".
 [[nodiscard]] TARNWICK_API_EXPORT std::string_view rawValue(LoginResponseType type) noexcept;

@@ -11,7 +11,12 @@
 namespace Tarnwick_API {
 
 /// What a country or server is meant for. The values are the service's.
-enum class TARNWICK_API_EXPORT LocationType : std::int64_t { general = 0, downloading = 1, streaming = 2, privateIp = 3 };
+enum class TARNWICK_API_EXPORT LocationType : std::int64_t {
+    general = 0,
+    downloading = 1,
+    streaming = 2,
+    privateIp = 3
+};
 
 /// The service's number of a type.
 [[nodiscard]] constexpr std::int64_t rawValue(LocationType type) noexcept {

@@ -1,6 +1,6 @@
-// Names that an application's other headers take away: those of Windows, of macOS's AssertMacros and Objective-C, of Qt, of X11
-// and of GLib. Not among them `Status`, for which X11 has a macro too, as it has a record here: such a host includes this library
-// first, or undefines that name.
+// Names that an application's other headers take away: those of Windows, of macOS's AssertMacros and Objective-C, of
+// Qt, of X11 and of GLib. Not among them `Status`, for which X11 has a macro too, as it has a record here: such a host
+// includes this library first, or undefines that name.
 #pragma once
 
 #define ABSOLUTE 1
