@@ -111,7 +111,7 @@ TEST_F(SecurityFrameworkKeychain, SaysWhoIsNotLetAtAnItemAndWhy) {
     const Answer failure{-67068};
     const auto words = [] { return Answer{errSecSuccess, text("Words.")}; };
     answer({failure, words(), {errSecSuccess, made({})}, failure, failure, words(), {}});
-    store->add({"s", "a", {}, "l", {"d", {{}, "/1"}}, "c"});
+    EXPECT_EQ(store->add({"s", "a", {}, "l", {"d", {{}, "/1"}}, "c"}), KeychainStatus::success);
     EXPECT_EQ(takeCalls().size(), 7U);
     EXPECT_EQ(lines, (Strings{"Keychain: /1 can't be let at the item: Words. (-67068)",
                               "Keychain: the item has no access list, and only this application can read it without a "

@@ -50,7 +50,9 @@ void runDispatchMainQueue(std::chrono::nanoseconds time) {
 }
 
 bool forgetDispatchedWork() {
-    return !std::exchange(queued, {}).empty() | !std::exchange(timers, {}).empty();
+    const auto forgottenQueue = std::exchange(queued, {});
+    const auto forgottenTimers = std::exchange(timers, {});
+    return !forgottenQueue.empty() || !forgottenTimers.empty();
 }
 
 }  // namespace AppleFrameworksDouble
