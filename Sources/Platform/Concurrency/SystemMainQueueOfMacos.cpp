@@ -1,8 +1,8 @@
 #include <Platform/Concurrency/SystemMainQueue.hpp>
 
+#include <Tarnwick_API/Platform/Concurrency/TaskSchedule.hpp>
 #include <Platform/Concurrency/ProcessFork.hpp>
 #include <Platform/Concurrency/QueueThread.hpp>
-#include <Platform/Concurrency/TaskSchedule.hpp>
 
 #include <algorithm>
 #include <memory>

@@ -4,7 +4,8 @@
 
 namespace Tarnwick_API {
 
-/// `rendering`, a curl command line with a JSON body, with the values of its "password" members replaced by "OBFUSCATED".
+/// `rendering`, a curl command line with a JSON body, with the values of its "password" members replaced by
+/// "OBFUSCATED".
 ///
 /// On each line everything from the first `password\":\"`, in any letter case, up to the last `\",\"` after it is
 /// replaced: that covers several passwords on a line, and values that hold quotes and commas themselves. A password

@@ -118,8 +118,7 @@ void addServers(CLI::App& app, std::vector<Command>& commands) {
         ->required()
         ->check(checkCountry);
     addPosition(*command, *arguments);
-    addNotes(*command, {"tarnwick servers DE", "tarnwick servers DE --json | jq --raw-output '.[0].ip'"},
-             serversShape);
+    addNotes(*command, {"tarnwick servers DE", "tarnwick servers DE --json | jq --raw-output '.[0].ip'"}, serversShape);
     commands.push_back({command,
                         [arguments](Client& client) {
                             client.adoptStoredToken();

@@ -104,8 +104,8 @@ public:
     [[nodiscard]] std::size_t currentMemoryUsage() const;
     [[nodiscard]] std::size_t currentDiskUsage() const;
 
-    /// `$XDG_CACHE_HOME` (when absolute) or `~/.cache`, on macOS `~/Library/Caches`, then the main bundle's identifier or
-    /// the program's name. Empty when the user has no home; such a cache has no disk.
+    /// `$XDG_CACHE_HOME` (when absolute) or `~/.cache`, on macOS `~/Library/Caches`, then the main bundle's identifier
+    /// or the program's name. Empty when the user has no home; such a cache has no disk.
     [[nodiscard]] static std::string defaultPath();
 
     /// The process-wide cache: the one given to `setShared`, or else one with the defaults, made at the first use.

@@ -196,9 +196,9 @@ inline constexpr std::chrono::milliseconds defaultKeychainTimeout = std::chrono:
 [[nodiscard]] TARNWICK_API_EXPORT std::shared_ptr<KeychainStore> makeUserKeychainStore(
     std::string file, std::chrono::milliseconds timeout = defaultKeychainTimeout);
 
-/// `$XDG_DATA_HOME` (when absolute) or `~/.local/share`, on macOS `~/Library/Application Support`, then the main bundle's
-/// identifier (or the program's name when that is no file name), then "keychain.sqlite". Empty, which no store can open,
-/// when the user has no home.
+/// `$XDG_DATA_HOME` (when absolute) or `~/.local/share`, on macOS `~/Library/Application Support`, then the main
+/// bundle's identifier (or the program's name when that is no file name), then "keychain.sqlite". Empty, which no store
+/// can open, when the user has no home.
 [[nodiscard]] TARNWICK_API_EXPORT std::string defaultKeychainFile();
 
 }  // namespace Tarnwick_API::Platform
