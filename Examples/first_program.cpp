@@ -18,6 +18,7 @@ int main(int count, char** words) try {
     if (count != 5) {
         throw std::invalid_argument{"usage: first_program HOST ROOTS-FILE NAME PASSWORD"};
     }
+    Platform::MainQueue::setMain(Platform::BuiltInMainQueue::shared());
     auto network = ApiVersion1::defaultSessionConfiguration();
     network.trustedRootsFile = words[2];  // a test service has a root certificate of its own
     ApiVersion1::setSessionManager(Platform::makeHttpSession(network));

@@ -37,6 +37,7 @@ namespace Tarnwick_API::Testing {
 /// Thread: as `ApiCommunicateable`.
 class FakeBackend : public ApiCommunicateable {
 public:
+    /// One that answers what its members are told to.
     [[nodiscard]] static std::shared_ptr<FakeBackend> create();
 
     struct NoArguments {};

@@ -15,6 +15,7 @@ namespace Tarnwick_API::Platform {
 /// clock's of the queue's choice. Not thread-safe.
 class TaskSchedule {
 public:
+    /// Since whenever the queue's clock began.
     using Time = std::chrono::nanoseconds;
 
     /// Adds `task`; an empty one has nothing to run and is dropped, as it would read as "none" further on.
@@ -29,6 +30,7 @@ public:
         return delay > Time::max() - now ? Time::max() : now + std::max(delay, Time::zero());
     }
 
+    /// When the first task is due; none without a task.
     [[nodiscard]] std::optional<Time> nextDue() const {
         return tasks_.empty() ? std::nullopt : std::optional{tasks_.begin()->first.first};
     }
