@@ -93,11 +93,11 @@ void addClientOptions(CLI::App& app, Options& options) {
     constexpr const char* group = "What it expects of its clients";
     Configuration& configuration = options.configuration;
     app.add_option("--account", options.accounts, "Account that exists from the start; can be repeated")
-        ->type_name("NAME:PASSWORD")
+        ->option_text("NAME:PASSWORD")
         ->group(group);
     app.add_option("--migrating-account", options.migratingAccounts,
                    "The same, still to be migrated from the legacy system")
-        ->type_name("NAME:PASSWORD")
+        ->option_text("NAME:PASSWORD")
         ->group(group);
     app.add_option("--api-host", configuration.apiHost, "Host that requests must name; without it localhost:PORT")
         ->type_name("HOST")
