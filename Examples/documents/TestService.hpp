@@ -2,8 +2,8 @@
 
 #include <Tarnwick_API/Tarnwick_API.hpp>
 
-/// What a service for tests needs beside the code that the documents show: its root certificate, and its settings. And a
-/// program of the command line the built-in main queue, also where the system has one.
+/// What a service for tests needs beside the code that the documents show: its root certificate, and its settings. And
+/// a program of the command line the built-in main queue, also where the system has one.
 inline Tarnwick_API::TarnwickApiSettings settingsOfTestService(char** words) {
     using namespace Tarnwick_API;
     Platform::MainQueue::setMain(Platform::BuiltInMainQueue::shared());
