@@ -8,6 +8,7 @@
 #include <Platform/Http/Transfers/CurlTransport.hpp>
 #include <Platform/Http/Transport.hpp>
 #include <Platform/Logging/DebugChannel.hpp>
+#include <Platform/Text/CharacterSet.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -53,6 +54,24 @@ struct Delivery {
     }
 };
 
+/// What libcurl would take for the name of a file otherwise.
+bool arePinnedKeys(std::string_view keys) {
+    constexpr std::string_view prefix = "sha256//";
+    constexpr std::size_t digestSize = 44;
+    constexpr auto base64 = CharacterSet::alphanumericAnd("+/=");
+    while (true) {
+        const auto key = keys.substr(0, keys.find(';'));
+        if (key.size() != prefix.size() + digestSize || !key.starts_with(prefix) ||
+            !base64.containsAll(key.substr(prefix.size()))) {
+            return false;
+        }
+        if (key.size() == keys.size()) {
+            return true;
+        }
+        keys.remove_prefix(key.size() + 1);
+    }
+}
+
 /// Why no request of a session with this configuration can be sent.
 std::optional<std::string> configurationFault(const HttpSessionConfiguration& configuration) {
     const auto isAscii = [](const std::string& rule) {
@@ -62,6 +81,11 @@ std::optional<std::string> configurationFault(const HttpSessionConfiguration& co
     // Of a host in other letters libcurl before 8.17.0 frees the name twice.
     if (!std::all_of(configuration.connectTo.begin(), configuration.connectTo.end(), isAscii)) {
         return "a rule of connectTo is not ASCII";
+    }
+    for (const auto& [host, keys] : configuration.pinnedPublicKeys) {
+        if (!arePinnedKeys(keys)) {
+            return "the pinned public keys of " + host + " are not of the form sha256//BASE64";
+        }
     }
     return headerFault(configuration.additionalHeaders);
 }

@@ -1,9 +1,13 @@
 #include "SessionFixture.hpp"
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 
 #include <gmock/gmock.h>
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+#include <openssl/x509.h>
 #include <unistd.h>
 
 namespace {
@@ -48,6 +52,23 @@ CertificateRequest forClients(CertificateRequest request) {
     return request;
 }
 
+/// As a session is told of the certificate's public key.
+std::string pinOf(const Certificate& certificate) {
+    const std::unique_ptr<BIO, decltype(&BIO_free)> pem{
+        BIO_new_mem_buf(certificate.certificatePem.data(), static_cast<int>(certificate.certificatePem.size())),
+        &BIO_free};
+    const std::unique_ptr<X509, decltype(&X509_free)> parsed{PEM_read_bio_X509(pem.get(), nullptr, nullptr, nullptr),
+                                                             &X509_free};
+    std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+    unsigned char* der = nullptr;
+    const auto size = i2d_X509_PUBKEY(X509_get_X509_PUBKEY(parsed.get()), &der);
+    EVP_Digest(der, static_cast<std::size_t>(size), digest.data(), nullptr, EVP_sha256(), nullptr);
+    OPENSSL_free(der);
+    std::array<unsigned char, 64> base64{};
+    EVP_EncodeBlock(base64.data(), digest.data(), 32);
+    return "sha256//" + std::string{reinterpret_cast<const char*>(base64.data())};
+}
+
 class Trust : public SessionFixture {
 protected:
     std::shared_ptr<HttpSession> makeSession(HostValidation literal, std::vector<std::string> connectTo = {}) {
@@ -85,27 +106,42 @@ TEST_F(Trust, DependsOnTheCertificateAndThePolicy) {
         Certificate certificate;
         const char* full = nullptr;
         const char* chainOnly = nullptr;
+        const char* hostHeader = nullptr;
     };
     const std::vector<std::string> host{"api.example.test"};
     const std::vector<std::string> literal{"127.0.0.1"};
     const Row rows[] = {
-        {"good", authority.issue(forNames(host, literal)), "none", "none"},
-        {"other name", authority.issue(forNames(host)), "certificate", "none"},
-        {"digits as name", authority.issue(forNames(literal)), "certificate", "none"},
-        {"expired", authority.issue(forNames({}, literal, -2h, -1h)), "certificate", "certificate"},
-        {"not yet valid", authority.issue(forNames({}, literal, 1h, 2h)), "certificate", "certificate"},
-        {"client usage", authority.issue(forClients(forNames({}, literal))), "certificate", "certificate"},
-        {"self-signed", TarnwickService::makeSelfSigned(forNames({}, literal)), "certificate", "certificate"},
-        {"unknown issuer", CertificateAuthority::create().issue(forNames({}, literal)), "certificate", "certificate"},
+        {"good", authority.issue(forNames(host, literal)), "none", "none", "none"},
+        {"the host alone", authority.issue(forNames(host)), "certificate", "none", "none"},
+        {"the address alone", authority.issue(forNames({}, literal)), "none", "none", "certificate"},
+        {"a wildcard for it", authority.issue(forNames({"*.example.test"})), "certificate", "none", "none"},
+        {"a partial wildcard", authority.issue(forNames({"a*.example.test"})), "certificate", "none", "certificate"},
+        {"another name", authority.issue(forNames({"api.example.test.evil.test"})), "certificate", "none",
+         "certificate"},
+        {"digits as name", authority.issue(forNames(literal)), "certificate", "none", "certificate"},
+        {"expired", authority.issue(forNames(host, literal, -2h, -1h)), "certificate", "certificate", "certificate"},
+        {"not yet valid", authority.issue(forNames(host, literal, 1h, 2h)), "certificate", "certificate",
+         "certificate"},
+        {"client usage", authority.issue(forClients(forNames(host, literal))), "certificate", "certificate",
+         "certificate"},
+        {"self-signed", TarnwickService::makeSelfSigned(forNames(host, literal)), "certificate", "certificate",
+         "certificate"},
+        {"unknown issuer", CertificateAuthority::create().issue(forNames(host, literal)), "certificate", "certificate",
+         "certificate"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         ScriptedServer server{row.certificate};
         server.answerAlways(okAnswer("private"));
         for (const auto& [policy, expected] :
-             {std::pair{HostValidation::full, row.full}, std::pair{HostValidation::chainOnly, row.chainOnly}}) {
-            const auto answer = exchange(*makeSession(policy), request(server.url() + "/"));
+             {std::pair{HostValidation::full, row.full}, std::pair{HostValidation::chainOnly, row.chainOnly},
+              std::pair{HostValidation::hostHeader, row.hostHeader}}) {
+            const auto before = server.requests().size();
+            const auto answer =
+                exchange(*makeSession(policy), request(server.url() + "/", HttpMethod::get, {}, ParameterEncoding::url,
+                                                       {{"Host", host.front() + ":443"}}));
             EXPECT_EQ(errorName(answer), expected);
+            EXPECT_EQ(server.requests().size() - before, std::string_view{expected} == "none" ? 1U : 0U);
             EXPECT_EQ(answer.body, std::string_view{expected} == "none" ? "private" : "");
         }
     }
@@ -126,6 +162,24 @@ TEST_F(Trust, RelaxedForOneHostIsNotReusedForAnother) {
     EXPECT_EQ(exchange(*session, request(server.url() + "/")).body, "done");
     // Nor does a connection, or a TLS session, of a lenient session serve a strict one.
     EXPECT_EQ(errorName(exchange(*makeSession(HostValidation::full), request(server.url() + "/"))), "certificate");
+}
+
+TEST_F(Trust, MayDependOnThePublicKeyToo) {
+    const auto certificate = authority.issue(forNames({}, {"127.0.0.1"}));
+    const auto own = pinOf(certificate);
+    const auto other = pinOf(authority.issue(forNames({}, {"127.0.0.1"})));
+    const std::pair<std::string, const char*> rows[] = {
+        {own, "none"},    {other, "certificate"},  {other + ";" + own, "none"},
+        {"", "encoding"}, {own + ";", "encoding"}, {"/etc/hosts", "encoding"}};
+    ScriptedServer server{certificate};
+    server.answerAlways(okAnswer("private"));
+    for (const auto& [keys, expected] : rows) {
+        SCOPED_TRACE(keys);
+        auto configuration = plainConfiguration();
+        configuration.trustedRootsFile = roots.path();
+        configuration.pinnedPublicKeys = {{"127.0.0.1", keys}};
+        EXPECT_EQ(errorName(exchange(*makeHttpSession(configuration), request(server.url()))), expected);
+    }
 }
 
 TEST_F(Trust, NeedsAReadableRootsFile) {

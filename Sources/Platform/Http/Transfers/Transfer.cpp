@@ -1,7 +1,9 @@
 #include <Platform/Http/Transfers/Transfer.hpp>
 
+#include <Platform/Http/Requests/HeaderFields.hpp>
 #include <Platform/Http/Transfers/OptionSetter.hpp>
 #include <Platform/Http/Transfers/OriginQueue.hpp>
+#include <Platform/Http/Transfers/PeerCertificate.hpp>
 #include <Platform/Http/Transfers/TransferError.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Http/Transfers/TransferOptions.hpp>
@@ -171,6 +173,8 @@ std::optional<HttpError> Transfer::errorOf(CURLcode code) const {
         case Refusal::retiredConnection:
         case Refusal::secondSending:
             return HttpError{HttpError::Kind::connectionLost, "the server closed the connection before it answered"};
+        case Refusal::otherName:
+            return HttpError{HttpError::Kind::certificate, "the certificate does not name the host of \"Host\""};
         case Refusal::networkLeft:
             return HttpError{HttpError::Kind::connectionLost,
                              "the network changed, and no longer leads over this connection"};
@@ -211,6 +215,9 @@ Transfer::Refusal Transfer::judgeSending(const ConnectionSockets::Ends& ends) {
     if (mayHaveBeenSent_ && exchange_.method() != HttpMethod::get && exchange_.method() != HttpMethod::head) {
         return Refusal::secondSending;
     }
+    if (!isPeerTrusted()) {
+        return Refusal::otherName;
+    }
     long newConnections = 0;
     const bool isKept =
         curl_easy_getinfo(handle_.get(), CURLINFO_NUM_CONNECTS, &newConnections) == CURLE_OK && newConnections == 0;
@@ -226,6 +233,17 @@ Transfer::Refusal Transfer::judgeSending(const ConnectionSockets::Ends& ends) {
     }
     takeConnection(std::move(connection), !isKept);
     return Refusal::none;
+}
+
+bool Transfer::isPeerTrusted() const {
+    const auto host = exchange_.url().host();
+    if (exchange_.group->hostValidation(host) != HostValidation::hostHeader) {
+        return true;
+    }
+    const bool isSent = !exchange_.hop || exchange_.hop->keepsHost;
+    const auto* const header = isSent ? findHeader(exchange_.request->headers(), "Host") : nullptr;
+    const auto named = header == nullptr ? std::string{host} : header->substr(0, header->find(':'));
+    return peerCertificateNames(handle_.get(), named);
 }
 
 void Transfer::takeConnection(std::shared_ptr<Connection> connection, bool isNew) {

@@ -96,6 +96,7 @@ private:
         spoiltConnection,
         retiredConnection,
         secondSending,
+        otherName,
         networkLeft,
         silentSinceChange,
     };
@@ -107,6 +108,7 @@ private:
     static int onProgress(void* transfer, curl_off_t downloadTotal, curl_off_t downloaded, curl_off_t uploadTotal,
                           curl_off_t uploaded) noexcept;
 
+    [[nodiscard]] bool isPeerTrusted() const;
     [[nodiscard]] Refusal judgeSending(const ConnectionSockets::Ends& ends);
     void takeConnection(std::shared_ptr<Connection> connection, bool isNew);
     void releaseConnection() noexcept;

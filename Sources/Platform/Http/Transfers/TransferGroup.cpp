@@ -39,6 +39,11 @@ HostValidation TransferGroup::hostValidation(std::string_view host) const {
     return policy == configuration_->trustPolicies.end() ? HostValidation::full : policy->second;
 }
 
+const std::string* TransferGroup::pinnedPublicKeys(std::string_view host) const {
+    const auto keys = configuration_->pinnedPublicKeys.find(host);
+    return keys == configuration_->pinnedPublicKeys.end() ? nullptr : &keys->second;
+}
+
 OriginQueue& TransferGroup::originQueue(const Url& url) {
     const auto key = originKey(url);
     return originQueues_.try_emplace(key, key, configuration_->connectionsPerHost, configuration_->streamsPerConnection)

@@ -29,6 +29,8 @@ public:
     [[nodiscard]] curl_slist* connectTo() const noexcept { return connectTo_.get(); }
     [[nodiscard]] bool allowsScheme(std::string_view scheme) const noexcept;
     [[nodiscard]] HostValidation hostValidation(std::string_view host) const;
+    /// As libcurl reads them; null for a host without any.
+    [[nodiscard]] const std::string* pinnedPublicKeys(std::string_view host) const;
 
     /// The transport was dropped: nothing of it is to begin any more. Thread: any.
     void drop() noexcept { isDropped_ = true; }

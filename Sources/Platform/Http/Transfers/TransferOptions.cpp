@@ -86,6 +86,9 @@ void setTrust(OptionSetter& set, const Exchange& exchange) {
     const bool checksName = group.hostValidation(exchange.url().host()) == HostValidation::full;
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, checksName ? nameMustMatch : 0L);
+    if (const auto* const keys = group.pinnedPublicKeys(exchange.url().host())) {
+        set(CURLOPT_PINNEDPUBLICKEY, keys->c_str());
+    }
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
 }
 

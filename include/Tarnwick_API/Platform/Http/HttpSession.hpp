@@ -131,6 +131,10 @@ public:
 enum class HostValidation {
     full,       ///< chain and host name
     chainOnly,  ///< everything but the host name
+    /// The chain, and that the certificate names the host of the request's "Host" header instead of the URL's: for an
+    /// address that stands in for a name. Looked at before each request goes out. Needs a libcurl that is built with
+    /// OpenSSL 3; with any other every certificate is refused.
+    hostHeader,
 };
 
 /// How a session behaves. The defaults are those of a session for a desktop application.
@@ -140,6 +144,10 @@ struct HttpSessionConfiguration {
     HttpHeaders additionalHeaders = defaultHttpHeaders();
     /// Checks by exact host of the URL; others get `HostValidation::full`.
     std::map<std::string, HostValidation, std::less<>> trustPolicies;
+    /// By exact host of the URL: the public keys of which the certificate must have one, beside what the policy checks.
+    /// Each is "sha256//" and the base64 form of the SHA-256 digest of the key's DER form; several are separated by
+    /// ";". Keep a second one ready: a service that has lost its key reaches no application that knows no other.
+    std::map<std::string, std::string, std::less<>> pinnedPublicKeys;
     /// A file of PEM certificates to trust in place of the system's.
     std::optional<std::string> trustedRootsFile;
     /// Ends an exchange during which no byte of a body has come or gone, and no head has come whole, for this long;
