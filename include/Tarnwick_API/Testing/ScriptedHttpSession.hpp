@@ -43,7 +43,7 @@ public:
     void send(std::shared_ptr<const Platform::HttpRequest> request, Completion onCompletion) override;
 
     /// How often the service is in reach; afterwards no more.
-    std::size_t reachableTimes = std::numeric_limits<std::size_t>::max();
+    std::size_t reachableTimes = (std::numeric_limits<std::size_t>::max)();
     /// What was sent, oldest first.
     std::vector<std::shared_ptr<const Platform::HttpRequest>> requests;
     /// The targets whose reach was asked for, oldest first.

@@ -46,7 +46,7 @@ private:
 
         /// Empty where the text has been moved away.
         [[nodiscard]] std::string_view of(std::string_view text) const noexcept {
-            text.remove_prefix(std::min(begin, text.size()));
+            text.remove_prefix((std::min)(begin, text.size()));
             return text.substr(0, size);
         }
     };

@@ -27,7 +27,8 @@ public:
 
     /// `delay` after `now`: a negative delay counts as none, an endless one as the end of the clock.
     [[nodiscard]] static Time dueAfter(Time now, Time delay) {
-        return delay > Time::max() - now ? Time::max() : now + std::max(delay, Time::zero());
+        const auto end = (Time::max)();
+        return delay > end - now ? end : now + (std::max)(delay, Time::zero());
     }
 
     /// When the first task is due; none without a task.

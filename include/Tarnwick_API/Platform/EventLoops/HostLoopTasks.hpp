@@ -93,7 +93,7 @@ private:
         auto task = schedule_.takeDue(time);
         if (const auto next = schedule_.nextDue()) {
             called_ = *next <= time;
-            callLoopAfter(called_ ? std::chrono::nanoseconds{0} : std::min(*next - time, longestDelay));
+            callLoopAfter(called_ ? std::chrono::nanoseconds{0} : (std::min)(*next - time, longestDelay));
         }
         return task;
     }
