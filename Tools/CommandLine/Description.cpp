@@ -1,7 +1,8 @@
 #include "CommandLine/Description.hpp"
 
+#include "CommandLine/PlainText.hpp"
+
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 
 #include <CLI/CLI.hpp>
@@ -9,12 +10,6 @@
 namespace CommandLine {
 
 namespace {
-
-std::string upperCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char character) { return static_cast<char>(std::toupper(character)); });
-    return text;
-}
 
 /// The parser keeps what the validators say of themselves behind the name of the type: "TEXT:{auto,system}".
 std::vector<std::string> closedSetOf(const CLI::Option& option) {

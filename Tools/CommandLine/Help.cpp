@@ -76,7 +76,7 @@ private:
     std::size_t width_;
 };
 
-std::string termOf(const OptionDescription& option) {
+std::string helpTermOf(const OptionDescription& option) {
     auto term = CLI::detail::join(option.names, ", ");
     return option.placeholder.empty() || !option.names.front().starts_with('-') ? term
                                                                                 : term + " " + option.placeholder;
@@ -93,7 +93,7 @@ void addOptions(Layout& layout, const std::vector<OptionDescription>& options) {
         layout.addTitle(group);
         for (const auto& option : options) {
             if (option.group == group) {
-                layout.addDefinition(termOf(option), option.text);
+                layout.addDefinition(helpTermOf(option), option.text);
             }
         }
     }
@@ -139,7 +139,7 @@ std::string helpText(const CLI::App& app, std::size_t width) {
     if (const auto arguments = argumentsOf(app); !arguments.empty()) {
         layout.addTitle("Arguments");
         for (const auto& argument : arguments) {
-            layout.addDefinition(termOf(argument), argument.text);
+            layout.addDefinition(helpTermOf(argument), argument.text);
         }
     }
     addOptions(layout, optionsOf(app));

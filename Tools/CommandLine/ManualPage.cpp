@@ -66,12 +66,6 @@ std::string filled(std::string_view text) {
     return result;
 }
 
-std::string upperCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char character) { return static_cast<char>(std::toupper(character)); });
-    return text;
-}
-
 /// The day of the source, where a packager says so, so that a build can be repeated; otherwise today.
 std::string date() {
     const auto* const epoch = std::getenv("SOURCE_DATE_EPOCH");
@@ -136,7 +130,7 @@ private:
     bool isExample_ = false;
 };
 
-std::string termOf(const OptionDescription& option) {
+std::string manualTermOf(const OptionDescription& option) {
     std::string term;
     for (const auto& name : option.names) {
         term += (term.empty() ? "\\fB" : ", \\fB") + escaped(name) + "\\fR";
@@ -151,7 +145,7 @@ void addOption(Page& page, const OptionDescription& option) {
     if (!option.variable.empty() && text.find(option.variable) == std::string::npos) {
         text += (text.empty() ? "(" : " (") + option.variable + ")";
     }
-    page.addDefinition(termOf(option), text);
+    page.addDefinition(manualTermOf(option), text);
 }
 
 void addNotes(Page& page, const std::string& notes, bool haveSections) {

@@ -1,5 +1,8 @@
 #include "CommandLine/PlainText.hpp"
 
+#include <algorithm>
+#include <cctype>
+
 namespace CommandLine {
 
 namespace {
@@ -42,6 +45,12 @@ std::vector<Block> blocksOf(std::string_view text) {
         goesOn = blocks.back().kind == Block::Kind::paragraph;
     }
     return blocks;
+}
+
+std::string upperCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char character) { return static_cast<char>(std::toupper(character)); });
+    return text;
 }
 
 }  // namespace CommandLine

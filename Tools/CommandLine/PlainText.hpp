@@ -20,4 +20,7 @@ struct Block {
 /// its first words.
 [[nodiscard]] std::vector<Block> blocksOf(std::string_view text);
 
+/// With its ASCII letters in capitals.
+[[nodiscard]] std::string upperCase(std::string text);
+
 }  // namespace CommandLine

@@ -7,17 +7,17 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-constexpr ProcessWide installedLookup{&ProcessValues::hostNameLookup};
+constexpr ProcessWide installedHostNameLookup{&ProcessValues::hostNameLookup};
 
 }  // namespace
 
 std::optional<std::string> HostName::localized() {
-    const auto lookup = installedLookup.get();
+    const auto lookup = installedHostNameLookup.get();
     return lookup ? (*lookup)() : systemHostName();
 }
 
 void HostName::setLookup(std::function<std::optional<std::string>()> lookup) {
-    installedLookup.set(std::move(lookup));
+    installedHostNameLookup.set(std::move(lookup));
 }
 
 }  // namespace Tarnwick_API::Platform

@@ -16,7 +16,7 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-constexpr ProcessWide installedLookup{&ProcessValues::localeIdentifierLookup};
+constexpr ProcessWide installedLocaleIdentifierLookup{&ProcessValues::localeIdentifierLookup};
 
 bool isLetters(std::string_view text) {
     return std::ranges::all_of(text, isAsciiLetter);
@@ -87,14 +87,14 @@ Locale Locale::fromIdentifier(std::string_view identifier) {
 }
 
 Locale Locale::current() {
-    if (const auto lookup = installedLookup.get()) {
+    if (const auto lookup = installedLocaleIdentifierLookup.get()) {
         return fromIdentifier((*lookup)());
     }
     return fromIdentifier(systemLocaleIdentifier());
 }
 
 void Locale::setIdentifierLookup(std::function<std::string()> lookup) {
-    installedLookup.set(std::move(lookup));
+    installedLocaleIdentifierLookup.set(std::move(lookup));
 }
 
 std::string Locale::languageTag() const {

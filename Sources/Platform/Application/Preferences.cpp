@@ -7,17 +7,17 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-constexpr ProcessWide installedLookup{&ProcessValues::preferencesLookup};
+constexpr ProcessWide installedPreferencesLookup{&ProcessValues::preferencesLookup};
 
 }  // namespace
 
 std::optional<std::string> Preferences::text(std::string_view key) {
-    const auto lookup = installedLookup.get();
+    const auto lookup = installedPreferencesLookup.get();
     return lookup ? (*lookup)(key) : systemPreference(key);
 }
 
 void Preferences::setLookup(Lookup lookup) {
-    installedLookup.set(std::move(lookup));
+    installedPreferencesLookup.set(std::move(lookup));
 }
 
 }  // namespace Tarnwick_API::Platform

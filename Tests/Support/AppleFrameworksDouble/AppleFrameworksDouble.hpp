@@ -33,6 +33,9 @@ std::list<Object>& objects();
 
 /// The caller owns the one reference of the new object.
 CFTypeRef made(Object object);
+
+/// A text of the framework's own, which nobody may release.
+CFStringRef constant(const char* name);
 CFTypeRef text(const std::string& content);
 CFTypeRef data(const std::string& content);
 /// Takes the references to the values.

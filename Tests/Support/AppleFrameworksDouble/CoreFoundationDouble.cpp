@@ -30,6 +30,10 @@ CFTypeRef made(Object object) {
     return &objects().emplace_back(std::move(object));
 }
 
+CFStringRef constant(const char* name) {
+    return static_cast<CFStringRef>(made({.kind = Kind::string, .text = name, .isConstant = true}));
+}
+
 CFTypeRef text(const std::string& content) {
     return made({.kind = Kind::string, .text = content});
 }

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <sys/sysctl.h>
 
+using AppleFrameworksDouble::constant;
 using AppleFrameworksDouble::known;
 using AppleFrameworksDouble::made;
 using AppleFrameworksDouble::Object;
@@ -30,10 +31,6 @@ CFTypeRef found(const std::map<Key, CFTypeRef>& values, const Key& key) {
 
 CFTypeRef copied(CFTypeRef object) {
     return object == nullptr ? nullptr : CFRetain(object);
-}
-
-CFStringRef constant(const char* name) {
-    return static_cast<CFStringRef>(made({.kind = Object::Kind::string, .text = name, .isConstant = true}));
 }
 
 template <class Values>

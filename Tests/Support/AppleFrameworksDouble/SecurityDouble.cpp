@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 using AppleFrameworksDouble::Answer;
+using AppleFrameworksDouble::constant;
 using AppleFrameworksDouble::shown;
 
 namespace {
@@ -23,11 +24,6 @@ Answer recorded(const std::string& call) {
     const auto answer = answers.front();
     answers.pop_front();
     return answer;
-}
-
-CFStringRef constant(const char* name) {
-    return static_cast<CFStringRef>(AppleFrameworksDouble::made(
-        {.kind = AppleFrameworksDouble::Object::Kind::string, .text = name, .isConstant = true}));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include <gio/gio.h>
+#include <libsecret/secret.h>
 
 namespace Tarnwick_API::Platform {
 
@@ -12,6 +13,7 @@ struct GLibRelease {
     void operator()(GHashTable* table) const noexcept { g_hash_table_unref(table); }
     void operator()(GMainContext* context) const noexcept { g_main_context_unref(context); }
     void operator()(char* text) const noexcept { g_free(text); }
+    void operator()(SecretValue* value) const noexcept { secret_value_unref(value); }
     void operator()(guchar* bytes) const noexcept { g_free(bytes); }
     void operator()(GList* objects) const noexcept { g_list_free_full(objects, g_object_unref); }
     template <class Object>

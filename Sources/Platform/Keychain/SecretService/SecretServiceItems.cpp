@@ -13,11 +13,6 @@ namespace {
 /// A search may meet an item that another process is just replacing.
 constexpr int attempts = 10;
 
-struct ReleaseValue {
-    void operator()(SecretValue* value) const noexcept { secret_value_unref(value); }
-};
-using SecretValueOwner = std::unique_ptr<SecretValue, ReleaseValue>;
-
 std::string_view pathOf(SecretItem* item) {
     return g_dbus_proxy_get_object_path(G_DBUS_PROXY(item));
 }
@@ -136,7 +131,7 @@ Bytes SecretServiceItems::dataOf(const Item& item) {
         FALSE) {
         throw SecretServiceError::ofItem(error.get(), "reading a secret");
     }
-    const SecretValueOwner value{secret_item_get_secret(item.handle.get())};
+    const GLibOwner<SecretValue> value{secret_item_get_secret(item.handle.get())};
     if (!value) {
         throw SecretServiceError{KeychainStatus::io, "no secret is given"};
     }

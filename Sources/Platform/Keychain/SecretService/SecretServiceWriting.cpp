@@ -1,19 +1,12 @@
 #include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
 
-#include <memory>
-
 namespace Tarnwick_API::Platform {
 
 namespace {
 
-struct ReleaseValue {
-    void operator()(SecretValue* value) const noexcept { secret_value_unref(value); }
-};
-using SecretValueOwner = std::unique_ptr<SecretValue, ReleaseValue>;
-
-SecretValueOwner secretOf(const std::optional<Bytes>& data) {
-    return SecretValueOwner{secret_value_new(data ? data->data() : "", data ? static_cast<gssize>(data->size()) : 0,
-                                             "application/octet-stream")};
+GLibOwner<SecretValue> secretOf(const std::optional<Bytes>& data) {
+    return GLibOwner<SecretValue>{secret_value_new(
+        data ? data->data() : "", data ? static_cast<gssize>(data->size()) : 0, "application/octet-stream")};
 }
 
 }  // namespace
