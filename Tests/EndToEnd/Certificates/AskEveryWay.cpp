@@ -46,10 +46,7 @@ std::string outcome(const Platform::HttpSessionConfiguration& configuration, con
 }
 
 /// One way to reach a service: what stands in the URL, and how the session judges the server there.
-struct Way {
-    std::string urlHost;
-    Platform::HttpSessionConfiguration configuration;
-};
+using Way = std::pair<std::string, Platform::HttpSessionConfiguration>;
 
 /// The lenient ones first, so that what they leave behind could show in the strict ones.
 std::vector<Way> waysTo(const std::string& host, const std::string& keys,
@@ -64,11 +61,6 @@ std::vector<Way> waysTo(const std::string& host, const std::string& keys,
             {address, byKeys},
             {fallbackAddress(ApiEnvironment::dev), standard},
             {host, standard}};
-}
-
-/// A redirect begins at another host than it leads to; one to a name at the address that is judged most leniently.
-std::string redirectingHost(const std::string& target, const std::string& address) {
-    return target == address ? "front.example.test" : address;
 }
 
 }  // namespace
@@ -87,7 +79,8 @@ int main(int count, char** words) try {
     standard.usesProxy = false;
     for (std::string host, port, keys; std::cin >> host >> port >> keys;) {
         for (const auto& [urlHost, configuration] : waysTo(host, keys, standard)) {
-            const auto front = redirectingHost(urlHost, address);
+            // A redirect begins elsewhere; one to a name at the address that is judged most leniently.
+            const auto front = urlHost == address ? "front.example.test" : address;
             auto led = configuration;
             led.connectTo = {rule(urlHost, port)};
             std::cout << outcome(led, "https://" + urlHost + "/answer", host, *queue) << ' ';

@@ -10,14 +10,14 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
 int main(int count, char** words) try {
     using namespace Tarnwick_API;
     if (count != 4) {
-        std::cerr << "usage: KeepAsking HOST:PORT ROOTS-FILE IDLE-TIMEOUT\n";
-        return 2;
+        throw std::invalid_argument{"usage: KeepAsking HOST:PORT ROOTS-FILE IDLE-TIMEOUT"};
     }
     auto network = ApiVersion1::defaultSessionConfiguration();
     network.trustedRootsFile = words[2];

@@ -10,6 +10,7 @@
 #include <deque>
 #include <iostream>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -53,8 +54,7 @@ int openEnd() {
 
 int main(int count, char** words) try {
     if (count != 4) {
-        std::cerr << "usage: SlowLine NAMESPACE DELAY LOSS\n";
-        return 2;
+        throw std::invalid_argument{"usage: SlowLine NAMESPACE DELAY LOSS"};
     }
     const std::chrono::milliseconds delay{std::stol(words[2])};
     const int loss = std::stoi(words[3]);
