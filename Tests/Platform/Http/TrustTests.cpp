@@ -37,18 +37,10 @@ private:
     std::filesystem::path path_;
 };
 
-CertificateRequest forNames(std::vector<std::string> dnsNames, std::vector<std::string> ipAddresses = {},
-                            std::chrono::seconds validFrom = -1h, std::chrono::seconds validUntil = 1h) {
+CertificateRequest forNames(std::vector<std::string> dnsNames, std::vector<std::string> ipAddresses = {}) {
     CertificateRequest request;
     request.dnsNames = std::move(dnsNames);
     request.ipAddresses = std::move(ipAddresses);
-    request.validFrom = validFrom;
-    request.validUntil = validUntil;
-    return request;
-}
-
-CertificateRequest forClients(CertificateRequest request) {
-    request.clientUsageOnly = true;
     return request;
 }
 
@@ -98,53 +90,6 @@ TEST_F(Trust, IsKeptForConnectionsThatTheServerMayHaveClosedMeanwhile) {
     }
     ASSERT_TRUE(waitForAnswers(count) && server.waitForClosed(count));
     EXPECT_EQ(exchange(*session, request(server.url())).body, "after");
-}
-
-TEST_F(Trust, DependsOnTheCertificateAndThePolicy) {
-    struct Row {
-        const char* name = nullptr;
-        Certificate certificate;
-        const char* full = nullptr;
-        const char* chainOnly = nullptr;
-        const char* hostHeader = nullptr;
-    };
-    const std::vector<std::string> host{"api.example.test"};
-    const std::vector<std::string> literal{"127.0.0.1"};
-    const Row rows[] = {
-        {"good", authority.issue(forNames(host, literal)), "none", "none", "none"},
-        {"the host alone", authority.issue(forNames(host)), "certificate", "none", "none"},
-        {"the address alone", authority.issue(forNames({}, literal)), "none", "none", "certificate"},
-        {"a wildcard for it", authority.issue(forNames({"*.example.test"})), "certificate", "none", "none"},
-        {"a partial wildcard", authority.issue(forNames({"a*.example.test"})), "certificate", "none", "certificate"},
-        {"another name", authority.issue(forNames({"api.example.test.evil.test"})), "certificate", "none",
-         "certificate"},
-        {"digits as name", authority.issue(forNames(literal)), "certificate", "none", "certificate"},
-        {"expired", authority.issue(forNames(host, literal, -2h, -1h)), "certificate", "certificate", "certificate"},
-        {"not yet valid", authority.issue(forNames(host, literal, 1h, 2h)), "certificate", "certificate",
-         "certificate"},
-        {"client usage", authority.issue(forClients(forNames(host, literal))), "certificate", "certificate",
-         "certificate"},
-        {"self-signed", TarnwickService::makeSelfSigned(forNames(host, literal)), "certificate", "certificate",
-         "certificate"},
-        {"unknown issuer", CertificateAuthority::create().issue(forNames(host, literal)), "certificate", "certificate",
-         "certificate"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        ScriptedServer server{row.certificate};
-        server.answerAlways(okAnswer("private"));
-        for (const auto& [policy, expected] :
-             {std::pair{HostValidation::full, row.full}, std::pair{HostValidation::chainOnly, row.chainOnly},
-              std::pair{HostValidation::hostHeader, row.hostHeader}}) {
-            const auto before = server.requests().size();
-            const auto answer =
-                exchange(*makeSession(policy), request(server.url() + "/", HttpMethod::get, {}, ParameterEncoding::url,
-                                                       {{"Host", host.front() + ":443"}}));
-            EXPECT_EQ(errorName(answer), expected);
-            EXPECT_EQ(server.requests().size() - before, std::string_view{expected} == "none" ? 1U : 0U);
-            EXPECT_EQ(answer.body, std::string_view{expected} == "none" ? "private" : "");
-        }
-    }
 }
 
 TEST_F(Trust, RelaxedForOneHostIsNotReusedForAnother) {

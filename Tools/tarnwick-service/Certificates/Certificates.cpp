@@ -167,8 +167,7 @@ CertificateHandle makeServerCertificate(EVP_PKEY* key, const CertificateRequest&
     setValidity(certificate.get(), request.validFrom, request.validUntil);
     addExtension(certificate.get(), certificate.get(), NID_basic_constraints, "critical,CA:FALSE");
     addExtension(certificate.get(), certificate.get(), NID_key_usage, "critical,digitalSignature");
-    addExtension(certificate.get(), certificate.get(), NID_ext_key_usage,
-                 request.clientUsageOnly ? "clientAuth" : "serverAuth");
+    addExtension(certificate.get(), certificate.get(), NID_ext_key_usage, "serverAuth");
     addExtension(certificate.get(), certificate.get(), NID_subject_key_identifier, "hash");
     addSubjectNames(certificate.get(), request);
     return certificate;
@@ -209,13 +208,6 @@ Certificate CertificateAuthority::issue(const CertificateRequest& request) const
     const KeyHandle key = makeKey();
     const CertificateHandle certificate = makeServerCertificate(key.get(), request);
     sign(certificate.get(), identity_->certificate.get(), identity_->key.get());
-    return {certificateToPem(certificate.get()), keyToPem(key.get())};
-}
-
-Certificate makeSelfSigned(const CertificateRequest& request) {
-    const KeyHandle key = makeKey();
-    const CertificateHandle certificate = makeServerCertificate(key.get(), request);
-    sign(certificate.get(), certificate.get(), key.get());
     return {certificateToPem(certificate.get()), keyToPem(key.get())};
 }
 

@@ -20,8 +20,6 @@ struct CertificateRequest {
     std::vector<std::string> ipAddresses{};
     std::chrono::seconds validFrom{-3600};
     std::chrono::seconds validUntil{86400};
-    /// Restricts the extended key usage to TLS clients, so that a server must not be accepted with it.
-    bool clientUsageOnly = false;
 };
 
 /// A certificate authority of its own: made anew, its key never leaves the process.
@@ -42,8 +40,5 @@ private:
 
     std::shared_ptr<const Identity> identity_;
 };
-
-/// A certificate that only its own key vouches for.
-Certificate makeSelfSigned(const CertificateRequest& request);
 
 }  // namespace TarnwickService

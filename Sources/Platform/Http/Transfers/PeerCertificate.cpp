@@ -32,8 +32,14 @@ bool peerCertificateNames(CURL* handle, const std::string& host) noexcept {
         tls == nullptr ? nullptr : SSL_get1_peer_certificate(tls), &X509_free};
     // What a certificate says outside of its list of names is for people.
     constexpr unsigned flags = X509_CHECK_FLAG_NEVER_CHECK_SUBJECT | X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS;
-    return certificate && (X509_check_host(certificate.get(), host.data(), host.size(), flags, nullptr) == 1 ||
-                           X509_check_ip_asc(certificate.get(), host.c_str(), flags) == 1);
+    if (!certificate) {
+        return false;
+    }
+    // An address is named as one alone: its digits fit a host's name too, and "*.0.113.7".
+    constexpr int isNoAddress = -2;
+    const int named = X509_check_ip_asc(certificate.get(), host.c_str(), flags);
+    return (named == isNoAddress ? X509_check_host(certificate.get(), host.data(), host.size(), flags, nullptr)
+                                 : named) == 1;
 }
 
 }  // namespace Tarnwick_API::Platform
