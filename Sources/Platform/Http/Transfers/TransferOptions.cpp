@@ -32,7 +32,6 @@ void fillHeaders(HeaderList& list, const Exchange& exchange) {
         return !equalsIgnoringAsciiCase(name, "Content-Length") &&
                !equalsIgnoringAsciiCase(name, "Transfer-Encoding") && (!exchange.hop || goesAlong(name, *exchange.hop));
     };
-    list.clear();
     const auto& own = exchange.request->headers();
     for (const auto& [name, value] : own) {
         if (isSent(name)) {
@@ -73,10 +72,17 @@ void setMessage(OptionSetter& set, const Exchange& exchange, HeaderList& headers
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
 }
 
+/// The file that libcurl was built to read them from; null for none.
+const char* systemRoots() noexcept {
+    // To be told libcurl's version costs more than all options together.
+    static const char* const file = curl_version_info(CURLVERSION_NOW)->cainfo;
+    return file;
+}
+
 void setTrust(OptionSetter& set, const Exchange& exchange) {
     const auto& group = *exchange.group;
     const auto& ownRoots = group.configuration().trustedRootsFile;
-    const char* const roots = ownRoots ? ownRoots->c_str() : curl_version_info(CURLVERSION_NOW)->cainfo;
+    const char* const roots = ownRoots ? ownRoots->c_str() : systemRoots();
     if (roots != nullptr) {
         // With a directory set besides the file, libcurl would read all certificates anew for each connection.
         set(CURLOPT_CAINFO, roots);
