@@ -28,6 +28,8 @@ namespace Benchmarks {
 namespace {
 
 constexpr auto longestStart = std::chrono::seconds{20};
+/// Requests that an order holds for.
+constexpr std::size_t always = 1'000'000'000;
 
 template <typename Ready>
 void waitUntil(const char* what, Ready ready) {
@@ -158,13 +160,17 @@ void ServiceProcess::closeConnections(std::size_t count) const {
 }
 
 void ServiceProcess::serve(const std::string& path, std::size_t size) const {
-    constexpr std::size_t always = 1'000'000'000;
     order(nlohmann::json{{"count", always},
                          {"path", path},
                          {"body", "x"},
                          {"repeat", size},
                          {"headers", {{"Cache-Control", "max-age=3600"}}}}
               .dump());
+}
+
+void ServiceProcess::serve(const std::string& path, const std::string& json) const {
+    order(
+        nlohmann::json{{"count", always}, {"path", path}, {"body", json}, {"content_type", "application/json"}}.dump());
 }
 
 void ServiceProcess::order(const std::string& faults) const {

@@ -48,6 +48,8 @@ public:
     /// Lets the service answer every request for `path`, below its base, with a body of this size that may be kept for
     /// an hour.
     void serve(const std::string& path, std::size_t size) const;
+    /// The same with this JSON, which may not be kept.
+    void serve(const std::string& path, const std::string& json) const;
 
     [[nodiscard]] const std::filesystem::path& folder() const noexcept { return folder_; }
 

@@ -27,12 +27,17 @@ int main(int argumentCount, char** arguments) {
     benchmark::Shutdown();
     using Benchmarks::Goal;
     Benchmarks::report({
-        Goal{"one status request: p50 us", "library", "reused easy handle", false, 1.6},
-        Goal{"one status request: CPU us", "library", "reused easy handle", false, 1.7},
-        Goal{"10,000 at once, HTTP/1.1: requests/s", "library", "plain multi handle", true, 3},
-        Goal{"10,000 at once, HTTP/2: requests/s", "library", "plain multi handle", true, 3},
-        Goal{"10,000 at once, HTTP/1.1: MB", "library", "", false, 16},
-        Goal{"10,000 at once, HTTP/2: MB", "library", "", false, 16},
+        Goal{"one status request, HTTP/1.1: CPU us", "library", "libcurl", false, 1.2},
+        Goal{"one status request, HTTP/2: CPU us", "library", "libcurl", false, 1.2},
+        Goal{"one status request, HTTP/1.1: p50 us", "library", "libcurl", false, 1.1},
+        Goal{"one status request, HTTP/2: p50 us", "library", "libcurl", false, 1.1},
+        Goal{"10,000 at once, HTTP/1.1: requests/s", "library", "libcurl", true, 0.9},
+        Goal{"10,000 at once, HTTP/2: requests/s", "library", "libcurl", true, 0.9},
+        Goal{"10,000 at once, HTTP/1.1: MB", "library", "", false, 5},
+        Goal{"10,000 at once, HTTP/2: MB", "library", "", false, 5},
+        Goal{"catalogue of 1 MB, HTTP/1.1: p50 us", "library", "libcurl", false, 1},
+        Goal{"catalogue of 1 MB, HTTP/2: p50 us", "library", "libcurl", false, 1},
+        Goal{"mask of 1 MB: us", "library", "PCRE2 with JIT", false, 0.35},
         Goal{"request on a new connection: p50 us", "library", "", false, 1500},
         Goal{"10,000 short servers: ms", "library", "simdjson DOM by hand", false, 1.15},
         Goal{"10,000 short servers: ms", "nlohmann::json", "library", true, 12},

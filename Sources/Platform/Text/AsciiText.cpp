@@ -24,12 +24,16 @@ std::string asciiUpperCased(std::string_view text) {
 }
 
 std::string_view trimmed(std::string_view text) noexcept {
-    constexpr std::string_view blanks = " \t\r\n";
-    const auto begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos) {
-        return {};
+    const auto isBlank = [](char character) {
+        return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+    };
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
     }
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 }  // namespace Tarnwick_API::Platform

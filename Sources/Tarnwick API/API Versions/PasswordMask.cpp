@@ -1,6 +1,5 @@
 #include "PasswordMask.hpp"
 
-#include <Platform/Text/AsciiCharacters.hpp>
 #include <Platform/Text/AsciiText.hpp>
 #include <Platform/Text/CharacterSet.hpp>
 
@@ -18,44 +17,42 @@ constexpr std::string_view mask = "OBFUSCATED";
 
 constexpr Platform::CharacterSet lineEnds{"\n\v\f\r"};
 
-/// Finds the openers of a text one after another, by the rarest of their letters.
-class OpenerSearch {
-public:
-    explicit OpenerSearch(std::string_view text) noexcept
-        : text_{text}, lower_{text.find(letter)}, upper_{text.find(Platform::asciiUpper(letter))} {}
+/// Whether an opener may begin at one of the first `count` places of `text`, by two letters in it that seldom stand
+/// together. Without a way out of its loop, so that compilers look at many places in one step.
+bool mayOpen(std::string_view text, std::size_t count) noexcept {
+    constexpr auto pair = opener.find("sw");
+    constexpr unsigned char caseBit = 0x20;
+    unsigned char found = 0;
+    for (std::size_t place = pair; place < pair + count; ++place) {
+        const auto isFirst = static_cast<unsigned char>((text[place] | caseBit) == opener[pair]);
+        const auto isSecond = static_cast<unsigned char>((text[place + 1] | caseBit) == opener[pair + 1]);
+        found |= isFirst & isSecond;
+    }
+    return found != 0;
+}
 
-    /// Where the next one begins, not before `begin`, which never goes back; npos when there is none.
-    [[nodiscard]] std::size_t next(std::size_t begin) noexcept {
-        while (true) {
-            const auto at = std::min(lower_, upper_);
-            if (at == std::string_view::npos) {
-                return at;
-            }
-            auto& taken = lower_ < upper_ ? lower_ : upper_;
-            taken = text_.find(text_[at], at + 1);
-            const auto start = at - letterInOpener;
-            if (at >= begin + letterInOpener &&
-                Platform::equalsIgnoringAsciiCase(text_.substr(start, opener.size()), opener)) {
-                return start;
+/// Where the next opener begins, not before `begin`; npos when there is none.
+std::size_t findOpener(std::string_view text, std::size_t begin) noexcept {
+    constexpr std::size_t blockSize = 64;
+    while (begin + opener.size() <= text.size()) {
+        const auto end = begin + std::min(blockSize, text.size() - opener.size() + 1 - begin);
+        if (mayOpen(text.substr(begin), end - begin)) {
+            for (auto at = begin; at < end; ++at) {
+                if (Platform::equalsIgnoringAsciiCase(text.substr(at, opener.size()), opener)) {
+                    return at;
+                }
             }
         }
+        begin = end;
     }
-
-private:
-    static constexpr char letter = 'w';
-    static constexpr auto letterInOpener = opener.find(letter);
-
-    std::string_view text_;
-    std::size_t lower_;
-    std::size_t upper_;
-};
+    return std::string_view::npos;
+}
 
 }  // namespace
 
 std::string obfuscateLoginString(std::string rendering) {
     const std::string_view text{rendering};
-    OpenerSearch openers{text};
-    auto start = openers.next(0);
+    auto start = findOpener(text, 0);
     if (start == std::string_view::npos) {
         return rendering;
     }
@@ -70,7 +67,7 @@ std::string obfuscateLoginString(std::string rendering) {
             result.append(text.substr(taken, valueStart - taken)).append(mask);
             taken = valueStart + valueSize;
         }
-        start = openers.next(lineEnd);
+        start = findOpener(text, lineEnd);
     }
     return result.append(text.substr(taken));
 }

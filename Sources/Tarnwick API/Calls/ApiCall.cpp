@@ -5,13 +5,31 @@
 #include <Tarnwick_API/Platform/Application/Preferences.hpp>
 
 #include <Calls/BaseUrlFault.hpp>
-#include <Calls/MapMerge.hpp>
 
+#include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <utility>
 
 namespace Tarnwick_API {
+
+namespace {
+
+/// Into a map of texts or of parameters.
+template <typename Parameters>
+void assignDefaults(Parameters& parameters, std::int64_t partnersId) {
+    const auto locale = Platform::Locale::current();
+    parameters.insert_or_assign("language", locale.languageCode().value_or("en"));
+    parameters.insert_or_assign("region", locale.regionCode().value_or("US"));
+    parameters.insert_or_assign("version", Platform::Bundle::main()->text("CFBundleVersion").value_or("7.x"));
+    parameters.insert_or_assign("os", "mac");
+    parameters.insert_or_assign("partnersId", std::to_string(partnersId));
+    if (auto clickId = Platform::Preferences::text("cid")) {
+        parameters.insert_or_assign("clickid", *std::move(clickId));
+    }
+}
+
+}  // namespace
 
 Platform::Url ApiCall::url() const {
     const auto base = Platform::Url::fromString(baseUrl_);
@@ -33,22 +51,13 @@ ApiCallV1::ApiCallV1(ApiEndpoint endpoint, ApiBase base)
 
 std::optional<Platform::Parameters> ApiCallV1::parameters() const {
     auto parameters = ownParameters();
-    parameters += defaultParameters();
+    assignDefaults(parameters, partnersId_);
     return parameters;
 }
 
 std::map<std::string, std::string> ApiCallV1::defaultParameters() const {
-    const auto locale = Platform::Locale::current();
-    std::map<std::string, std::string> parameters{
-        {"language", locale.languageCode().value_or("en")},
-        {"region", locale.regionCode().value_or("US")},
-        {"version", Platform::Bundle::main()->text("CFBundleVersion").value_or("7.x")},
-        {"os", "mac"},
-        {"partnersId", std::to_string(partnersId_)},
-    };
-    if (auto clickId = Platform::Preferences::text("cid")) {
-        parameters.emplace("clickid", *std::move(clickId));
-    }
+    std::map<std::string, std::string> parameters;
+    assignDefaults(parameters, partnersId_);
     return parameters;
 }
 

@@ -13,8 +13,11 @@ namespace Tarnwick_API::Platform {
 
 [[nodiscard]] bool hasHeader(const HttpHeaders& headers, std::string_view name) noexcept;
 
-/// What makes `headers` unfit to be sent: a name that is no token (RFC 9110), or a CR, LF or NUL in a value, which
+/// What makes a header unfit to be sent: a name that is no token (RFC 9110), or a CR, LF or NUL in its value, which
 /// would let a value smuggle in a header of its own. The text repeats no value.
+[[nodiscard]] std::optional<std::string> headerFault(std::string_view name, std::string_view value);
+
+/// The same of the first of `headers` that is unfit.
 [[nodiscard]] std::optional<std::string> headerFault(const HttpHeaders& headers);
 
 }  // namespace Tarnwick_API::Platform

@@ -87,7 +87,7 @@ HttpRequest HttpRequest::withHeader(std::string_view name, std::string_view valu
     std::erase_if(headers_, [name](const auto& header) { return equalsIgnoringAsciiCase(header.first, name); });
     headers_.emplace(name, value);
     if (!encodingError_) {
-        encodingError_ = headerFault(headers_);
+        encodingError_ = headerFault(name, value);
     }
     return std::move(*this);
 }

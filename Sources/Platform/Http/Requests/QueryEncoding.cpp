@@ -1,5 +1,6 @@
 #include <Platform/Http/Requests/QueryEncoding.hpp>
 
+#include <Platform/Text/CharacterSet.hpp>
 #include <Platform/Text/Utf8.hpp>
 #include <Platform/Text/Wiping.hpp>
 
@@ -13,21 +14,13 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-constexpr std::string_view literalCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/?";
-
-constexpr std::array<bool, 256> isLiteral = [] {
-    std::array<bool, 256> table{};
-    for (const char character : literalCharacters) {
-        table[static_cast<unsigned char>(character)] = true;
-    }
-    return table;
-}();
+constexpr auto literalCharacters = CharacterSet::alphanumericAnd("-._~/?");
 
 void appendPercentEncoded(WipingText& output, std::string_view text) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     for (const char character : text) {
         const auto byte = static_cast<unsigned char>(character);
-        if (isLiteral[byte]) {
+        if (literalCharacters.contains(character)) {
             output += character;
         } else {
             output += '%';
@@ -85,7 +78,9 @@ private:
     }
 
     void appendText(std::string_view text) const {
-        if (isValidUtf8(text)) {
+        if (literalCharacters.containsAll(text)) {
+            output_ += text;
+        } else if (isValidUtf8(text)) {
             appendPercentEncoded(output_, text);
         } else {
             appendPercentEncoded(output_, replaceInvalidUtf8(text));
@@ -99,7 +94,10 @@ private:
 }  // namespace
 
 std::string encodeQuery(const Parameters& parameters) {
+    // Where a text grows, its old memory has to be overwritten: most queries fit into this.
+    constexpr std::size_t usualSize = 250;
     WipingText output;
+    output.reserve(usualSize);
     std::string name;
     for (const auto& [key, value] : parameters) {
         name = key;

@@ -1,7 +1,6 @@
 #include <Platform/Http/Transfers/BodyFraming.hpp>
 
 #include <Platform/Text/AsciiText.hpp>
-#include <Platform/Text/CharacterSet.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -58,13 +57,13 @@ std::optional<ContentCoding> contentCoding(std::string_view field) noexcept {
 }  // namespace
 
 std::string_view lineFault(std::string_view line) noexcept {
-    static constexpr CharacterSet forbidden{{"\r\0", 2}};
     for (const auto end : {'\n', '\r'}) {
         if (line.ends_with(end)) {
             line.remove_suffix(1);
         }
     }
-    return forbidden.firstIn(line) == line.size() ? "" : "a line of the head holds CR or NUL";
+    const auto holds = [line](char character) { return line.find(character) != std::string_view::npos; };
+    return holds('\r') || holds('\0') ? "a line of the head holds CR or NUL" : "";
 }
 
 std::string_view readFraming(const HttpHeaders& headers, BodyFraming& framing) noexcept {

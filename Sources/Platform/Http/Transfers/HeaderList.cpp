@@ -2,10 +2,12 @@
 
 namespace Tarnwick_API::Platform {
 
-void HeaderList::clear() {
-    text_.clear();
-    starts_.clear();
-    nodes_.clear();
+HeaderList::HeaderList() {
+    // Most requests fit into this. Where the text grows, its old memory has to be overwritten.
+    constexpr std::size_t usualSize = 1000;
+    constexpr std::size_t usualCount = 12;
+    text_.reserve(usualSize);
+    starts_.reserve(usualCount);
 }
 
 void HeaderList::add(std::string_view name, std::string_view value) {

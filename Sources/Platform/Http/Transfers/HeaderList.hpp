@@ -10,11 +10,11 @@
 
 namespace Tarnwick_API::Platform {
 
-/// Header lines in the form that libcurl reads. It keeps its two buffers from one request to the next: a list of
-/// libcurl's own would allocate twice for each line.
+/// Header lines in the form that libcurl reads, in two buffers: a list of libcurl's own would allocate twice for each
+/// line.
 class HeaderList {
 public:
-    void clear();
+    HeaderList();
 
     /// Adds the line of a header; an empty value is sent as such.
     void add(std::string_view name, std::string_view value);

@@ -7,12 +7,10 @@
 #include <Platform/Http/Transfers/TransferError.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 #include <Platform/Http/Transfers/TransferOptions.hpp>
-#include <Platform/Http/Transfers/UnframedBody.hpp>
 
 #include <algorithm>
-#include <cstdint>
 #include <exception>
-#include <new>
+#include <string_view>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
@@ -25,11 +23,6 @@ curl_off_t transferInfo(CURL* handle, CURLINFO info) {
     return curl_easy_getinfo(handle, info, &value) == CURLE_OK ? value : 0;
 }
 
-constexpr std::int64_t switchingProtocols = 101;
-constexpr std::int64_t noContent = 204;
-constexpr std::int64_t resetContent = 205;
-constexpr std::int64_t notModified = 304;
-
 /// Ends of a transfer that say nothing of the answer, when that has come whole.
 bool leavesAnswer(CURLcode code) noexcept {
     return code == CURLE_OK || code == CURLE_OPERATION_TIMEDOUT || code == CURLE_SEND_ERROR ||
@@ -38,12 +31,15 @@ bool leavesAnswer(CURLcode code) noexcept {
 
 }  // namespace
 
-Transfer::Transfer(CURLSH* share, ConnectionSockets& sockets, EarlyAnswers& earlyAnswers, const Time& now)
-    : handle_{curl_easy_init()}, sockets_{sockets}, earlyAnswers_{earlyAnswers}, now_{now} {
-    // The share survives the reset between two transfers.
-    if (!handle_ || curl_easy_setopt(handle_.get(), CURLOPT_SHARE, share) != CURLE_OK) {
-        throw std::bad_alloc{};
-    }
+Transfer::Transfer(CurlEasy handle, Exchange exchange, OriginQueue& queue, ConnectionSockets& sockets,
+                   EarlyAnswers& earlyAnswers, const Time& now)
+    : handle_{std::move(handle)},
+      exchange_{std::move(exchange)},
+      queue_{queue},
+      sockets_{sockets},
+      earlyAnswers_{earlyAnswers},
+      now_{now},
+      receiver_{exchange_.group->configuration(), exchange_.method()} {
 }
 
 Transfer* Transfer::on(CURL* handle) noexcept {
@@ -51,11 +47,7 @@ Transfer* Transfer::on(CURL* handle) noexcept {
     return curl_easy_getinfo(handle, CURLINFO_PRIVATE, &transfer) == CURLE_OK ? transfer : nullptr;
 }
 
-std::optional<HttpError> Transfer::begin(Exchange exchange, OriginQueue& queue) {
-    exchange_ = std::move(exchange);
-    queue_ = &queue;
-    body_.begin(exchange_.group->configuration().maximumBodySize);
-    lastProgress_ = now_;
+std::optional<HttpError> Transfer::setUp() {
     OptionSetter set{handle_.get()};
     set(CURLOPT_PRIVATE, this);
     sockets_.serve(set);
@@ -93,14 +85,15 @@ bool Transfer::isMultiplexed() const {
 }
 
 std::unique_ptr<Hop> Transfer::redirect() const {
+    const auto& head = receiver_.head();
     const char* resolved = nullptr;
-    if (!headParser_.isComplete() || curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &resolved) != CURLE_OK ||
+    if (!head.isComplete() || curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &resolved) != CURLE_OK ||
         resolved == nullptr) {
         return nullptr;
     }
     const auto* const current = exchange_.hop.get();
-    const auto location = withinDocument(exchange_.url(), headParser_.value("location")).value_or(resolved);
-    auto next = nextHop(*exchange_.request, current, headParser_.status(), location);
+    const auto location = withinDocument(exchange_.url(), head.value("location")).value_or(resolved);
+    auto next = nextHop(*exchange_.request, current, head.status(), location);
     if (next) {
         next->spent = std::chrono::microseconds{transferInfo(handle_.get(), CURLINFO_TOTAL_TIME_T)};
         if (current != nullptr) {
@@ -110,65 +103,19 @@ std::unique_ptr<Hop> Transfer::redirect() const {
     return next;
 }
 
+TransportResult Transfer::takeAnswer(CURLcode code) {
+    return receiver_.take(errorOf(code));
+}
+
 Exchange Transfer::end() {
     earlyAnswers_.forget(handle_.get());
-    curl_easy_reset(handle_.get());
     releaseConnection();
-    queue_->leave();
-    queue_ = nullptr;
-    suspectedAt_.reset();
-    static_cast<void>(headParser_.take());
-    framing_ = {};
-    decoder_.begin(ContentCoding::identity);
-    static_cast<void>(body_.take());
-    headSize_ = 0;
-    received_ = 0;
-    refusal_ = Refusal::none;
-    mayHaveBeenSent_ = false;
-    bytesMoved_ = 0;
-    uploadedAtLook_.reset();
-    return std::exchange(exchange_, {});
-}
-
-TransportResult Transfer::takeAnswer(CURLcode code) {
-    TransportResult result;
-    auto& answer = result.answer;
-    answer.error = errorOf(code);
-    const bool isEmptied =
-        refusal_ == Refusal::largeBody || headParser_.status() == noContent || headParser_.status() == resetContent;
-    answer.body = isEmptied ? Bytes{} : body_.take();
-    if (!answer.error && !isWholeByItsHead() && !framing_.isChunked && !decoder_.isAtEnd()) {
-        const auto known = wholeness(*answer.body, headParser_.value("content-type"));
-        result.isKnownWhole = known == Wholeness::whole;
-        if (known == Wholeness::cut) {
-            answer.error = HttpError{HttpError::Kind::connectionLost, "the body ends before its JSON does"};
-        }
-    }
-    if (headParser_.isComplete()) {
-        answer.response = headParser_.take();
-    }
-    return result;
-}
-
-bool Transfer::hasNoBody() const noexcept {
-    return exchange_.method() == HttpMethod::head || headParser_.status() == noContent ||
-           headParser_.status() == notModified;
-}
-
-bool Transfer::isWholeByItsHead() const noexcept {
-    return headParser_.isComplete() && (hasNoBody() || framing_.length == received_);
+    queue_.leave();
+    return std::move(exchange_);
 }
 
 std::optional<HttpError> Transfer::errorOf(CURLcode code) const {
     switch (refusal_) {
-        case Refusal::largeHead:
-            return HttpError{HttpError::Kind::tooLarge, "head and trailers pass the session's limit"};
-        case Refusal::largeBody:
-            return HttpError{HttpError::Kind::tooLarge, "the body passes the session's limit"};
-        case Refusal::badAnswer:
-            return HttpError{HttpError::Kind::badAnswer, std::string{fault_}};
-        case Refusal::noMemory:
-            return HttpError{HttpError::Kind::other, "there is no memory for the answer"};
         case Refusal::spoiltConnection:
         case Refusal::retiredConnection:
         case Refusal::secondSending:
@@ -184,17 +131,13 @@ std::optional<HttpError> Transfer::errorOf(CURLcode code) const {
         case Refusal::none:
             break;
     }
-    if (code != CURLE_OK && !(leavesAnswer(code) && isWholeByItsHead())) {
+    if (auto refusal = receiver_.refusal()) {
+        return refusal;
+    }
+    if (code != CURLE_OK && !(leavesAnswer(code) && receiver_.isWhole())) {
         return transferError(handle_.get(), code, message_.data());
     }
-    // libcurl calls it a success when the connection is closed within the header.
-    if (!headParser_.isComplete()) {
-        return HttpError{HttpError::Kind::connectionLost, "the connection was closed within the header"};
-    }
-    if (decoder_.isInStream()) {
-        return HttpError{HttpError::Kind::badAnswer, "the body ends before its coding does"};
-    }
-    return std::nullopt;
+    return receiver_.faultAtEnd();
 }
 
 int Transfer::onReadyToSend(void* transfer, char* remoteAddress, char* localAddress, int remotePort,
@@ -248,103 +191,52 @@ bool Transfer::isPeerTrusted() const {
 
 void Transfer::takeConnection(std::shared_ptr<Connection> connection, bool isNew) {
     releaseConnection();
-    queue_->occupy(connection.get(), connection->isTried(), isNew);
+    queue_.occupy(connection.get(), connection->isTried(), isNew);
     connection_ = std::move(connection);
     ++connection_->transfers;
     if (connection_->origin.empty()) {
-        connection_->origin = queue_->origin();
+        connection_->origin = queue_.origin();
         connection_->heardAt = now_;
     }
 }
 
 void Transfer::releaseConnection() noexcept {
     if (const auto connection = std::exchange(connection_, nullptr)) {
-        queue_->release(connection.get());
+        queue_.release(connection.get());
         ConnectionSockets::release(*connection);
     }
 }
 
 std::size_t Transfer::onHeader(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept {
     auto& self = *static_cast<Transfer*>(transfer);
+    const std::string_view line{bytes, size * count};
+    self.noteLine(line);
     try {
-        return self.takeHeader({bytes, size * count}) ? size * count : 0;
+        return self.receiver_.takeLine(line) ? line.size() : 0;
     } catch (const std::exception&) {
-        self.refuse(Refusal::noMemory);
+        self.receiver_.refuseForWantOfMemory();
         return 0;
     }
 }
 
-bool Transfer::takeHeader(std::string_view line) {
-    headSize_ += line.size();
-    if (headSize_ > exchange_.group->configuration().maximumHeadSize) {
-        return refuse(Refusal::largeHead);
-    }
-    if (const auto fault = lineFault(line); !fault.empty()) {
-        return refuse(Refusal::badAnswer, fault);
-    }
-    if (line.starts_with("HTTP/")) {
-        noteProtocol(line);
-    }
-    const bool isTrailer = headParser_.isComplete();
-    headParser_.add(line);
-    if (headParser_.status() == switchingProtocols) {
-        return refuse(Refusal::badAnswer, "the server went over to a protocol that nobody asked for");
+void Transfer::noteLine(std::string_view line) noexcept {
+    if (connection_ && line.starts_with("HTTP/1")) {
+        connection_->isOneAtATime = true;
     }
     // Lines alone are no progress: a server could go on with them for ever.
     if (line == "\r\n" || line == "\n") {
         lastProgress_ = now_;
-    }
-    return isTrailer || !headParser_.isComplete() || takeFraming();
-}
-
-bool Transfer::takeFraming() {
-    if (const auto fault = readFraming(headParser_.headers(), framing_); !fault.empty()) {
-        static_cast<void>(headParser_.take());
-        return refuse(Refusal::badAnswer, fault);
-    }
-    decoder_.begin(framing_.coding.value_or(ContentCoding::identity));
-    return true;
-}
-
-bool Transfer::refuse(Refusal refusal, std::string_view fault) noexcept {
-    refusal_ = refusal;
-    fault_ = fault;
-    return false;
-}
-
-void Transfer::noteProtocol(std::string_view statusLine) {
-    if (connection_ && statusLine.starts_with("HTTP/1")) {
-        connection_->isOneAtATime = true;
     }
 }
 
 std::size_t Transfer::onBody(const char* bytes, std::size_t size, std::size_t count, void* transfer) noexcept {
     auto& self = *static_cast<Transfer*>(transfer);
     try {
-        return self.takeBody({bytes, size * count}) ? size * count : 0;
+        return self.receiver_.takeBody({bytes, size * count}) ? size * count : 0;
     } catch (const std::exception&) {
-        self.refuse(Refusal::noMemory);
+        self.receiver_.refuseForWantOfMemory();
         return 0;
     }
-}
-
-bool Transfer::takeBody(std::string_view bytes) {
-    if (!framing_.coding) {
-        return refuse(Refusal::badAnswer, "the body's coding is neither gzip nor deflate");
-    }
-    if (received_ == 0 && framing_.length && *framing_.coding == ContentCoding::identity) {
-        body_.expect(*framing_.length);
-    }
-    received_ += bytes.size();
-    switch (decoder_.decode(bytes, body_)) {
-        case ContentDecoder::Outcome::taken:
-            return true;
-        case ContentDecoder::Outcome::overLimit:
-            return refuse(Refusal::largeBody);
-        case ContentDecoder::Outcome::damaged:
-            break;
-    }
-    return refuse(Refusal::badAnswer, "the body's coding is damaged, or something else follows it");
 }
 
 int Transfer::onProgress(void* transfer, curl_off_t /*downloadTotal*/, curl_off_t downloaded,
@@ -359,7 +251,7 @@ int Transfer::onProgress(void* transfer, curl_off_t /*downloadTotal*/, curl_off_
             self.earlyAnswers_.watch(self.handle_.get());
         }
     } catch (const std::exception&) {
-        self.refuse(Refusal::noMemory);
+        self.receiver_.refuseForWantOfMemory();
         return 1;
     }
     self.earlyAnswers_.reported(self.handle_.get());
@@ -367,7 +259,7 @@ int Transfer::onProgress(void* transfer, curl_off_t /*downloadTotal*/, curl_off_
 }
 
 bool Transfer::mayHaveEndedUnseen(curl_off_t uploaded) {
-    if (exchange_.body() == nullptr || !headParser_.isComplete() || uploadedAtLook_ == uploaded || !isMultiplexed()) {
+    if (exchange_.body() == nullptr || !hasAnswer() || uploadedAtLook_ == uploaded || !isMultiplexed()) {
         return false;
     }
     uploadedAtLook_ = uploaded;

@@ -1,19 +1,15 @@
 #pragma once
 
-#include <Platform/Http/Transfers/BodyBuffer.hpp>
-#include <Platform/Http/Transfers/BodyFraming.hpp>
+#include <Platform/Http/Transfers/AnswerReceiver.hpp>
 #include <Platform/Http/Transfers/ConnectionSockets.hpp>
-#include <Platform/Http/Transfers/ContentDecoder.hpp>
 #include <Platform/Http/Transfers/CurlHandles.hpp>
 #include <Platform/Http/Transfers/EarlyAnswers.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
 #include <Platform/Http/Transfers/HeaderList.hpp>
-#include <Platform/Http/Transfers/ResponseHeadParser.hpp>
 
 #include <array>
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -24,30 +20,32 @@ namespace Tarnwick_API::Platform {
 
 class OriginQueue;
 
-/// One easy handle and what it needs to run one hop of an exchange. Thread: the I/O thread.
+/// One hop of an exchange, on an easy handle of its own. Thread: the I/O thread.
 class Transfer {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// `share` keeps the TLS sessions; `now` is the I/O thread's clock, read where bytes arrive. All must outlive this.
-    /// Throws std::bad_alloc.
-    Transfer(CURLSH* share, ConnectionSockets& sockets, EarlyAnswers& earlyAnswers, const Time& now);
+    /// `handle` is a fresh one, and serves this alone: libcurl before 8.1.0 keeps a pointer into an answer's head
+    /// beyond the reset of a handle, and uses it for the next answer whose first line is a continuation. `queue` admits
+    /// `exchange`; `now` is the I/O thread's clock, read where bytes arrive. All must outlive this.
+    Transfer(CurlEasy handle, Exchange exchange, OriginQueue& queue, ConnectionSockets& sockets,
+             EarlyAnswers& earlyAnswers, const Time& now);
 
     /// The transfer that runs on `handle`; null when none does.
     [[nodiscard]] static Transfer* on(CURL* handle) noexcept;
 
-    /// Takes over `exchange`, which `queue` has admitted, and sets up the handle for it. Returns why that can't be.
-    [[nodiscard]] std::optional<HttpError> begin(Exchange exchange, OriginQueue& queue);
+    /// Sets up the handle. Returns why that can't be.
+    [[nodiscard]] std::optional<HttpError> setUp();
 
     [[nodiscard]] CURL* handle() const noexcept { return handle_.get(); }
     [[nodiscard]] const Exchange& exchange() const noexcept { return exchange_; }
-    [[nodiscard]] OriginQueue& queue() const noexcept { return *queue_; }
+    [[nodiscard]] OriginQueue& queue() const noexcept { return queue_; }
 
     /// When the exchange ends for want of progress, or its grace does, unless bytes come or go before.
     [[nodiscard]] Time deadline() const noexcept;
 
     /// Whether an answer came, and over a connection for many requests at once.
-    [[nodiscard]] bool hasAnswer() const noexcept { return headParser_.isComplete(); }
+    [[nodiscard]] bool hasAnswer() const noexcept { return receiver_.head().isComplete(); }
     [[nodiscard]] bool isMultiplexed() const;
 
     /// Whether it was ended before its request went out, as the connection kept for it was spoilt, which is closed, or
@@ -76,23 +74,19 @@ public:
     /// The redirect that the answer asks for, or null.
     [[nodiscard]] std::unique_ptr<Hop> redirect() const;
 
-    /// Gives the exchange back and forgets the rest, ready for `begin` where a handle may be used again.
-    [[nodiscard]] Exchange end();
-
     /// What became of the transfer, which libcurl ended with `code`. Once, and before `end`.
     [[nodiscard]] TransportResult takeAnswer(CURLcode code);
+
+    /// Lets go of queue and connection, and gives the exchange back. Once, and last.
+    [[nodiscard]] Exchange end();
 
     /// Where the I/O thread keeps this among its running transfers.
     std::size_t position = 0;
 
 private:
-    /// What this end does not let happen.
+    /// Why the request is not to go out, or on.
     enum class Refusal {
         none,
-        largeHead,
-        largeBody,
-        badAnswer,
-        noMemory,
         spoiltConnection,
         retiredConnection,
         secondSending,
@@ -112,37 +106,22 @@ private:
     [[nodiscard]] Refusal judgeSending(const ConnectionSockets::Ends& ends);
     void takeConnection(std::shared_ptr<Connection> connection, bool isNew);
     void releaseConnection() noexcept;
-    [[nodiscard]] bool takeHeader(std::string_view line);
-    [[nodiscard]] bool takeFraming();
-    void noteProtocol(std::string_view statusLine);
-    [[nodiscard]] bool takeBody(std::string_view bytes);
-    /// Returns false, for a callback to hand on.
-    bool refuse(Refusal refusal, std::string_view fault = {}) noexcept;
+    void noteLine(std::string_view line) noexcept;
     [[nodiscard]] bool mayHaveEndedUnseen(curl_off_t uploaded);
-    [[nodiscard]] bool hasNoBody() const noexcept;
-    [[nodiscard]] bool isWholeByItsHead() const noexcept;
     [[nodiscard]] std::optional<HttpError> errorOf(CURLcode code) const;
 
     CurlEasy handle_;
+    Exchange exchange_;
+    OriginQueue& queue_;
     ConnectionSockets& sockets_;
     EarlyAnswers& earlyAnswers_;
     const Time& now_;
-    Exchange exchange_;
-    OriginQueue* queue_ = nullptr;
     std::shared_ptr<Connection> connection_;
     HeaderList headers_;
-    ResponseHeadParser headParser_;
-    BodyFraming framing_;
-    ContentDecoder decoder_;
-    BodyBuffer body_;
-    std::size_t headSize_ = 0;
-    /// Bytes of the body as they came, before decoding.
-    std::uint64_t received_ = 0;
+    AnswerReceiver receiver_;
     Refusal refusal_ = Refusal::none;
-    /// Of a bad answer: why it is one.
-    std::string_view fault_;
     bool mayHaveBeenSent_ = false;
-    Time lastProgress_;
+    Time lastProgress_ = now_;
     std::optional<Time> suspectedAt_;
     curl_off_t bytesMoved_ = 0;
     /// How much of the request had gone out when the end of the answer was looked for last.

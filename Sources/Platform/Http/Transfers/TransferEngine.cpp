@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -26,13 +27,6 @@ constexpr long idleConnections = 64;
 constexpr std::chrono::milliseconds settlingTime{100};
 
 constexpr std::chrono::milliseconds betweenLooksAtConnecting{50};
-
-/// Enough for one full HTTP/2 connection. None with libcurl before 8.1.0, which keeps a pointer into an answer's head
-/// beyond the reset of the handle, and uses it for the next answer whose first line is a continuation.
-std::size_t mostSpareTransfers() noexcept {
-    constexpr unsigned mended = 0x080100;
-    return curl_version_info(CURLVERSION_NOW)->version_num >= mended ? 128 : 0;
-}
 
 std::optional<HttpError> multiError(CURLMcode code) {
     if (code == CURLM_OK) {
@@ -80,27 +74,34 @@ void TransferEngine::start(Exchange exchange) {
 }
 
 void TransferEngine::launch(Exchange exchange, OriginQueue& queue) {
-    auto transfer = [this] {
-        if (spare_.empty()) {
-            return std::make_unique<Transfer>(share_.get(), sockets_, earlyAnswers_, now_);
-        }
-        auto last = std::move(spare_.back());
-        spare_.pop_back();
-        return last;
-    }();
+    auto transfer = std::make_unique<Transfer>(takeHandle(), std::move(exchange), queue, sockets_, earlyAnswers_, now_);
     queue.enter();
-    auto error = transfer->begin(std::move(exchange), queue);
+    auto error = transfer->setUp();
     if (!error) {
         error = multiError(curl_multi_add_handle(multi_.get(), transfer->handle()));
     }
     if (error) {
-        complete(recycle(std::move(transfer)), failedAnswer(std::move(*error)));
+        complete(transfer->end(), failedAnswer(std::move(*error)));
         return;
     }
     nextCheck_ = std::min(nextCheck_, transfer->deadline());
     transfer->position = running_.size();
     running_.push_back(std::move(transfer));
     hasNew_ = true;
+}
+
+void TransferEngine::prepareHandle() noexcept {
+    if (!nextHandle_) {
+        nextHandle_.reset(curl_easy_init());
+    }
+}
+
+CurlEasy TransferEngine::takeHandle() {
+    prepareHandle();
+    if (!nextHandle_ || curl_easy_setopt(nextHandle_.get(), CURLOPT_SHARE, share_.get()) != CURLE_OK) {
+        throw std::bad_alloc{};
+    }
+    return std::exchange(nextHandle_, nullptr);
 }
 
 void TransferEngine::admitWaiting(OriginQueue& queue) {
@@ -147,14 +148,19 @@ bool TransferEngine::perform() {
         finishOverdue();
     }
     admitAllWaiting();
-    return hasNew_ || earlyAnswers_.areWatched();
+    if (hasNew_ || earlyAnswers_.areWatched()) {
+        return true;
+    }
+    // Now it is the servers' turn: what the next request would wait for gets done meanwhile.
+    prepareHandle();
+    return false;
 }
 
 void TransferEngine::finish(Transfer& transfer, CURLcode code) {
     auto& queue = transfer.queue();
     const bool hasMetRetired = transfer.hasMetRetiredConnection();
     if (hasMetRetired || transfer.hasMetSpoiltConnection()) {
-        auto exchange = recycle(detach(transfer));
+        auto exchange = detach(transfer)->end();
         const auto group = exchange.group;
         exchange.needsOwnConnection = hasMetRetired;
         launch(std::move(exchange), queue);
@@ -178,7 +184,9 @@ void TransferEngine::finish(Transfer& transfer, CURLcode code) {
     auto hop = code == CURLE_OK ? transfer.redirect() : nullptr;
     const bool isLoop = hop && hop->number > maximumRedirects;
     auto answer = transfer.takeAnswer(isLoop ? CURLE_TOO_MANY_REDIRECTS : code);
-    auto exchange = recycle(detach(transfer));
+    // Its handle is given back when the answer is on its way.
+    const auto ended = detach(transfer);
+    auto exchange = ended->end();
     // The group may end with the exchange, and the queue with it.
     const auto group = exchange.group;
     if (hop && !isLoop) {
@@ -263,7 +271,7 @@ void TransferEngine::cancelAll(TransferGroup& group) {
         }
     }
     for (auto* const transfer : transfers) {
-        complete(recycle(detach(*transfer)), cancelledAnswer());
+        complete(detach(*transfer)->end(), cancelledAnswer());
     }
     for (auto& exchange : group.takeWaiting()) {
         complete(std::move(exchange), cancelledAnswer());
@@ -282,7 +290,7 @@ void TransferEngine::cancelStopped() {
     }
     for (auto* const transfer : transfers) {
         auto& queue = transfer->queue();
-        auto exchange = recycle(detach(*transfer));
+        auto exchange = detach(*transfer)->end();
         const auto group = exchange.group;
         complete(std::move(exchange), cancelledAnswer());
         admitWaiting(queue);
@@ -302,14 +310,6 @@ std::unique_ptr<Transfer> TransferEngine::detach(Transfer& transfer) {
     }
     running_.pop_back();
     return owner;
-}
-
-Exchange TransferEngine::recycle(std::unique_ptr<Transfer> transfer) {
-    auto exchange = transfer->end();
-    if (spare_.size() < mostSpareTransfers()) {
-        spare_.push_back(std::move(transfer));
-    }
-    return exchange;
 }
 
 void TransferEngine::wait() {

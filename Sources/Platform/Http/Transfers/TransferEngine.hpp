@@ -53,6 +53,9 @@ private:
     using Time = std::chrono::steady_clock::time_point;
 
     void launch(Exchange exchange, OriginQueue& queue);
+    void prepareHandle() noexcept;
+    /// A handle that has carried nothing. Throws std::bad_alloc.
+    [[nodiscard]] CurlEasy takeHandle();
     void admitWaiting(OriginQueue& queue);
     void admitAllWaiting();
     [[nodiscard]] bool isConnecting() const noexcept;
@@ -63,7 +66,6 @@ private:
     /// When `perform` is next needed though nothing comes or goes.
     [[nodiscard]] Time nextDeadline() const noexcept;
     [[nodiscard]] std::unique_ptr<Transfer> detach(Transfer& transfer);
-    [[nodiscard]] Exchange recycle(std::unique_ptr<Transfer> transfer);
 
     CurlShare share_;
     /// Before the multi handle, which closes its connections when it goes.
@@ -72,8 +74,8 @@ private:
     CurlMulti multi_;
     Time now_;
     std::vector<std::unique_ptr<Transfer>> running_;
-    /// Empty where no handle may be used twice.
-    std::vector<std::unique_ptr<Transfer>> spare_;
+    /// For the next transfer, if it has been made already.
+    CurlEasy nextHandle_;
     /// No transfer is overdue before this. It may be too early, as progress moves deadlines on.
     Time nextCheck_ = Time::max();
     bool hasNew_ = false;

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdint>
 #include <limits>
+#include <string>
 #include <string_view>
 
 #include <curl/curl.h>
@@ -32,7 +33,6 @@ void fillHeaders(HeaderList& list, const Exchange& exchange) {
         return !equalsIgnoringAsciiCase(name, "Content-Length") &&
                !equalsIgnoringAsciiCase(name, "Transfer-Encoding") && (!exchange.hop || goesAlong(name, *exchange.hop));
     };
-    list.clear();
     const auto& own = exchange.request->headers();
     for (const auto& [name, value] : own) {
         if (isSent(name)) {
@@ -48,10 +48,26 @@ void fillHeaders(HeaderList& list, const Exchange& exchange) {
     list.suppress("Expect");
 }
 
+/// libcurl takes a URL apart and puts it together again, letter by letter and more than once, which is slower than all
+/// that is done with the request here. So it is told of a query only as part of what it sends as it is. Relative
+/// redirects don't depend on the query, but plain HTTP by a proxy needs the whole URL.
+void setUrl(OptionSetter& set, const Url& url) {
+    const auto& whole = url.absoluteString();
+    const auto path = whole.find('/', whole.find("//") + 2);
+    const auto query = whole.find('?');
+    const auto end = std::min(whole.find('#'), whole.size());
+    if (path < query && query < end - 1 && equalsIgnoringAsciiCase(url.scheme(), "https")) {
+        set(CURLOPT_URL, whole.substr(0, query).c_str());
+        set(CURLOPT_REQUEST_TARGET, whole.substr(path, end - path).c_str());
+    } else {
+        set(CURLOPT_URL, whole.c_str());
+    }
+}
+
 void setMessage(OptionSetter& set, const Exchange& exchange, HeaderList& headers) {
     const auto method = exchange.method();
     const auto* const body = exchange.body();
-    set(CURLOPT_URL, exchange.url().absoluteString().c_str());
+    setUrl(set, exchange.url());
     set(CURLOPT_PATH_AS_IS, 1L);
     if (method == HttpMethod::head) {
         set(CURLOPT_NOBODY, 1L);
@@ -73,10 +89,17 @@ void setMessage(OptionSetter& set, const Exchange& exchange, HeaderList& headers
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
 }
 
+/// The file that libcurl was built to read them from; null for none.
+const char* systemRoots() noexcept {
+    // To be told libcurl's version costs more than all options together.
+    static const char* const file = curl_version_info(CURLVERSION_NOW)->cainfo;
+    return file;
+}
+
 void setTrust(OptionSetter& set, const Exchange& exchange) {
     const auto& group = *exchange.group;
     const auto& ownRoots = group.configuration().trustedRootsFile;
-    const char* const roots = ownRoots ? ownRoots->c_str() : curl_version_info(CURLVERSION_NOW)->cainfo;
+    const char* const roots = ownRoots ? ownRoots->c_str() : systemRoots();
     if (roots != nullptr) {
         // With a directory set besides the file, libcurl would read all certificates anew for each connection.
         set(CURLOPT_CAINFO, roots);
