@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -37,31 +36,29 @@ protected:
 
 private:
     template <typename T>
-    void call(const std::function<void(Completion<T>)>& operation, bool mayMisunderstand = true) {
+    Received<T> run(Operation<T> operation) {
+        return await<T>([&](auto done) { std::move(operation).start(std::move(done)); });
+    }
+
+    template <typename Make>
+    void call(const Make& make, bool mayMisunderstand = true) {
         std::string answer{"{"};
         for (const auto& [name, texts] : secrets_) {
             std::ranges::for_each(texts, [&](const auto& text) { answer += repeatsSecrets_ ? text + ' ' : ""; });
         }
         service.faults().add({.status = 503, .body = answer});
-        await<T>(operation);
+        run(make());
         if (mayMisunderstand) {
             service.faults().add({.body = answer});
-            await<T>(operation);
+            run(make());
         }
         service.faults().add({.count = 2, .cut = TarnwickService::Cut::beforeAnswer});
-        EXPECT_FALSE(await<T>(operation).error) << service.counters().lastRefusal;
+        EXPECT_FALSE(run(make()).error) << service.counters().lastRefusal;
         for (const auto& session : service.accounts().allSessions()) {
             secrets_["access token"].insert(session.token);
             secrets_["token secret"].insert(session.secret);
             secrets_["authentication token"].insert("at-" + session.token);
         }
-    }
-
-    void signInAs(const std::string& name, const std::string& password, bool import = false) {
-        call<User>([&](auto done) { api->login(name, password, import, std::move(done)); });
-    }
-    void change(UserField field, const std::string& value) {
-        call<void>([&](auto done) { api->updateUser(field, value, std::move(done)); });
     }
 
     std::map<std::string, std::set<std::string>> secrets_;
@@ -80,48 +77,44 @@ void LogSecrecy::liveThroughEverything() {
                 {"address", {service.configuration().callerAddress}},
                 {"click id", {"click-4711"}},
                 {"application's own", {"ownuser", "ownpath", "ownvalue", "ownquery", "ownend", "ownheader"}}};
-    using Servers = std::vector<Server>;
-    call<void>([&](auto done) { api->createUser(names[0], passwords[0], std::move(done)); });
+    call([&] { return api->createUser(names[0], passwords[0]); });
     service.accounts().create({.username = names[1], .password = passwords[1], .migrationRequired = true});
     EXPECT_TRUE(signIn(names[1], passwords[1]).error);
-    signInAs(names[1], passwords[1], true);
+    call([&] { return api->login(names[1], passwords[1], true); });
     const auto store = Keychain::store();
     Keychain::setStore(Platform::makeFileKeychainStore((trustedRoots / "keychain").string()));
-    signInAs(names[0], passwords[0]);
+    call([&] { return api->login(names[0], passwords[0]); });
     Keychain::setStore(store);
     EXPECT_TRUE(signIn(names[0], "wrong-hush").error);
-    change(UserField::password, passwords[1]);
-    change(UserField::password, passwords[2]);
-    change(UserField::email, names[2]);
-    change(UserField::username, names[2]);
+    call([&] { return api->updateUser(UserField::password, passwords[1]); });
+    call([&] { return api->updateUser(UserField::password, passwords[2]); });
+    call([&] { return api->updateUser(UserField::email, names[2]); });
+    call([&] { return api->updateUser(UserField::username, names[2]); });
     const auto backend = std::dynamic_pointer_cast<ApiVersion1>(api->api());
-    call<void>([&](auto done) {
+    const auto addDevice = [&](Completion<void> done) {
         backend->dispatchCall(AddDeviceCallV1{backend->apiBase()},
-                              [done = std::move(done)](const auto& /*body*/, ApiResult result) mutable {
-                                  done(std::move(result.error));
-                              });
-    });
-    const auto own = "https://ownuser:ownuser@" + service.apiHost() + "/vb/users/ownpath?ownquery&key=ownvalue#ownend";
-    call<void>([&](auto done) {
-        backend->sendRequest(*Platform::Url::fromString(own), {{"own", "ownvalue"}}, Platform::ParameterEncoding::url,
+                              [done = std::move(done)](const auto&...) mutable { done(std::nullopt); });
+    };
+    call([&] { return Operation<void>{addDevice}; });
+    const auto url = "https://ownuser:ownuser@" + service.apiHost() + "/vb/users/ownpath?ownquery&key=ownvalue#ownend";
+    const auto sendOwn = [&](Completion<void> done) {
+        backend->sendRequest(*Platform::Url::fromString(url), {{"own", "ownvalue"}}, Platform::ParameterEncoding::url,
                              {{"Own", "ownheader"}}, Platform::HttpMethod::get,
                              [done = std::move(done)](const auto&...) mutable { done(std::nullopt); });
-    });
+    };
+    call([&] { return Operation<void>{sendOwn}; });
     const auto kept = *backend->oauthToken();
-    call<User>([&](auto done) { api->setToken(kept.token, kept.secret, std::move(done)); });
-    call<User>([&](auto done) { api->getCurrentUser(std::move(done)); });
-    call<std::vector<Device>>([&](auto done) { api->getDevices(std::move(done)); });
-    call<std::string>([&](auto done) { api->getAuthToken(std::move(done)); });
-    call<Status>([&](auto done) { api->getStatus(std::move(done)); });
-    call<std::vector<Country>>(
-        [&](auto done) { api->getCountries(ServerProfile::streaming, 52.123456, 13.654321, std::move(done)); });
-    call<Servers>([&](auto done) { api->getServers("DE", 52.123456, 13.654321, std::move(done)); });
-    call<Servers>([&](auto done) {
-        api->getCandidateServers(std::nullopt, ServerProfile::general, std::nullopt, std::move(done));
-    });
-    call<std::vector<FavoriteEntry>>([&](auto done) { api->getDefaultFavorites(std::move(done)); });
-    call<Server>([&](auto done) { api->getServer(service.catalogue().servers().front().id, std::move(done)); });
-    call<void>([&](auto done) { api->logout(std::move(done)); }, false);
+    call([&] { return api->setToken(kept.token, kept.secret); });
+    call([&] { return api->getCurrentUser(); });
+    call([&] { return api->getDevices(); });
+    call([&] { return api->getAuthToken(); });
+    call([&] { return api->getStatus(); });
+    call([&] { return api->getCountries(ServerProfile::streaming, 52.123456, 13.654321); });
+    call([&] { return api->getServers("DE", 52.123456, 13.654321); });
+    call([&] { return api->getCandidateServers(std::nullopt, ServerProfile::general); });
+    call([&] { return api->getDefaultFavorites(); });
+    call([&] { return api->getServer(service.catalogue().servers().front().id); });
+    call([&] { return api->logout(); }, false);
 }
 
 LogSecrecy::Places LogSecrecy::places() const {
