@@ -7,6 +7,7 @@
 #include <chrono>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <string>
 
 namespace {
@@ -40,6 +41,11 @@ DetachedCoroutine visit(std::shared_ptr<TarnwickApi> api, std::string name, std:
     Platform::BuiltInMainQueue::shared()->stop();
 }
 
+void keepLog(const std::shared_ptr<std::ostream>& file) {
+    Platform::Logging::setSink([file](const Platform::Logging::Entry& entry) { *file << entry.message << std::endl; },
+                               Platform::Logging::Secrets::hidden);
+}
+
 }  // namespace
 
 int main(int, char** words) {
@@ -50,6 +56,7 @@ int main(int, char** words) {
                       << attempt.failure->description << '\n';
         }
     });
+    keepLog(std::make_shared<std::ostringstream>());
 #ifndef NDEBUG
     Platform::Logging::setSink([](const Platform::Logging::Entry& entry) { std::clog << entry.message << '\n'; });
 #endif

@@ -8,7 +8,6 @@
 #include <chrono>
 #include <filesystem>
 #include <future>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -297,27 +296,6 @@ TEST_F(Cache, GivesUpAnAnswerThatAnotherRequestMakesInvalid) {
         EXPECT_EQ(answer->source, row.source);
         EXPECT_EQ(service.counters().requests, row.requests);
     }
-}
-
-TEST_F(Cache, ThatThrowsIsDoneWithout) {
-    class Throwing final : public Platform::UrlCache {
-    public:
-        Throwing() : UrlCache{0, 0, std::nullopt} {}
-        std::shared_ptr<const Platform::CachedUrlResponse> cachedResponse(const Platform::HttpRequest&) override {
-            throw std::runtime_error{"look-up"};
-        }
-        void storeCachedResponse(const std::shared_ptr<const Platform::CachedUrlResponse>&,
-                                 const Platform::HttpRequest&) override {
-            throw std::runtime_error{"store"};
-        }
-        void removeCachedResponse(const Platform::HttpRequest&) override { throw 1; }
-    };
-    install(std::make_shared<Throwing>());
-    order({{"Cache-Control", "max-age=60"}});
-    EXPECT_TRUE(address()) << "and stores";
-    order({{"Cache-Control", "no-store"}});
-    EXPECT_TRUE(address()) << "and removes";
-    EXPECT_TRUE(address()) << "and goes on";
 }
 
 TEST_F(Cache, OnASlowDiskDelaysNobodyAndEndsWithTheSession) {

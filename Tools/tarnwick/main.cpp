@@ -54,9 +54,10 @@ void introduceProgram() {
                                         {"CFBundleShortVersionString", TarnwickClient::clientVersion}}});
 }
 
-void openDebugChannel() {
-    Tarnwick_API::Platform::Logging::setSink(
-        [](const Tarnwick_API::Platform::Logging::Entry& entry) { std::cerr << "[debug] " << entry.message << '\n'; });
+void openDebugChannel(bool hidesSecrets) {
+    using Tarnwick_API::Platform::Logging;
+    Logging::setSink([](const Logging::Entry& entry) { std::cerr << "[debug] " << entry.message << '\n'; },
+                     hidesSecrets ? Logging::Secrets::hidden : Logging::Secrets::shown);
 }
 
 std::string document(const Json& json) {
@@ -83,7 +84,7 @@ int report(const Failure& failure) {
 
 TarnwickClient::Result resultOf(const Settings& settings, const Command& command) {
     if (settings.verbose) {
-        openDebugChannel();
+        openDebugChannel(settings.hideSecrets);
     }
     TarnwickClient::installKeychain(settings);
     if (command.runLocally) {

@@ -1,5 +1,6 @@
 #include <Tarnwick_API/Platform/Application/HostName.hpp>
 
+#include <Platform/Application/HostLookup.hpp>
 #include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Application/SystemHostName.hpp>
 
@@ -13,7 +14,7 @@ constexpr ProcessWide installedHostNameLookup{&ProcessValues::hostNameLookup};
 
 std::optional<std::string> HostName::localized() {
     const auto lookup = installedHostNameLookup.get();
-    return lookup ? (*lookup)() : systemHostName();
+    return lookup ? askHost("HostName::localized", *lookup) : systemHostName();
 }
 
 void HostName::setLookup(std::function<std::optional<std::string>()> lookup) {

@@ -1,5 +1,6 @@
 #include <Tarnwick_API/Platform/Application/Locale.hpp>
 
+#include <Platform/Application/HostLookup.hpp>
 #include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Application/SystemLocale.hpp>
 #include <Platform/Text/AsciiCharacters.hpp>
@@ -88,7 +89,7 @@ Locale Locale::fromIdentifier(std::string_view identifier) {
 
 Locale Locale::current() {
     if (const auto lookup = installedLocaleIdentifierLookup.get()) {
-        return fromIdentifier((*lookup)());
+        return fromIdentifier(askHost("Locale::current", *lookup));
     }
     return fromIdentifier(systemLocaleIdentifier());
 }

@@ -1,5 +1,6 @@
 #include <Tarnwick_API/Platform/Application/Preferences.hpp>
 
+#include <Platform/Application/HostLookup.hpp>
 #include <Platform/Application/ProcessWide.hpp>
 #include <Platform/Application/SystemPreferences.hpp>
 
@@ -13,7 +14,7 @@ constexpr ProcessWide installedPreferencesLookup{&ProcessValues::preferencesLook
 
 std::optional<std::string> Preferences::text(std::string_view key) {
     const auto lookup = installedPreferencesLookup.get();
-    return lookup ? (*lookup)(key) : systemPreference(key);
+    return lookup ? askHost("Preferences::text", [&] { return (*lookup)(key); }) : systemPreference(key);
 }
 
 void Preferences::setLookup(Lookup lookup) {

@@ -2,15 +2,12 @@
 
 #include <Tarnwick_API/Platform/Application/Preferences.hpp>
 #include <Tarnwick_API/Platform/Application/WallClock.hpp>
+#include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-
-namespace spdlog {
-class logger;
-}
 
 namespace Tarnwick_API::Platform {
 
@@ -28,6 +25,8 @@ struct ProcessValues {
     // First, so that it is destroyed last: a session that goes tells its requests on it.
     std::shared_ptr<MainQueue> mainQueue;
     std::shared_ptr<spdlog::logger> logger;
+    /// What `logger` may be told.
+    Logging::Secrets secretsOfLogger = Logging::Secrets::shown;
     std::shared_ptr<const Bundle> mainBundle;
     std::shared_ptr<const Preferences::Lookup> preferencesLookup;
     Function<std::string()> localeIdentifierLookup;

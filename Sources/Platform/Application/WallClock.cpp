@@ -1,6 +1,7 @@
 #include <Tarnwick_API/Platform/Application/WallClock.hpp>
 
 #include <Platform/Application/ProcessWide.hpp>
+#include <Platform/Logging/DebugChannel.hpp>
 
 #include <utility>
 
@@ -14,7 +15,11 @@ constexpr ProcessWide installedSource{&ProcessValues::wallClockSource};
 
 WallTime WallClock::now() {
     if (const auto source = installedSource.get()) {
-        return (*source)();
+        try {
+            return (*source)();
+        } catch (...) {
+            DebugChannel::writeException("The host's clock has failed", "now");
+        }
     }
     return std::chrono::floor<WallTime::duration>(std::chrono::system_clock::now());
 }

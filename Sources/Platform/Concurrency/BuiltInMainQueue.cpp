@@ -40,6 +40,7 @@ public:
         const std::lock_guard lock{mutex_};
         closed_ = true;
         std::swap(unrun, schedule_);
+        changed_.notify_all();
     }
 
     void stop() {
@@ -50,10 +51,10 @@ public:
         changed_.notify_one();
     }
 
-    /// The next task, waited for; an empty one when the queue was stopped.
+    /// The next task, waited for; an empty one when the queue was stopped, or destroyed.
     Task waitForNext() {
         std::unique_lock lock{mutex_};
-        while (true) {
+        while (!closed_) {
             if (stopped_) {
                 stopped_ = false;
                 return {};
@@ -67,6 +68,7 @@ public:
                 changed_.wait(lock);
             }
         }
+        return {};
     }
 
 private:
@@ -78,7 +80,7 @@ private:
     bool closed_ = false;
 };
 
-BuiltInMainQueue::BuiltInMainQueue() : state_{std::make_unique<State>()} {
+BuiltInMainQueue::BuiltInMainQueue() : state_{std::make_shared<State>()} {
 }
 
 BuiltInMainQueue::~BuiltInMainQueue() {
@@ -102,10 +104,11 @@ void BuiltInMainQueue::run() {
 }
 
 void BuiltInMainQueue::runUntil(const std::function<bool()>& done) {
-    state_->thread.note();
+    const auto state = state_;
+    state->thread.note();
     UnrunMainQueue::noteRun();
     while (!done()) {
-        const auto task = state_->waitForNext();
+        const auto task = state->waitForNext();
         if (!task) {
             return;
         }

@@ -1,6 +1,7 @@
 #include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 
 #include <algorithm>
+#include <exception>
 #include <mutex>
 #include <vector>
 
@@ -60,10 +61,18 @@ void StopSource::stop(StopReason reason) const {
         token_.state_->reason = reason;
         callbacks.swap(token_.state_->callbacks);
     }
+    std::exception_ptr thrown;
     for (const auto& weak : callbacks) {
-        if (const auto callback = weak.lock()) {
-            (*callback)(reason);
+        try {
+            if (const auto callback = weak.lock()) {
+                (*callback)(reason);
+            }
+        } catch (...) {
+            thrown = thrown ? thrown : std::current_exception();
         }
+    }
+    if (thrown) {
+        std::rethrow_exception(thrown);
     }
 }
 

@@ -33,6 +33,7 @@ public:
         const std::lock_guard lock{mutex_};
         closed_ = true;
         std::swap(unrun, schedule_);
+        added_.notify_all();
     }
 
     void addDelayed(std::chrono::nanoseconds delay, Task task) {
@@ -43,15 +44,17 @@ public:
         add(delay, std::move(task));
     }
 
-    Task takeReady() {
-        const std::lock_guard lock{mutex_};
-        return schedule_.takeDue(now_);
+    void runReady() {
+        thread.note();
+        while (const auto task = takeReady()) {
+            task();
+        }
     }
 
     Task waitForReady(std::chrono::steady_clock::time_point limit) {
         std::unique_lock lock{mutex_};
         Task task;
-        added_.wait_until(lock, limit, [&] { return static_cast<bool>(task = schedule_.takeDue(now_)); });
+        added_.wait_until(lock, limit, [&] { return closed_ || (task = schedule_.takeDue(now_)); });
         return task;
     }
 
@@ -84,6 +87,11 @@ public:
     }
 
 private:
+    Task takeReady() {
+        const std::lock_guard lock{mutex_};
+        return schedule_.takeDue(now_);
+    }
+
     mutable std::mutex mutex_;
     std::condition_variable added_;
     HeldOverFork heldOverFork_{mutex_, HeldOverFork::Order::inner, &added_};
@@ -93,7 +101,7 @@ private:
     std::vector<std::chrono::nanoseconds> pauses_;
 };
 
-VirtualTimeMainQueue::VirtualTimeMainQueue() : state_{std::make_unique<State>()} {
+VirtualTimeMainQueue::VirtualTimeMainQueue() : state_{std::make_shared<State>()} {
 }
 
 VirtualTimeMainQueue::~VirtualTimeMainQueue() {
@@ -113,30 +121,31 @@ void VirtualTimeMainQueue::after(std::chrono::nanoseconds delay, Task task) {
 }
 
 void VirtualTimeMainQueue::runReady() {
-    state_->thread.note();
-    while (const auto task = state_->takeReady()) {
-        task();
-    }
+    const auto state = state_;
+    state->runReady();
 }
 
 void VirtualTimeMainQueue::advance(std::chrono::nanoseconds duration) {
-    const auto end = TaskSchedule::dueAfter(state_->now(), duration);
-    while (state_->moveToNext(end)) {
-        runReady();
+    const auto state = state_;
+    const auto end = TaskSchedule::dueAfter(state->now(), duration);
+    while (state->moveToNext(end)) {
+        state->runReady();
     }
 }
 
 void VirtualTimeMainQueue::runAll() {
-    while (state_->moveToNext(std::nullopt)) {
-        runReady();
+    const auto state = state_;
+    while (state->moveToNext(std::nullopt)) {
+        state->runReady();
     }
 }
 
 bool VirtualTimeMainQueue::runUntil(const std::function<bool()>& done, std::chrono::seconds limit) {
-    state_->thread.note();
+    const auto state = state_;
+    state->thread.note();
     const auto end = std::chrono::steady_clock::now() + limit;
     while (!done()) {
-        const auto task = state_->waitForReady(end);
+        const auto task = state->waitForReady(end);
         if (!task) {
             return done();
         }

@@ -47,10 +47,16 @@ struct Delivery {
         result.answer.request = std::move(request);
         // A host's queue may copy its tasks, and an answer is too great for that: so it is shared.
         auto call = std::make_shared<Call>(Call{std::move(completion), std::move(result.answer)});
-        queue->soon([call = std::move(call)] {
-            logFailure(call->answer);
-            call->completion(std::move(call->answer));
-        });
+        // The library's own thread must not end in what a host's queue throws. There is no other way to the main
+        // thread: the task is lost, as the queue has it.
+        try {
+            queue->soon([call = std::move(call)] {
+                logFailure(call->answer);
+                call->completion(std::move(call->answer));
+            });
+        } catch (...) {
+            DebugChannel::writeException("The main queue has not taken an answer", "send");
+        }
     }
 };
 

@@ -176,6 +176,7 @@ private:
             }
             state_ = State::migrating;
         }
+        const DebugChannel::Deferral tellsWhenNobodyWaits;
         struct End {
             ~End() {
                 const std::lock_guard lock{store.mutex_};

@@ -4,6 +4,8 @@
 #include <Platform/Logging/DebugChannel.hpp>
 #include <Platform/Logging/HostSink.hpp>
 
+#include <exception>
+#include <string>
 #include <utility>
 
 #include <spdlog/logger.h>
@@ -18,6 +20,9 @@ constexpr ProcessWide installedLogger{&ProcessValues::logger};
 // locks are held, and each entry would bring forth the next.
 thread_local bool isWriting = false;
 
+/// The outermost one of this thread.
+thread_local DebugChannel::Deferral* deferral = nullptr;
+
 class WritingMark {
 public:
     WritingMark() noexcept { isWriting = true; }
@@ -26,13 +31,20 @@ public:
     WritingMark& operator=(const WritingMark&) = delete;
 };
 
-}  // namespace
-
-void Logging::setLogger(std::shared_ptr<spdlog::logger> logger) {
-    installedLogger.set(std::move(logger));
+bool takesDebug(const spdlog::logger& logger) {
+    return logger.should_log(spdlog::level::debug) || logger.should_backtrace();
 }
 
-void Logging::setSink(Sink sink) {
+}  // namespace
+
+void Logging::setLogger(std::shared_ptr<spdlog::logger> logger, Secrets secrets) {
+    ProcessValuesInUse::shared().change([&](ProcessValues& values) {
+        values.logger.swap(logger);
+        values.secretsOfLogger = secrets;
+    });
+}
+
+void Logging::setSink(Sink sink, Secrets secrets) {
     if (!sink) {
         setLogger(nullptr);
         return;
@@ -40,7 +52,7 @@ void Logging::setSink(Sink sink) {
     // Made by hand: the factory functions would claim the name in the process-wide registry.
     auto logger = std::make_shared<spdlog::logger>("Tarnwick_API", std::make_shared<HostSink>(std::move(sink)));
     logger->set_level(spdlog::level::debug);
-    setLogger(std::move(logger));
+    setLogger(std::move(logger), secrets);
 }
 
 std::shared_ptr<spdlog::logger> Logging::logger() {
@@ -52,21 +64,78 @@ bool DebugChannel::loggerTakesDebug() noexcept {
         return false;
     }
     const auto logger = Logging::logger();
-    return logger && (logger->should_log(spdlog::level::debug) || logger->should_backtrace());
+    return logger && takesDebug(*logger);
+}
+
+DebugChannel::Reader DebugChannel::currentReader() {
+    return isWriting ? Reader{} : ProcessValuesInUse::shared().read([](const ProcessValues& values) {
+        return Reader{values.logger, values.secretsOfLogger};
+    });
+}
+
+DebugChannel::Reader DebugChannel::readerOfDebug() {
+    auto reader = currentReader();
+    return reader && takesDebug(*reader.logger_) ? std::move(reader) : Reader{};
 }
 
 void DebugChannel::write(std::string_view message, const char* function, const char* file, int line) {
-    const auto logger = isWriting ? nullptr : Logging::logger();
-    if (!logger) {
+    if (const auto reader = currentReader()) {
+        reader.write(message, function, file, line);
+    }
+}
+
+void DebugChannel::writeException(std::string_view what, const char* function, const char* file, int line) noexcept {
+    try {
+        const auto reader = DebugChannel::reader();
+        if (!reader) {
+            return;
+        }
+        std::string text{what};
+        try {
+            throw;
+        } catch (const std::exception& error) {
+            if (reader.secrets() == Logging::Secrets::shown) {
+                text.append(": ").append(error.what());
+            }
+        } catch (...) {
+            // It has nothing to say.
+        }
+        reader.write(text, function, file, line);
+    } catch (const std::exception&) {
+        // No memory for a line.
         return;
     }
-    const WritingMark mark;
+}
+
+void DebugChannel::Reader::write(std::string_view message, const char* function, const char* file, int line) const {
+    if (isWriting) {
+        return;
+    }
     try {
-        logger->log(spdlog::source_loc{file, line, function}, spdlog::level::debug,
-                    spdlog::string_view_t{message.data(), message.size()});
+        if (deferral != nullptr) {
+            deferral->lines_.push_back({*this, std::string{message}, function, file, line});
+            return;
+        }
+        const WritingMark mark;
+        logger_->log(spdlog::source_loc{file, line, function}, spdlog::level::debug,
+                     spdlog::string_view_t{message.data(), message.size()});
     } catch (...) {
         // The logger has reported its sinks' failures by now; what its own report throws must not fail a request.
         return;
+    }
+}
+
+DebugChannel::Deferral::Deferral() noexcept {
+    deferral = deferral == nullptr ? this : deferral;
+}
+
+DebugChannel::Deferral::~Deferral() {
+    if (deferral != this) {
+        return;
+    }
+    deferral = nullptr;
+    for (const auto& [reader, message, function, file, line] : lines_) {
+        reader.write(message, function, file, line);
     }
 }
 

@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "PasswordMask.hpp"
+#include "SecretHiding.hpp"
 
 namespace Tarnwick_API {
 
@@ -45,27 +46,48 @@ std::chrono::nanoseconds pauseBeforeRetry(std::int64_t retryCount) {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(seconds);
 }
 
-void logRequest(const Platform::HttpRequest& request, const Platform::HttpHeaders& sessionHeaders) {
-    if (!Platform::DebugChannel::isOpen()) {
+bool hidesSecrets(const Platform::DebugChannel::Reader& reader) noexcept {
+    return reader && reader.secrets() == Platform::Logging::Secrets::hidden;
+}
+
+/// `shown`: the same request as a log may show it that hides secrets; none when there was no such log.
+void logRequest(const SharedRequest& request, const SharedRequest& shown, const Platform::HttpHeaders& sessionHeaders) {
+    const auto reader = Platform::DebugChannel::reader();
+    if (!reader) {
         return;
     }
-    Platform::DebugChannel::write("API request as curl:", function);
-    Platform::DebugChannel::write(obfuscateLoginString(request.curlRendering(sessionHeaders)), function);
+    reader.write("API request as curl:", function);
+    if (hidesSecrets(reader)) {
+        const auto hiding = shown ? shown : SecretHiding::shownRequest(*request);
+        reader.write(naming(hiding, request->headers().at(std::string{hostHeader}))
+                         ->curlRendering(SecretHiding::shown(sessionHeaders)),
+                     function);
+    } else {
+        reader.write(obfuscateLoginString(request->curlRendering(sessionHeaders)), function);
+    }
 }
 
 void logAnswer(const Platform::HttpAnswer& answer, bool useFallbackIp) {
-    if (!Platform::DebugChannel::isOpen()) {
+    const auto reader = Platform::DebugChannel::reader();
+    if (!reader) {
         return;
     }
-    using Platform::DebugChannel;
-    DebugChannel::write(useFallbackIp ? "Use fallback mode: true" : "Use fallback mode: false", function);
-    DebugChannel::write("API request:", function);
-    DebugChannel::write(answer.request ? "= URLRequest: " + answer.request->url().absoluteString() : "= nil", function);
-    DebugChannel::write("statuscode: " + std::to_string(answer.response ? answer.response->status : -999), function);
+    const bool hides = hidesSecrets(reader);
+    const auto shown = [hides](const Platform::Url& url) {
+        return hides ? SecretHiding::shown(url) : url.absoluteString();
+    };
+    reader.write(useFallbackIp ? "Use fallback mode: true" : "Use fallback mode: false", function);
+    reader.write("API request:", function);
+    reader.write(answer.request ? "= URLRequest: " + shown(answer.request->url()) : "= nil", function);
+    reader.write("statuscode: " + std::to_string(answer.response ? answer.response->status : -999), function);
     if (answer.body) {
-        DebugChannel::write("response data:", function);
-        DebugChannel::write(Platform::isValidUtf8(*answer.body) ? std::string_view{*answer.body} : std::string_view{},
-                            function);
+        reader.write("response data:", function);
+        if (hides) {
+            reader.write(SecretHiding::shownBody(*answer.body), function);
+        } else {
+            reader.write(Platform::isValidUtf8(*answer.body) ? std::string_view{*answer.body} : std::string_view{},
+                         function);
+        }
     }
 }
 
@@ -132,12 +154,21 @@ struct RequestEngine::Chain {
     RequestEngine engine;
     Platform::Url url;
     SharedRequest request;
+    /// See `logRequest`.
+    SharedRequest shownRequest;
     RequestCompletion onCompletion;
     /// Not kept alive: the queue's tasks keep the chain.
     std::weak_ptr<Platform::MainQueue> firstQueue = Platform::MainQueue::main();
     Platform::StopToken stop = StoppableScope::take();
     Platform::StopToken::Registration endOnStop;
     std::atomic<bool> hasEnded = false;
+    /// The attempt whose answer counts: a host's session may throw and answer, or answer twice.
+    std::atomic<std::int64_t> awaitedRetry = noRetry;
+    static constexpr std::int64_t noRetry = -1;
+
+    [[nodiscard]] bool isAnswered(std::int64_t retryCount) noexcept {
+        return !awaitedRetry.compare_exchange_strong(retryCount, noRetry);
+    }
 
     /// Where it began, and so goes on, unless that queue is no more.
     [[nodiscard]] std::shared_ptr<Platform::MainQueue> queue() const {
@@ -186,6 +217,9 @@ void RequestEngine::send(const Platform::Url& url, const Platform::Parameters& p
     auto request = std::make_shared<const Platform::HttpRequest>(
         Platform::HttpRequest{method, url, parameters, encoding, headers}.withHeader(hostHeader, owner_->apiHost()));
     const auto chain = std::make_shared<Chain>(*this, url, std::move(request), std::move(onCompletion));
+    if (hidesSecrets(Platform::DebugChannel::reader())) {
+        chain->shownRequest = SecretHiding::shownRequest(method, url, parameters, encoding, headers);
+    }
     if (const auto reason = chain->stop.reason()) {
         chain->queue()->soon([chain, reason] { chain->completeStopped(*reason); });
         return;
@@ -202,22 +236,48 @@ void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, A
     if (chain->stop.isStopped()) {
         return;
     }
+    using Kind = Platform::HttpError::Kind;
+    Platform::HttpError error{Kind::cannotConnect, "this computer has no network route to the service"};
+    bool mayTryAgain = false;
+    chain->awaitedRetry = retryCount;
+    try {
+        if (start(chain, retryCount)) {
+            return;
+        }
+    } catch (...) {
+        if (chain->isAnswered(retryCount)) {
+            return;
+        }
+        Platform::DebugChannel::writeException("The host's session has failed", function);
+        error = {Kind::other, "the host's session has thrown an exception"};
+        mayTryAgain = true;
+    }
+    std::exception_ptr thrown;
+    if (chain->isObserved()) {
+        thrown = chain->tell({.host = std::string{chain->url.host()},
+                              .number = retryCount + 1,
+                              .failure = std::move(error),
+                              .anotherFollows = mayTryAgain && retryCount < chain->engine.maxRetries_},
+                             teller);
+    }
+    if (mayTryAgain) {
+        retryOrGiveUp(chain, retryCount);
+    } else {
+        chain->completeNotReachable();
+    }
+    rethrow(thrown);
+}
+
+bool RequestEngine::start(const SharedChain& chain, std::int64_t retryCount) {
     const auto session = chain->engine.session_();
     if (!session->isReachable(chain->url.absoluteString())) {
-        std::exception_ptr thrown;
-        if (chain->isObserved()) {
-            thrown = chain->tell({.host = std::string{chain->url.host()},
-                                  .number = retryCount + 1,
-                                  .failure = Platform::HttpError{Platform::HttpError::Kind::cannotConnect,
-                                                                 "this computer has no network route to the service"}},
-                                 teller);
-        }
-        chain->completeNotReachable();
-        rethrow(thrown);
-        return;
+        return false;
     }
     const auto request = naming(chain->request, chain->engine.owner_->apiHost());
     auto onAnswer = [chain, retryCount](Platform::HttpAnswer answer) {
+        if (chain->isAnswered(retryCount)) {
+            return;
+        }
         const auto queue = chain->queue();
         if (queue == Platform::MainQueue::main()) {
             receive(chain, retryCount, std::move(answer));
@@ -232,7 +292,8 @@ void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, A
     } else {
         session->send(request, std::move(onAnswer));
     }
-    logRequest(*request, session->defaultHeaders());
+    logRequest(request, chain->shownRequest, session->defaultHeaders());
+    return true;
 }
 
 void RequestEngine::receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer) {
@@ -271,8 +332,15 @@ void RequestEngine::retryOrGiveUp(const SharedChain& chain, std::int64_t retryCo
         chain->completeNotReachable();
         return;
     }
-    chain->queue()->after(pauseBeforeRetry(retryCount),
-                          [chain, retryCount] { attempt(chain, retryCount + 1, AttemptObservers::Teller::mainQueue); });
+    try {
+        chain->queue()->after(pauseBeforeRetry(retryCount), [chain, retryCount] {
+            attempt(chain, retryCount + 1, AttemptObservers::Teller::mainQueue);
+        });
+    } catch (...) {
+        // The host's queue has not taken it.
+        chain->completeNotReachable();
+        throw;
+    }
 }
 
 }  // namespace Tarnwick_API

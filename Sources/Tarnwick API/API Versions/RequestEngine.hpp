@@ -17,7 +17,8 @@ namespace Tarnwick_API {
 ///
 /// Session and host are asked for anew at each attempt. Of one request with all its attempts everything lives in a
 /// chain, which keeps the backend alive until it has ended: with an answer, when its attempts are used up, or when the
-/// token of the `StoppableScope` in which it began stops.
+/// token of the `StoppableScope` in which it began stops. An attempt for which a host's session throws has failed, as
+/// one whose transfer fails.
 class RequestEngine {
 public:
     using SessionLookup = std::function<std::shared_ptr<Platform::HttpSession>()>;
@@ -36,6 +37,8 @@ private:
     using SharedChain = std::shared_ptr<Chain>;
 
     static void attempt(const SharedChain& chain, std::int64_t retryCount, AttemptObservers::Teller teller);
+    /// False when the session says that the target can't be reached.
+    static bool start(const SharedChain& chain, std::int64_t retryCount);
     static void receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer);
     static void goOn(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer);
     static void retryOrGiveUp(const SharedChain& chain, std::int64_t retryCount);

@@ -2,6 +2,7 @@
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
 #include <Platform/Text/Wiping.hpp>
+#include <Storage/CarefulKeychain.hpp>
 
 #include <utility>
 
@@ -26,7 +27,7 @@ std::optional<SessionError> ApiVersion1::adoptKeptToken() {
 
 Platform::KeychainStatus ApiVersion1::forgetToken() {
     setOauthToken(std::nullopt);
-    const auto status = Keychain::store()->remove({.service = keychainTokenService_});
+    const auto status = CarefulKeychain{}.remove({.service = keychainTokenService_});
     tokenKeeping_ = status == Platform::KeychainStatus::itemNotFound ? Platform::KeychainStatus::success : status;
     return *tokenKeeping_;
 }

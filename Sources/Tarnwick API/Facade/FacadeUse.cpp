@@ -5,12 +5,13 @@
 
 namespace Tarnwick_API {
 
-TarnwickApi::Use::Use([[maybe_unused]] const TarnwickApi& facade, [[maybe_unused]] const char* operation) noexcept {
+TarnwickApi::Use::Use(const TarnwickApi& facade, [[maybe_unused]] const char* operation) noexcept
+    : facade_{facade.shared_from_this()}, backend_{facade.api_} {
 #ifndef NDEBUG
     std::thread::id user;
     if (facade.user_.compare_exchange_strong(user, std::this_thread::get_id())) {
         facade.usedFor_ = operation;
-        facade_ = facade.shared_from_this();
+        isOutermost_ = true;
     } else if (user != std::this_thread::get_id()) {
         const char* const other = facade.usedFor_;
         std::fprintf(stderr, "Tarnwick_API: TarnwickApi is used by two threads at once, here for %s, there for %s\n",
@@ -21,7 +22,7 @@ TarnwickApi::Use::Use([[maybe_unused]] const TarnwickApi& facade, [[maybe_unused
 }
 
 TarnwickApi::Use::~Use() {
-    if (facade_) {
+    if (isOutermost_) {
         facade_->usedFor_ = nullptr;
         facade_->user_ = std::thread::id{};
     }

@@ -6,7 +6,9 @@
 
 namespace Tarnwick_API {
 
-/// That a thread is inside the facade. In debug builds, ends the process when another one is at the same time.
+/// That a thread is inside the facade, which with its backend stays until then: what the library asks the host
+/// meanwhile, and a completion, may drop the one and replace the other. In debug builds, ends the process when another
+/// thread is inside at the same time.
 class TarnwickApi::Use {
 public:
     Use(const TarnwickApi& facade, const char* operation) noexcept;
@@ -15,8 +17,10 @@ public:
     ~Use();
 
 private:
-    /// Kept alive, as a completion may drop it. None for a use within another by the same thread.
     std::shared_ptr<const TarnwickApi> facade_;
+    std::shared_ptr<ApiCommunicateable> backend_;
+    /// Not so for a use within another by the same thread.
+    bool isOutermost_ = false;
 };
 
 }  // namespace Tarnwick_API

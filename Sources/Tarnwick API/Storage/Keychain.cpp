@@ -6,6 +6,7 @@
 #include <Platform/Logging/DebugChannel.hpp>
 #include <Platform/Text/Utf8.hpp>
 #include <Platform/Text/Wiping.hpp>
+#include <Storage/CarefulKeychain.hpp>
 
 #include <cstdio>
 #include <string_view>
@@ -56,7 +57,7 @@ std::optional<KeychainDictionary> dictionaryOf(KeychainAnswer answer) {
     return std::move(*dictionary);
 }
 
-void reportError(const KeychainStore& store, KeychainStatus status) {
+void reportError(const CarefulKeychain& store, KeychainStatus status) {
     const auto line = "Keychain error: " + store.message(status).value_or("") + '\n';
     std::fputs(line.c_str(), stdout);
 }
@@ -68,7 +69,7 @@ void wipeData(Carrier& carrier) {
     }
 }
 
-KeychainStatus updateExisting(KeychainStore& store, const std::string& service, const std::string& account,
+KeychainStatus updateExisting(const CarefulKeychain& store, const std::string& service, const std::string& account,
                               const std::string& password) {
     auto answer = store.copyMatching({.service = service}, {.attributes = true});
     if (answer.status != KeychainStatus::success) {
@@ -88,7 +89,7 @@ KeychainStatus updateExisting(KeychainStore& store, const std::string& service, 
     return status;
 }
 
-void deleteAll(KeychainStore& store, const std::string& service) {
+void deleteAll(const CarefulKeychain& store, const std::string& service) {
     static_cast<void>(store.remove({.service = service}));
 }
 
@@ -108,13 +109,13 @@ void Keychain::setPassword(const std::string& service, const std::string& accoun
 KeychainStatus Keychain::keepPassword(const std::string& service, const std::string& account,
                                       const std::string& password) {
     const auto& name = label();
-    const auto keychain = store();
-    const auto status = updateExisting(*keychain, service, account, password);
+    const CarefulKeychain keychain;
+    const auto status = updateExisting(keychain, service, account, password);
     if (status == KeychainStatus::success) {
         return status;
     }
     if (status != KeychainStatus::itemNotFound) {
-        deleteAll(*keychain, service);
+        deleteAll(keychain, service);
     }
     Platform::KeychainItem item{.service = service,
                                 .account = account,
@@ -123,25 +124,25 @@ KeychainStatus Keychain::keepPassword(const std::string& service, const std::str
                                 .access = {name, {std::nullopt, networkExtensionAgent, networkPreferences}},
                                 .comment = requiresUserInteractionValue(),
                                 .accessibility = Platform::keychainAccessibleAlways};
-    const auto added = keychain->add(item);
+    const auto added = keychain.add(item);
     wipeData(item);
     if (added != KeychainStatus::success && Platform::DebugChannel::isOpen()) {
         Platform::DebugChannel::write(
-            "Keychain: the password for " + service + " is not kept: " + keychain->message(added).value_or(""),
+            "Keychain: the password for " + service + " is not kept: " + keychain.message(added).value_or(""),
             "setPassword");
     }
     return added;
 }
 
 std::optional<std::string> Keychain::getPassword(const std::string& service, const std::string& account) {
-    auto found =
-        dictionaryOf(store()->copyMatching({.service = service, .account = account}, {.data = true, .limitOne = true}));
+    auto found = dictionaryOf(
+        CarefulKeychain{}.copyMatching({.service = service, .account = account}, {.data = true, .limitOne = true}));
     return found ? decoded(std::move(found->data)) : std::nullopt;
 }
 
 std::optional<Bytes> Keychain::getPasswordReference(const std::string& service, const std::string& account) {
-    auto answer = store()->copyMatching({.service = service, .account = account},
-                                        {.persistentReference = true, .limitOne = true});
+    auto answer = CarefulKeychain{}.copyMatching({.service = service, .account = account},
+                                                 {.persistentReference = true, .limitOne = true});
     auto* const reference = std::get_if<Bytes>(&answer.value);
     if (answer.status != KeychainStatus::success || reference == nullptr) {
         return std::nullopt;
@@ -150,7 +151,7 @@ std::optional<Bytes> Keychain::getPasswordReference(const std::string& service, 
 }
 
 std::optional<TokenData> Keychain::getTokenData(const std::string& service) {
-    auto found = dictionaryOf(store()->copyMatching(
+    auto found = dictionaryOf(CarefulKeychain{}.copyMatching(
         {.service = service}, {.attributes = true, .persistentReference = true, .limitOne = true}));
     if (!found || !found->account || !found->persistentReference) {
         return std::nullopt;
@@ -163,7 +164,8 @@ std::optional<LoginData> Keychain::getLoginData(const std::string& service) {
 }
 
 KeptLogin Keychain::keptLogin(const std::string& service) {
-    auto answer = store()->copyMatching({.service = service}, {.attributes = true, .data = true, .limitOne = true});
+    auto answer =
+        CarefulKeychain{}.copyMatching({.service = service}, {.attributes = true, .data = true, .limitOne = true});
     const auto status = answer.status == KeychainStatus::itemNotFound ? KeychainStatus::success : answer.status;
     auto found = dictionaryOf(std::move(answer));
     if (!found || !found->account) {
@@ -181,24 +183,24 @@ bool Keychain::hasLoginData(const std::string& service) {
 }
 
 void Keychain::deleteItem(const std::string& service) {
-    deleteAll(*store(), service);
+    deleteAll({}, service);
 }
 
 bool Keychain::requiresUserInteraction(const std::string& service) {
     const auto found =
-        dictionaryOf(store()->copyMatching({.service = service}, {.attributes = true, .limitOne = true}));
+        dictionaryOf(CarefulKeychain{}.copyMatching({.service = service}, {.attributes = true, .limitOne = true}));
     return found && found->comment == requiresUserInteractionValue();
 }
 
 void Keychain::resetRequiresUserInteraction(const std::string& service) {
-    const auto keychain = store();
+    const CarefulKeychain keychain;
     const KeychainQuery query{.service = service};
-    if (keychain->copyMatching(query, {}).status != KeychainStatus::success) {
+    if (keychain.copyMatching(query, {}).status != KeychainStatus::success) {
         return;
     }
-    const auto status = keychain->update(query, {.comment = ""});
+    const auto status = keychain.update(query, {.comment = ""});
     if (status != KeychainStatus::success) {
-        reportError(*keychain, status);
+        reportError(keychain, status);
     }
 }
 

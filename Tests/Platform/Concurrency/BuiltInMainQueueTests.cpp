@@ -1,5 +1,6 @@
 #include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
+#include <Tarnwick_API/Platform/Concurrency/VirtualTimeMainQueue.hpp>
 
 #include <MainQueueContract.hpp>
 
@@ -71,6 +72,19 @@ TEST(MainQueue, IsTheBuiltInOneUnlessTheHostInstallsAnother) {
     EXPECT_EQ(MainQueue::main(), queue);
     MainQueue::setMain(nullptr);
     EXPECT_EQ(MainQueue::main(), BuiltInMainQueue::shared());
+}
+
+template <typename Queue>
+void runUntilDestroyed(void (Queue::*run)()) {
+    auto queue = std::make_shared<Queue>();
+    queue->soon([&] { queue.reset(); });
+    queue->soon([] { FAIL() << "of a queue that is no more"; });
+    (queue.get()->*run)();
+}
+
+TEST(MainQueue, MayBeDestroyedByItsTask) {
+    runUntilDestroyed(&BuiltInMainQueue::run);
+    runUntilDestroyed(&VirtualTimeMainQueue::runAll);
 }
 
 struct BuiltInLoop {

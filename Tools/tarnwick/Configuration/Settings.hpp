@@ -58,6 +58,7 @@ struct Settings {
     std::string clickId;
     bool json = false;
     bool verbose = false;
+    bool hideSecrets = false;
 };
 
 inline constexpr const char* settingsHelp =

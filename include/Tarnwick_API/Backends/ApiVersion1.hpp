@@ -52,8 +52,9 @@ public:
     /// The session of the whole process, made on first use from `defaultSessionConfiguration`. Thread: any.
     [[nodiscard]] static std::shared_ptr<Platform::HttpSession> sessionManager();
     /// Replaces it; none makes the next use create it anew. Requests of the old one are cancelled and tried again on
-    /// the new one. Thread: any. What a host's own session throws is not caught: it reaches the caller of the
-    /// operation, or from a retry the main queue, and the operation's completion is not called.
+    /// the new one. Thread: any. An attempt for which a host's own session, or its `Reachability`, throws has failed:
+    /// it is tried again like any other, and the debug channel has what was thrown. Of several answers to an attempt
+    /// the first counts.
     static void setSessionManager(std::shared_ptr<Platform::HttpSession> session);
     /// To be changed at will and given to `Platform::makeHttpSession`: the default headers, and a trust table that
     /// exempts the live and beta fallback address from the check of the certificate's name.

@@ -23,7 +23,8 @@ struct CompletionOf<void> {
 
 /// Takes what an operation came to, at most once, on the main queue: a result, or an error, or neither, which means
 /// that the service answered but there was no usable data in it. `Completion<void>` takes the error alone. An empty
-/// one is allowed: the operation runs and nobody is told. It may own what only moves, and is never copied.
+/// one is allowed: the operation runs and nobody is told. It may own what only moves, and is never copied. What it
+/// throws goes out of the main queue's run, or out of the call in which it is called: it has had its one call.
 template <typename T>
 using Completion = typename Detail::CompletionOf<T>::Type;
 

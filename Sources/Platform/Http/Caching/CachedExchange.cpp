@@ -7,7 +7,6 @@
 #include <Platform/Logging/DebugChannel.hpp>
 
 #include <cstdint>
-#include <exception>
 #include <memory>
 #include <string>
 #include <utility>
@@ -25,10 +24,8 @@ template <typename Use>
 auto unlessItThrows(const Use& use) -> decltype(use()) {
     try {
         return use();
-    } catch (const std::exception& error) {
-        DebugChannel::write(std::string{"The cache has failed: "}.append(error.what()), "transfer");
     } catch (...) {
-        DebugChannel::write("The cache has failed", "transfer");
+        DebugChannel::writeException("The cache has failed", "transfer");
     }
     return decltype(use())();
 }

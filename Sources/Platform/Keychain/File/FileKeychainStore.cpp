@@ -55,6 +55,7 @@ public:
 
 private:
     std::chrono::steady_clock::time_point deadline_;
+    DebugChannel::Deferral tellsWhenUnlocked_;
     std::lock_guard<std::mutex> lock_;
 };
 

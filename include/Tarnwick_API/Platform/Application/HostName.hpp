@@ -16,7 +16,8 @@ public:
     /// when there is no such name. Thread: any.
     [[nodiscard]] static std::optional<std::string> localized();
 
-    /// Installs a process-wide look-up; an empty one goes back to the system's. Thread: any.
+    /// Installs a process-wide look-up; an empty one goes back to the system's. One that throws gives none for that
+    /// time; the debug channel tells. Thread: any.
     static void setLookup(std::function<std::optional<std::string>()> lookup);
 };
 

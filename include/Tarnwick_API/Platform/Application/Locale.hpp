@@ -23,7 +23,7 @@ public:
     [[nodiscard]] static Locale current();
 
     /// Installs a process-wide source of the current locale's identifier; an empty one goes back to the system's.
-    /// Thread: any.
+    /// One that throws gives no locale for that time; the debug channel tells. Thread: any.
     static void setIdentifierLookup(std::function<std::string()> lookup);
 
     /// Two or three lower-case letters.

@@ -19,7 +19,8 @@ public:
     /// none elsewhere. Thread: any.
     [[nodiscard]] static std::optional<std::string> text(std::string_view key);
 
-    /// Installs the process-wide look-up; an empty one removes it. Thread: any.
+    /// Installs the process-wide look-up; an empty one removes it. One that throws gives none for that time; the debug
+    /// channel tells. Thread: any.
     static void setLookup(Lookup lookup);
 };
 

@@ -17,7 +17,8 @@ public:
     /// Thread: any.
     [[nodiscard]] static WallTime now();
 
-    /// Replaces the clock, for tests; an empty one goes back to the computer's. It is called on any thread.
+    /// Replaces the clock, for tests; an empty one goes back to the computer's. It is called on any thread. When it
+    /// throws, the computer's counts, and the debug channel tells.
     static void setSource(std::function<WallTime()> source);
 };
 

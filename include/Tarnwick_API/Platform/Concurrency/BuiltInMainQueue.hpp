@@ -8,7 +8,8 @@
 
 namespace Tarnwick_API::Platform {
 
-/// A main queue for programs without an event loop: the thread that calls `run` becomes the main thread.
+/// A main queue for programs without an event loop: the thread that calls `run` becomes the main thread. A task may
+/// destroy the queue, which ends the run.
 class TARNWICK_API_EXPORT BuiltInMainQueue final : public MainQueue {
 public:
     BuiltInMainQueue();
@@ -36,7 +37,8 @@ public:
 
 private:
     class TARNWICK_API_NO_EXPORT State;
-    std::unique_ptr<State> state_;
+    /// Kept by whoever runs it, too: a task may destroy the queue.
+    std::shared_ptr<State> state_;
 };
 
 }  // namespace Tarnwick_API::Platform

@@ -21,6 +21,9 @@ namespace Tarnwick_API::Platform {
 /// Nothing is lost while the loop has not started, or stands still: a queue keeps its tasks in order until it runs.
 ///
 /// Thread: both operations may be called from any thread; tasks run on the queue's own thread, one at a time.
+/// Errors: a host's own queue should throw nothing, and run no task inside `soon` or `after`. A task that it throws for
+/// is lost: an answer that was to come with it never comes, which the debug channel tells; a request whose next attempt
+/// it was ends as not reachable, and the exception goes on to whoever runs the queue.
 class TARNWICK_API_EXPORT MainQueue {
 public:
     /// What is run; an empty one is dropped.

@@ -57,8 +57,8 @@ public:
     /// None as long as nothing is to stop.
     [[nodiscard]] std::optional<StopReason> reason() const;
 
-    /// Calls `callback` once, on the thread that stops, or inside this call when that has been before. It must not
-    /// throw.
+    /// Calls `callback` once, on the thread that stops, or inside this call when that has been before. It had
+    /// better not throw: the others are called all the same, then the first exception goes on to who stops.
     [[nodiscard]] Registration onStop(Callback callback) const;
 
 private:

@@ -45,7 +45,8 @@ public:
 
 private:
     class TARNWICK_API_NO_EXPORT State;
-    std::unique_ptr<State> state_;
+    /// Kept by whoever runs it, too: a task may destroy the queue.
+    std::shared_ptr<State> state_;
 };
 
 }  // namespace Tarnwick_API::Platform
