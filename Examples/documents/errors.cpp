@@ -8,6 +8,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -43,7 +44,9 @@ DetachedCoroutine visit(std::shared_ptr<TarnwickApi> api, std::string name, std:
 }  // namespace
 
 int main(int, char** words) {
-    const auto api = TarnwickApi::create(settingsOfTestService(words));
+    auto settings = settingsOfTestService(words);
+    settings.retrySpread = {.share = 0.5};
+    const auto api = TarnwickApi::create(std::move(settings));
     const auto observation = api->observeAttempts([](const RequestAttempt& attempt) {
         if (attempt.failure) {
             std::cout << attempt.host << ", attempt " << attempt.number << ": " << name(attempt.failure->kind) << ": "
