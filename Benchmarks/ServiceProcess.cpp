@@ -121,12 +121,17 @@ const ServiceProcess& ServiceProcess::shared() {
     return service;
 }
 
-ServiceProcess::ServiceProcess() : folder_{makeFolder()}, caFile_{(folder_ / "roots.pem").string()} {
+ServiceProcess::ServiceProcess(const ServiceSettings& settings)
+    : folder_{makeFolder()}, caFile_{(folder_ / "roots.pem").string()} {
     const auto readyFile = folder_ / "ready.json";
     const auto serviceRoot = folder_ / "service.pem";
-    processes_.push_back(std::make_unique<ChildProcess>(
-        std::vector<std::string>{TARNWICK_SERVICE_PROGRAM, "--ready-file", readyFile.string(), "--ca-file",
-                                 serviceRoot.string(), "--servers", "100000"}));
+    std::vector<std::string> command{
+        TARNWICK_SERVICE_PROGRAM,        "--ready-file", readyFile.string(), "--ca-file", serviceRoot, "--servers",
+        std::to_string(settings.servers)};
+    for (const auto& account : settings.accounts) {
+        command.insert(command.end(), {"--account", account});
+    }
+    processes_.push_back(std::make_unique<ChildProcess>(command));
     waitUntil("the service", [&] { return std::filesystem::exists(readyFile); });
     const auto ready = nlohmann::json::parse(content(readyFile));
     port_ = ready.at("port").get<std::uint16_t>();
@@ -134,12 +139,17 @@ ServiceProcess::ServiceProcess() : folder_{makeFolder()}, caFile_{(folder_ / "ro
 
     const auto authority = TarnwickService::CertificateAuthority::create();
     const auto certificate = authority.issue({.dnsNames = {"localhost"}, .ipAddresses = {"127.0.0.1"}});
-    std::ofstream{folder_ / "proxy.pem"} << certificate.certificatePem;
-    std::ofstream{folder_ / "proxy.key"} << certificate.privateKeyPem;
-    const char* const systemRoots = curl_version_info(CURLVERSION_NOW)->cainfo;
+    const char* const systemRoots = settings.trustsSystemRoots ? curl_version_info(CURLVERSION_NOW)->cainfo : nullptr;
     std::ofstream{caFile_} << content(systemRoots == nullptr ? "" : systemRoots) << content(serviceRoot)
                            << authority.certificatePem();
+    if (settings.hasHttp2) {
+        startProxy(certificate.certificatePem, certificate.privateKeyPem);
+    }
+}
 
+void ServiceProcess::startProxy(const std::string& certificatePem, const std::string& privateKeyPem) {
+    std::ofstream{folder_ / "proxy.pem"} << certificatePem;
+    std::ofstream{folder_ / "proxy.key"} << privateKeyPem;
     http2Port_ = freePort();
     processes_.push_back(std::make_unique<ChildProcess>(std::vector<std::string>{
         "nghttpx", "--conf=/dev/null", "--frontend=127.0.0.1," + std::to_string(http2Port_),

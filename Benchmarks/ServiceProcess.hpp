@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -23,20 +24,31 @@ private:
     pid_t process_;
 };
 
+/// How to start the service.
+struct ServiceSettings {
+    std::size_t servers = 100'000;
+    /// Each as NAME:PASSWORD.
+    std::vector<std::string> accounts = {};
+    /// Puts an HTTP/2 proxy in front.
+    bool hasHttp2 = true;
+    /// Lets the CA file hold the system's certificates too, as reading them is part of what connecting costs.
+    bool trustsSystemRoots = true;
+};
+
 /// The stand-in service in a process of its own, so that its processor time and memory are not counted as the client's,
-/// with an HTTP/2 proxy in front.
+/// and with an HTTP/2 proxy in front if asked for.
 class ServiceProcess {
 public:
-    /// The one of this run, started when first asked for. Its CA file holds the system's certificates too, as reading
-    /// them is part of what connecting costs.
+    /// The one of this run, started when first asked for.
     static const ServiceProcess& shared();
 
-    ServiceProcess();
+    explicit ServiceProcess(const ServiceSettings& settings = {});
     ServiceProcess(const ServiceProcess&) = delete;
     ServiceProcess& operator=(const ServiceProcess&) = delete;
     ~ServiceProcess();
 
     [[nodiscard]] std::uint16_t port() const noexcept { return port_; }
+    [[nodiscard]] std::uint16_t controlPort() const noexcept { return controlPort_; }
     /// The same service over HTTP/2.
     [[nodiscard]] std::uint16_t http2Port() const noexcept { return http2Port_; }
     [[nodiscard]] const std::string& caFile() const noexcept { return caFile_; }
@@ -54,6 +66,7 @@ public:
     [[nodiscard]] const std::filesystem::path& folder() const noexcept { return folder_; }
 
 private:
+    void startProxy(const std::string& certificatePem, const std::string& privateKeyPem);
     void order(const std::string& faults) const;
 
     std::filesystem::path folder_;

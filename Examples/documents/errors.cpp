@@ -9,6 +9,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -49,7 +50,9 @@ void keepLog(const std::shared_ptr<std::ostream>& file) {
 }  // namespace
 
 int main(int, char** words) {
-    const auto api = TarnwickApi::create(settingsOfTestService(words));
+    auto settings = settingsOfTestService(words);
+    settings.retrySpread = {.share = 0.5};
+    const auto api = TarnwickApi::create(std::move(settings));
     const auto observation = api->observeAttempts([](const RequestAttempt& attempt) {
         if (attempt.failure) {
             std::cout << attempt.host << ", attempt " << attempt.number << ": " << name(attempt.failure->kind) << ": "

@@ -31,6 +31,7 @@
 #include <Tarnwick_API/Facade/AttemptObservers.hpp>
 #include <Tarnwick_API/Facade/FilterIds.hpp>
 #include <Tarnwick_API/Facade/RequestAttempt.hpp>
+#include <Tarnwick_API/Facade/RetrySpread.hpp>
 #include <Tarnwick_API/Facade/ServerFilterType.hpp>
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>

@@ -83,6 +83,10 @@ std::string ApiVersion1::fallbackIp() const {
     return BuildConstants::liveBetaFallbackIp;
 }
 
+void ApiVersion1::setRetrySpread(RetrySpread spread) {
+    retrySpread_ = spread.share > 0 ? std::make_shared<const RetrySpread>(std::move(spread)) : nullptr;
+}
+
 ApiBase ApiVersion1::apiBase() const {
     return {.environment = environment_, .partnersId = partnersId_, .baseUrl = baseUrl()};
 }
@@ -90,7 +94,7 @@ ApiBase ApiVersion1::apiBase() const {
 void ApiVersion1::sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
                               Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
                               Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) {
-    RequestEngine{&SharedSession::get, shared_from_this(), maxRetries_, attemptObservers_}.send(
+    RequestEngine{&SharedSession::get, shared_from_this(), maxRetries_, retrySpread_, attemptObservers_}.send(
         url, parameters, encoding, headers, method, retryCount, std::move(onCompletion));
 }
 

@@ -9,14 +9,13 @@
 #include <Platform/Text/Utf8.hpp>
 
 #include <atomic>
-#include <chrono>
-#include <cmath>
 #include <exception>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include "PasswordMask.hpp"
+#include "RetryPause.hpp"
 #include "SecretHiding.hpp"
 
 namespace Tarnwick_API {
@@ -39,11 +38,6 @@ SharedRequest naming(const SharedRequest& request, const std::string& host) {
         return request;
     }
     return std::make_shared<const Platform::HttpRequest>(request->withHeader(hostHeader, host));
-}
-
-std::chrono::nanoseconds pauseBeforeRetry(std::int64_t retryCount) {
-    const std::chrono::duration<double> seconds{std::exp(0.1 * static_cast<double>(retryCount))};
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(seconds);
 }
 
 bool hidesSecrets(const Platform::DebugChannel::Reader& reader) noexcept {
@@ -204,10 +198,12 @@ struct RequestEngine::Chain {
 };
 
 RequestEngine::RequestEngine(SessionLookup session, std::shared_ptr<const ApiCommunicateable> owner,
-                             std::int64_t maxRetries, std::shared_ptr<const AttemptObservers> observers)
+                             std::int64_t maxRetries, std::shared_ptr<const RetrySpread> retrySpread,
+                             std::shared_ptr<const AttemptObservers> observers)
     : session_{std::move(session)},
       owner_{std::move(owner)},
       maxRetries_{maxRetries},
+      retrySpread_{std::move(retrySpread)},
       observers_{std::move(observers)} {
 }
 
@@ -333,7 +329,7 @@ void RequestEngine::retryOrGiveUp(const SharedChain& chain, std::int64_t retryCo
         return;
     }
     try {
-        chain->queue()->after(pauseBeforeRetry(retryCount), [chain, retryCount] {
+        chain->queue()->after(pauseBeforeRetry(retryCount, chain->engine.retrySpread_.get()), [chain, retryCount] {
             attempt(chain, retryCount + 1, AttemptObservers::Teller::mainQueue);
         });
     } catch (...) {

@@ -3,6 +3,7 @@
 #include <Tarnwick_API/Calls/ApiResult.hpp>
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
 #include <Tarnwick_API/Facade/AttemptObservers.hpp>
+#include <Tarnwick_API/Facade/RetrySpread.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
 #include <cstdint>
@@ -23,9 +24,9 @@ class RequestEngine {
 public:
     using SessionLookup = std::function<std::shared_ptr<Platform::HttpSession>()>;
 
-    /// `observers`: may be none.
+    /// `retrySpread`, `observers`: may be none.
     RequestEngine(SessionLookup session, std::shared_ptr<const ApiCommunicateable> owner, std::int64_t maxRetries,
-                  std::shared_ptr<const AttemptObservers> observers);
+                  std::shared_ptr<const RetrySpread> retrySpread, std::shared_ptr<const AttemptObservers> observers);
 
     /// As `ApiVersion1::sendRequest`.
     void send(const Platform::Url& url, const Platform::Parameters& parameters, Platform::ParameterEncoding encoding,
@@ -46,6 +47,7 @@ private:
     SessionLookup session_;
     std::shared_ptr<const ApiCommunicateable> owner_;
     std::int64_t maxRetries_;
+    std::shared_ptr<const RetrySpread> retrySpread_;
     std::shared_ptr<const AttemptObservers> observers_;
 };
 

@@ -30,6 +30,7 @@ std::shared_ptr<TarnwickApi> TarnwickApi::create(TarnwickApiSettings settings) {
                       FilterIds{settings.filterIds}, ApiUrl{std::move(settings.apiUrl)});
     api->setEnvironment(settings.environment);
     api->setUseFallbackIp(settings.useFallbackIp);
+    api->setRetrySpread(std::move(settings.retrySpread));
     return api;
 }
 
@@ -75,6 +76,12 @@ void TarnwickApi::setUseFallbackIp(bool useFallbackIp) {
     api_->setUseFallbackIp(useFallbackIp);
 }
 
+void TarnwickApi::setRetrySpread(RetrySpread spread) {
+    const Use use{*this, "setRetrySpread"};
+    retrySpread_ = std::move(spread);
+    api_->setRetrySpread(retrySpread_);
+}
+
 void TarnwickApi::setApi(std::shared_ptr<ApiCommunicateable> api) {
     const Use use{*this, "setApi"};
     if (!api) {
@@ -89,6 +96,7 @@ void TarnwickApi::setVersion(ApiVersion version) {
     version_ = version;
     setApi(apiFactory(version_, consumerKey_, consumerSecret_, partnersId_, uid_, apiUrl_));
     api_->setUseFallbackIp(useFallbackIp_);
+    api_->setRetrySpread(retrySpread_);
 }
 
 AttemptObservers::Observation TarnwickApi::observeAttempts(AttemptObservers::Handler handler) {

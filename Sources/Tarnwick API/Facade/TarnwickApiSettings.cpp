@@ -16,6 +16,9 @@ std::vector<std::string> TarnwickApiSettings::faults() const {
     if (const auto fault = ApiUrl{apiUrl}.fault(environment)) {
         found.push_back("apiUrl: " + *fault);
     }
+    if (!(retrySpread.share >= 0 && retrySpread.share <= 1)) {
+        found.emplace_back("retrySpread: its share is not from 0 to 1");
+    }
     return found;
 }
 

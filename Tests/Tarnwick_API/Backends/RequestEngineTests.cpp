@@ -6,6 +6,9 @@
 #include "BackendFixture.hpp"
 
 #include <chrono>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -21,7 +24,10 @@ namespace {
 
 using Platform::HttpMethod;
 using Platform::ParameterEncoding;
+using ::testing::AllOf;
 using ::testing::ElementsAre;
+using ::testing::Ge;
+using ::testing::Le;
 using Testing::ScriptedHttpSession;
 
 class RequestEngine : public Testing::BackendFixture {
@@ -79,6 +85,54 @@ TEST_F(RequestEngine, RetriesFiveTimesWithGrowingPausesAndReportsOnce) {
     EXPECT_FALSE(outcome.body);
     EXPECT_EQ(outcome.result.status, 0);
     EXPECT_EQ(outcome.result.error, ResponseError::notReachable());
+}
+
+TEST_F(RequestEngine, SpreadsItsPausesWhenAskedTo) {
+    const auto firstPauses = [&](TarnwickApi& facade) {
+        const auto before = queue->pausesAskedFor().size();
+        facade.getStatus({});
+        queue->runAll();
+        std::vector<std::int64_t> milliseconds;
+        for (const auto pause : queue->pausesAskedFor()) {
+            milliseconds.push_back(std::chrono::round<std::chrono::milliseconds>(pause).count());
+        }
+        milliseconds.erase(milliseconds.begin(), milliseconds.begin() + static_cast<std::ptrdiff_t>(before));
+        return milliseconds;
+    };
+    const auto none = std::nan("");
+    const struct {
+        double share;
+        std::vector<double> numbers;
+        std::vector<std::int64_t> pauses;
+        std::size_t drawn = 5;
+    } rows[] = {
+        {0, {1}, {1000, 1105, 1221, 1350, 1492}, 0},
+        {-1, {1}, {1000, 1105, 1221, 1350, 1492}, 0},
+        {none, {1}, {1000, 1105, 1221, 1350, 1492}, 0},
+        {0.5, {0, 0.25, 0.5, 0.75, 1}, {500, 829, 1221, 1687, 2238}},
+        {1, {0, 1, 0.5, 0, 0}, {0, 2210, 1221, 0, 0}},
+        {7, {0, 1, 0.5, 0, 0}, {0, 2210, 1221, 0, 0}},
+        {0.5, {-3, 7, none, 0.5, 0.5}, {500, 1658, 611, 1350, 1492}},
+    };
+    session->script({ScriptedHttpSession::failure()});
+    const auto facade = makeFacade();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.share);
+        std::size_t drawn = 0;
+        facade->setRetrySpread({row.share, [&] { return row.numbers.at(drawn++); }});
+        EXPECT_EQ(firstPauses(*facade), row.pauses);
+        EXPECT_EQ(drawn, row.drawn);
+    }
+    // It stays with the facade, whose settings may have it too, and draws by itself when nobody else does.
+    facade->setRetrySpread({0.5, [] { return 0.0; }});
+    facade->setVersion(ApiVersion::v1);
+    EXPECT_EQ(firstPauses(*facade).at(0), 500);
+    const auto spread = TarnwickApi::create(
+        {.uuid = Testing::installation, .apiUrl = {.live = "live.example.test"}, .retrySpread = {.share = 0.5}});
+    auto pauses = firstPauses(*spread);
+    EXPECT_THAT(pauses, ElementsAre(AllOf(Ge(500), Le(1500)), AllOf(Ge(553), Le(1658)), AllOf(Ge(611), Le(1832)),
+                                    AllOf(Ge(675), Le(2025)), AllOf(Ge(746), Le(2238))));
+    EXPECT_NE(pauses, firstPauses(*spread));
 }
 
 TEST_F(RequestEngine, SucceedsOnALaterAttempt) {

@@ -7,6 +7,7 @@
 
 #include "BackendFixture.hpp"
 
+#include <cmath>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -82,6 +83,8 @@ TEST(Facade, SaysWhatItsSettingsLack) {
         {[](auto& settings) { settings.partnersId = 0; }, "partnersId"},
         {[](auto& settings) { settings.keychainService.clear(); }, "keychainService"},
         {[](auto& settings) { settings.environment = ApiEnvironment::beta; }, "apiUrl"},
+        {[](auto& settings) { settings.retrySpread.share = 1.5; }, "retrySpread"},
+        {[](auto& settings) { settings.retrySpread.share = std::nan(""); }, "retrySpread"},
     };
     std::vector<std::string> told;
     const Platform::ScopedProcessValues scope;

@@ -4,6 +4,7 @@
 #include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiCommunicateable.hpp>
 #include <Tarnwick_API/Facade/ApiUrl.hpp>
+#include <Tarnwick_API/Facade/RetrySpread.hpp>
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 #include <Tarnwick_API/Records/OAuthToken.hpp>
@@ -91,6 +92,7 @@ public:
     [[nodiscard]] bool useFallbackIp() const override { return useFallbackIp_; }
     void setUseFallbackIp(bool useFallbackIp) override { useFallbackIp_ = useFallbackIp; }
 
+    void setRetrySpread(RetrySpread spread) override;
     void setAttemptObservers(std::shared_ptr<const AttemptObservers> observers) override {
         attemptObservers_ = std::move(observers);
     }
@@ -124,7 +126,7 @@ public:
     void getDefaultFavorites(std::int64_t filterId, Completion<std::vector<FavoriteEntry>> onCompletion) override;
 
     /// Sends one request: asks whether the service can be reached, adds "Host", and tries a failed transfer again
-    /// after 1.0, 1.1, 1.2, 1.35 and 1.5 seconds.
+    /// after 1.0, 1.1, 1.2, 1.35 and 1.5 seconds, unless `setRetrySpread` spreads them.
     ///
     /// Thread: any. `onCompletion` runs once, on the main queue; inside this call when the service can't be reached at
     /// the first try; not at all when a host's own session answers with neither error nor response, or with success
@@ -154,6 +156,8 @@ private:
                   Platform::HttpHeaders headers, RequestCompletion onCompletion);
 
     std::int64_t maxRetries_ = 5;
+    /// None while it spreads nothing.
+    std::shared_ptr<const RetrySpread> retrySpread_;
     std::string consumerKey_;
     std::string consumerSecret_;
     std::int64_t partnersId_;

@@ -7,6 +7,7 @@
 #include <Tarnwick_API/Export.hpp>
 #include <Tarnwick_API/Facade/ApiEnvironment.hpp>
 #include <Tarnwick_API/Facade/AttemptObservers.hpp>
+#include <Tarnwick_API/Facade/RetrySpread.hpp>
 #include <Tarnwick_API/Platform/Http/HttpRequest.hpp>
 #include <Tarnwick_API/Platform/Keychain/KeychainStore.hpp>
 #include <Tarnwick_API/Records/Country.hpp>
@@ -55,6 +56,11 @@ public:
 
     [[nodiscard]] virtual bool useFallbackIp() const = 0;
     virtual void setUseFallbackIp(bool useFallbackIp) = 0;
+
+    /// How far pauses before retries are spread; holds for requests made from now on. A backend that tries nothing
+    /// again leaves this as it is.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): an override keeps it
+    virtual void setRetrySpread(RetrySpread /*spread*/) {}
 
     /// Whom to tell what becomes of requests made from now on; none for nobody. Given by the facade to each backend
     /// that it gets. A backend that sends nothing has nothing to tell, and leaves this as it is.

@@ -9,6 +9,7 @@
 #include <Tarnwick_API/Facade/ApiVersion.hpp>
 #include <Tarnwick_API/Facade/AttemptObservers.hpp>
 #include <Tarnwick_API/Facade/FilterIds.hpp>
+#include <Tarnwick_API/Facade/RetrySpread.hpp>
 #include <Tarnwick_API/Facade/ServerProfile.hpp>
 #include <Tarnwick_API/Facade/TarnwickApiSettings.hpp>
 #include <Tarnwick_API/Operations/Operation.hpp>
@@ -38,8 +39,8 @@ namespace Tarnwick_API {
 /// Completion: every operation takes one, last. It runs at most once, on the main queue (`Platform::MainQueue`), with a
 /// result or an error; with neither when the service answered without usable data. Only when the service is out of
 /// reach already at the call is it told so at once, inside the call. A failed transfer is tried again up to five times
-/// within about six seconds before `ResponseError::notReachable` is reported; `observeAttempts` tells why each try
-/// failed. On the version-2 backend no completion ever runs.
+/// within about six seconds before `ResponseError::notReachable` is reported (`setRetrySpread` changes that);
+/// `observeAttempts` tells why each try failed. On the version-2 backend no completion ever runs.
 /// Lifetime: operations under way keep the facade alive; the application may drop it at any time, inside a completion
 /// too, and its completions still run.
 /// Fork: a process that forks after its first operation keeps to the parent. In the child operations come to no more
@@ -108,6 +109,11 @@ public:
     /// Whether requests go to a fixed address instead of the host's name; holds for requests made from now on.
     [[nodiscard]] bool useFallbackIp() const { return api_->useFallbackIp(); }
     void setUseFallbackIp(bool useFallbackIp);
+
+    /// How far the pauses before retries are spread; holds for requests made from now on, and for each backend that
+    /// `setVersion` makes.
+    [[nodiscard]] const RetrySpread& retrySpread() const noexcept { return retrySpread_; }
+    void setRetrySpread(RetrySpread spread);
 
     /// The backend.
     [[nodiscard]] const std::shared_ptr<ApiCommunicateable>& api() const noexcept { return api_; }
@@ -261,6 +267,7 @@ private:
     FilterIds filters_;
     ApiEnvironment environment_ = ApiEnvironment::live;
     bool useFallbackIp_ = false;
+    RetrySpread retrySpread_;
     Platform::Uuid uid_;
     ApiVersion version_;
     std::shared_ptr<AttemptObservers> attemptObservers_ = std::make_shared<AttemptObservers>();

@@ -5,6 +5,7 @@
 #include <Tarnwick_API/Facade/ApiUrl.hpp>
 #include <Tarnwick_API/Facade/ApiVersion.hpp>
 #include <Tarnwick_API/Facade/FilterIds.hpp>
+#include <Tarnwick_API/Facade/RetrySpread.hpp>
 #include <Tarnwick_API/Platform/Application/Uuid.hpp>
 
 #include <cstdint>
@@ -39,10 +40,14 @@ struct TARNWICK_API_EXPORT TarnwickApiSettings {
     ApiEnvironment environment = ApiEnvironment::live;
     bool useFallbackIp = false;
     ApiVersion apiVersion = ApiVersion::v1;
+    /// Off, unless it has a share. An application with very many users had better take 0.5: after an outage they come
+    /// back as an even stream, instead of second by second at once.
+    RetrySpread retrySpread = {};
 
     /// What an application forgot or mistook, an English sentence for developers each: credentials, the keychain's
-    /// name, and the host of `environment`. Empty when there is nothing to say. `TarnwickApi::create` tells the same on
-    /// the debug channel and goes on, as not every application needs each of them. Ids of filters are not judged.
+    /// name, the host of `environment`, and the share of `retrySpread`. Empty when there is nothing to say.
+    /// `TarnwickApi::create` tells the same on the debug channel and goes on, as not every application needs each of
+    /// them. Ids of filters are not judged.
     [[nodiscard]] std::vector<std::string> faults() const;
 };
 
