@@ -1,5 +1,7 @@
 #include <Tarnwick_API/Platform/Json/Json.hpp>
 
+#include <Platform/Json/ParsedText.hpp>
+
 #include <bit>
 #include <charconv>
 #include <cstring>
@@ -22,7 +24,11 @@ struct JsonAccess {
     static JsonHandle handle(const auto& view) noexcept { return std::bit_cast<JsonHandle>(view); }
 
     static JsonValue value(const dom::element& element) noexcept { return JsonValue{handle(element)}; }
-    static JsonObject object(const dom::object& object) noexcept { return JsonObject{handle(object)}; }
+    static JsonObject object(const dom::object& object) noexcept {
+        const auto place = std::bit_cast<JsonPlace>(object);
+        ParsedText& parsed = ParsedText::of(place);
+        return JsonObject{handle(object), parsed.isSecret ? nullptr : parsed.layouts.take(place)};
+    }
     static JsonArray array(const dom::array& array) noexcept { return JsonArray{handle(array)}; }
 };
 
@@ -52,12 +58,15 @@ std::optional<T> read(const dom::element& element) noexcept {
         return std::nullopt;
     } else {
         T scalar{};
-        return element.get(scalar) == simdjson::SUCCESS ? std::optional{scalar} : std::nullopt;
+        if (element.get(scalar) != simdjson::SUCCESS) {
+            return std::nullopt;
+        }
+        return scalar;
     }
 }
 
 /// As the library's own look-up by key, but compares the first byte before the rest: most names differ there.
-std::optional<dom::element> member(const dom::object& object, std::string_view key) noexcept {
+[[gnu::noinline]] std::optional<dom::element> searchedMember(const dom::object& object, std::string_view key) noexcept {
     const auto end = object.end();
     for (auto field = object.begin(); field != end; ++field) {
         if (field.key_length() != key.size()) {
@@ -69,6 +78,16 @@ std::optional<dom::element> member(const dom::object& object, std::string_view k
         }
     }
     return std::nullopt;
+}
+
+inline std::optional<dom::element> member(const JsonHandle& object, JsonMemberLayout* layout,
+                                          std::string_view key) noexcept {
+    if (layout == nullptr) {
+        return searchedMember(JsonAccess::as<dom::object>(object), key);
+    }
+    auto place = JsonAccess::as<JsonPlace>(object);
+    place.json_index = layout->find(place, key);
+    return place.json_index == 0 ? std::nullopt : std::optional{std::bit_cast<dom::element>(place)};
 }
 
 JsonType typeOf(const dom::element& element) noexcept {
@@ -139,24 +158,36 @@ std::string numberText(const dom::element& element) {
 }
 
 template <typename T>
-[[noreturn, gnu::cold, gnu::noinline]] void throwUnreadable(const dom::element& element, DecodingError::Path path) {
+[[noreturn, gnu::cold, gnu::noinline]] void throwUnreadable(const dom::element& element) {
     using Kind = DecodingError::Kind;
     const JsonType type = typeOf(element);
     const std::string expected{typeName<T>};
     if (type == JsonType::null) {
         const std::string container{containerKind<T>};
-        throw DecodingError{Kind::valueNotFound, std::move(path),
+        throw DecodingError{Kind::valueNotFound,
+                            {},
                             container.empty()
                                 ? "Expected " + expected + " value but found null instead."
                                 : "Cannot get " + container + " decoding container -- found null value instead."};
     }
     if (std::is_same_v<T, std::int64_t> && type == JsonType::number) {
-        throw DecodingError{Kind::dataCorrupted, std::move(path),
+        throw DecodingError{Kind::dataCorrupted,
+                            {},
                             "Parsed JSON number <" + numberText(element) + "> does not fit in " + expected + "."};
     }
     throw DecodingError{
-        Kind::typeMismatch, std::move(path),
+        Kind::typeMismatch,
+        {},
         "Expected to decode " + expected + " but found " + std::string{foundPhrase(type)} + " instead."};
+}
+
+template <typename T>
+[[noreturn, gnu::cold, gnu::noinline]] void throwUnreadable(const dom::element& element, std::string_view key) {
+    try {
+        throwUnreadable<T>(element);
+    } catch (const DecodingError& error) {
+        throw error.within(std::string{key});
+    }
 }
 
 [[noreturn, gnu::cold, gnu::noinline]] void throwKeyNotFound(std::string_view key) {
@@ -199,14 +230,14 @@ T JsonValue::require() const {
         const dom::element element = JsonAccess::element(*this);
         const auto result = read<T>(element);
         if (!result) {
-            throwUnreadable<T>(element, {});
+            throwUnreadable<T>(element);
         }
         return *result;
     }
 }
 
 std::optional<JsonValue> JsonObject::find(std::string_view key) const noexcept {
-    const auto found = member(JsonAccess::as<dom::object>(handle_), key);
+    const auto found = member(handle_, layout_, key);
     return found ? std::optional{JsonAccess::value(*found)} : std::nullopt;
 }
 
@@ -215,13 +246,13 @@ T JsonObject::require(std::string_view key) const {
     if constexpr (std::is_same_v<T, std::string>) {
         return std::string{require<std::string_view>(key)};
     } else {
-        const auto found = member(JsonAccess::as<dom::object>(handle_), key);
+        const auto found = member(handle_, layout_, key);
         if (!found) {
             throwKeyNotFound(key);
         }
         const auto result = read<T>(*found);
         if (!result) {
-            throwUnreadable<T>(*found, {std::string{key}});
+            throwUnreadable<T>(*found, key);
         }
         return *result;
     }
@@ -233,13 +264,11 @@ std::optional<T> JsonObject::ifPresent(std::string_view key) const {
         const auto text = ifPresent<std::string_view>(key);
         return text ? std::optional<std::string>{*text} : std::nullopt;
     } else {
-        const auto found = member(JsonAccess::as<dom::object>(handle_), key);
-        if (!found || found->is_null()) {
-            return std::nullopt;
-        }
-        const auto result = read<T>(*found);
-        if (!result) {
-            throwUnreadable<T>(*found, {std::string{key}});
+        const auto found = member(handle_, layout_, key);
+        const bool isPresent = found && !found->is_null();
+        std::optional<T> result = isPresent ? read<T>(*found) : std::nullopt;
+        if (isPresent && !result) {
+            throwUnreadable<T>(*found, key);
         }
         return result;
     }

@@ -5,6 +5,7 @@
 #include <Platform/Text/Utf8.hpp>
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 
 namespace Tarnwick_API::Platform {
@@ -37,6 +38,33 @@ std::optional<std::size_t> followingObject(std::string_view text, std::size_t cl
     }
     const auto next = skipBlanks(text, comma + 1);
     return next < text.size() && text[next] == '{' ? std::optional{next} : std::nullopt;
+}
+
+/// How many more brackets open than close among so many characters. Their sum fits into a character, and there are
+/// equally many in each block, so that the compiler adds up a vector of them at a time.
+template <std::size_t count>
+std::int8_t depthOfBlock(const char* characters) noexcept {
+    // Makes braces of square brackets, and of nothing else.
+    constexpr char braceBit = 0x20;
+    std::int8_t depth = 0;
+    for (std::size_t index = 0; index < count; ++index) {
+        const auto brace = static_cast<char>(characters[index] | braceBit);
+        depth = static_cast<std::int8_t>(depth + (brace == '{') - (brace == '}'));
+    }
+    return depth;
+}
+
+/// How many containers begin in the text and don't end there, brackets within texts counted too.
+std::ptrdiff_t depthOf(std::string_view text) noexcept {
+    constexpr std::size_t block = 96;
+    std::ptrdiff_t depth = 0;
+    for (; text.size() >= block; text.remove_prefix(block)) {
+        depth += depthOfBlock<block>(text.data());
+    }
+    for (const char& character : text) {
+        depth += depthOfBlock<1>(&character);
+    }
+    return depth;
 }
 
 }  // namespace
@@ -81,16 +109,19 @@ std::size_t JsonArrayPieces::expectedCount(std::size_t soFar) const noexcept {
            1;
 }
 
-/// Behind an object that another one follows. They may be members of an element rather than elements. None when there
-/// is no such place within a further piece's length.
+/// Behind an object that another one follows, both within no other container if no text has a bracket in it. None when
+/// there is no such place within a further piece's length.
 std::optional<JsonArrayPieces::Cut> JsonArrayPieces::probableCut() const noexcept {
     const std::string_view text = text_;
     const auto end = text.size() - position_ <= 2 * pieceLength ? text.size() : position_ + 2 * pieceLength;
-    const auto within = text.substr(0, end);
-    for (auto closing = within.find('}', position_ + pieceLength); closing != std::string_view::npos;
-         closing = within.find('}', closing + 1)) {
-        if (const auto next = followingObject(text, closing)) {
-            return Cut{closing + 1, next};
+    const auto earliest = std::min(position_ + pieceLength, end);
+    auto depth = depthOf(text.substr(position_, earliest - position_));
+    for (auto position = earliest; position < end; ++position) {
+        depth += depthOfBlock<1>(&text[position]);
+        if (depth == 0 && text[position] == '}') {
+            if (const auto next = followingObject(text, position)) {
+                return Cut{position + 1, next};
+            }
         }
     }
     return end == text.size() ? std::optional{Cut{end, std::nullopt}} : std::nullopt;

@@ -15,8 +15,8 @@ namespace Tarnwick_API::Platform {
 /// A JSON text whose root is an array, cut between elements, when it is long, into pieces that the processor's cache
 /// holds. A parsed text takes several times its length; so only that of one piece at a time does.
 ///
-/// The cuts are found without reading the text up to there; that a piece is valid by itself proves its cut right. A
-/// piece that isn't is cut again by reading its characters, and so proves the text wrong when it is still not valid.
+/// The cuts are found by counting brackets alone; that a piece is valid by itself proves its cut right. A piece that
+/// isn't is cut again by telling texts from the rest, and so proves the text wrong when it is still not valid.
 class JsonArrayPieces {
 public:
     /// The text must outlive this.
@@ -104,14 +104,13 @@ void readArrayText(const Bytes& text, const std::size_t recordSize, const Reserv
     }
 }
 
-/// What `read` makes of each element; otherwise as `readArrayText`.
-template <std::invocable<JsonValue> Read>
-[[nodiscard]] auto mapArrayText(const Bytes& text, const Read& read) {
-    using Record = std::invoke_result_t<Read, JsonValue>;
+/// The records that can be made of what `read` makes of each element; otherwise as `readArrayText`.
+template <typename Record, std::invocable<JsonValue> Read>
+[[nodiscard]] std::vector<Record> mapArrayText(const Bytes& text, const Read& read) {
     std::vector<Record> records;
     readArrayText(
         text, sizeof(Record), [&records](const std::size_t count) { records.reserve(count); },
-        [&](const JsonValue& element) { records.push_back(read(element)); });
+        [&](const JsonValue& element) { records.emplace_back(read(element)); });
     return records;
 }
 

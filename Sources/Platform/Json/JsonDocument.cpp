@@ -3,6 +3,7 @@
 #include <Platform/Json/InvalidJson.hpp>
 #include <Platform/Json/LongIntegers.hpp>
 #include <Platform/Json/NestingScanner.hpp>
+#include <Platform/Json/ParsedText.hpp>
 #include <Platform/Text/Utf8.hpp>
 #include <Platform/Text/Wiping.hpp>
 
@@ -47,12 +48,13 @@ public:
 
     simdjson::error_code parse(std::string_view text, bool padded, simdjson::dom::element& root) noexcept {
         longestCopy_ = std::max(longestCopy_, padded ? 0 : text.size());
-        auto error = parser_.parse(text.data(), text.size(), !padded).get(root);
+        parsed_.layouts.forgetObjects();
+        auto error = parser_.parse_into_document(parsed_, text.data(), text.size(), !padded).get(root);
         // The parser counts an empty container as no level, and so refuses the last level unless it is empty.
         if (error == simdjson::DEPTH_ERROR && nestsWithinLimit(text)) {
             error = parser_.allocate(parser_.capacity(), greatestDepth + 1);
             if (error == simdjson::SUCCESS) {
-                error = parser_.parse(text.data(), text.size(), !padded).get(root);
+                error = parser_.parse_into_document(parsed_, text.data(), text.size(), !padded).get(root);
                 const auto restored = parser_.allocate(parser_.capacity(), greatestDepth);
                 error = error == simdjson::SUCCESS ? restored : error;
             }
@@ -67,12 +69,12 @@ public:
                greatestMemoryToKeep;
     }
 
-    void setSecret() noexcept { isSecret_ = true; }
+    void setSecret() noexcept { parsed_.isSecret = true; }
 
     /// Overwrites the texts of a secret document: it has unescaped them into a buffer of its own.
     void forget() noexcept {
-        if (std::exchange(isSecret_, false)) {
-            wipe(parser_.doc.string_buf.get(), parser_.doc.capacity());
+        if (std::exchange(parsed_.isSecret, false)) {
+            wipe(parsed_.string_buf.get(), parsed_.capacity());
         }
     }
 
@@ -84,8 +86,8 @@ public:
 
 private:
     simdjson::dom::parser parser_;
+    ParsedText parsed_;
     std::size_t longestCopy_ = 0;
-    bool isSecret_ = false;
 };
 
 void JsonDocument::GiveBack::operator()(Parser* parser) const noexcept {

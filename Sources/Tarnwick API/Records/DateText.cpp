@@ -7,6 +7,8 @@ namespace Tarnwick_API {
 
 namespace {
 
+constexpr unsigned char firstBeyondAscii = 0x80;
+
 /// The tab and Unicode's space separators.
 constexpr std::string_view blanks[] = {
     " ",
@@ -61,6 +63,11 @@ public:
 
 private:
     bool skipBlank() noexcept {
+        // Each of them begins with a space, a tab or a byte beyond ASCII.
+        const unsigned char first = rest_.empty() ? '0' : static_cast<unsigned char>(rest_.front());
+        if (first > ' ' && first < firstBeyondAscii) {
+            return false;
+        }
         for (const std::string_view blank : blanks) {
             if (rest_.starts_with(blank)) {
                 rest_.remove_prefix(blank.size());

@@ -17,7 +17,7 @@ FavoriteEntry favoriteEntryFrom(FavoriteItem item) {
 }
 
 std::vector<FavoriteEntry> decodeFavoriteEntries(const Platform::Bytes& bytes) {
-    return Platform::mapArrayText(bytes, [decoder = Platform::JsonDecoder{}](const JsonValue& element) {
+    return Platform::mapArrayText<FavoriteEntry>(bytes, [decoder = Platform::JsonDecoder{}](const JsonValue& element) {
         return favoriteEntryFrom(FavoriteItem::decode(element.require<JsonObject>(), decoder));
     });
 }

@@ -19,27 +19,32 @@ static_assert(std::is_nothrow_move_constructible_v<Server>);
 
 namespace {
 
-/// Takes over the texts of a record that owns them, and copies what is kept of a borrowed one's.
 template <typename Text>
-Server serverFrom(BasicServerShort<Text>&& source) {
-    Server server;
-    server.id = source.id;
-    server.name = source.displayName ? std::move(*source.displayName) : std::move(source.apiName);
-    server.ip = std::move(source.ip);
-    server.location.countrycode = std::move(source.countryCode);
-    if (source.city) {
-        server.location.city.emplace(std::move(*source.city));
-    }
-    server.location.distance = source.distance;
-    server.location.latitude = source.latitude;
-    server.location.longitude = source.longitude;
-    server.statistics = {.currentUsers = source.currentUsers, .maxUsers = source.maxUsers};
-    return server;
+Server::Location locationFrom(BasicServerShort<Text>& server) {
+    return {.countrycode = std::string{std::move(server.countryCode)},
+            .language = {},
+            .city = server.city ? std::optional<std::string>{std::move(*server.city)} : std::nullopt,
+            .distance = server.distance,
+            .latitude = server.latitude,
+            .longitude = server.longitude};
 }
 
 }  // namespace
 
-Server::Server(ServerShort&& server) noexcept : Server{serverFrom(std::move(server))} {
+Server::Server(ServerShort&& server) noexcept
+    : ApiItem{.id = server.id},
+      name{server.displayName ? *std::move(server.displayName) : std::move(server.apiName)},
+      ip{std::move(server.ip)},
+      location{locationFrom(server)},
+      statistics{.currentUsers = server.currentUsers, .maxUsers = server.maxUsers} {
+}
+
+Server::Server(BasicServerShort<std::string_view>&& server)
+    : ApiItem{.id = server.id},
+      name{server.displayName.value_or(server.apiName)},
+      ip{server.ip},
+      location{locationFrom(server)},
+      statistics{.currentUsers = server.currentUsers, .maxUsers = server.maxUsers} {
 }
 
 Server::Server(ServerLong&& server) noexcept
@@ -81,13 +86,13 @@ Server decodeServer(const Platform::Bytes& bytes, ServerJsonKind kind) {
 
 std::vector<Server> decodeServers(const Platform::Bytes& bytes, ServerJsonKind kind) {
     if (kind == ServerJsonKind::long_) {
-        return Platform::mapArrayText(bytes, [decoder = JsonDecoder{}](const JsonValue& element) {
-            return Server{ServerLong::decode(element.require<JsonObject>(), decoder)};
+        return Platform::mapArrayText<Server>(bytes, [decoder = JsonDecoder{}](const JsonValue& element) {
+            return ServerLong::decode(element.require<JsonObject>(), decoder);
         });
     }
     // Most of a long list's servers keep only a part of their texts.
-    return Platform::mapArrayText(bytes, [decoder = JsonDecoder{}](const JsonValue& element) {
-        return serverFrom(BasicServerShort<std::string_view>::decode(element.require<JsonObject>(), decoder));
+    return Platform::mapArrayText<Server>(bytes, [decoder = JsonDecoder{}](const JsonValue& element) {
+        return BasicServerShort<std::string_view>::decode(element.require<JsonObject>(), decoder);
     });
 }
 

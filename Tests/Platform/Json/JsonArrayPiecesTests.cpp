@@ -21,7 +21,7 @@ std::string longArray(std::string_view separator, std::string_view extra, std::s
 }
 
 std::vector<std::int64_t> numbersIn(const std::string& text) {
-    return mapArrayText(
+    return mapArrayText<std::int64_t>(
         text, [](const JsonValue& element) { return element.require<JsonObject>().require<std::int64_t>("n"); });
 }
 

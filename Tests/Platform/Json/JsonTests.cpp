@@ -163,6 +163,58 @@ TEST(JsonObject, KeepsTextsAsTheyAre) {
     EXPECT_FALSE(object.find("a"));
 }
 
+std::string objectOf(std::size_t count) {
+    std::string text = "{\"x\":0";
+    for (std::size_t index = 1; index < count; ++index) {
+        text.append(",\"").append(std::to_string(index)).append("\":{}");
+    }
+    return text + "}";
+}
+
+// Members are looked for where the objects before had them.
+TEST(JsonObject, FindsMembersWhateverTheObjectsBeforeHad) {
+    const std::string longName(40, 'n');
+    const std::string objects[] = {R"({"k":"first","z":"second"})",
+                                   R"({"k":"first","z":"second"})",
+                                   R"({"z":"second","k":"first"})",
+                                   R"({"k":"first","k":"later"})",
+                                   R"({"k":"first","k":"later","z":"second"})",
+                                   R"({"a":{"k":1,"z":2,"a":3},"k":"first","z":"second"})",
+                                   R"({"\u006b":"first","z":"second","kk":"","abcdefghijkl":""})",
+                                   R"({"k":"first","Z":"second","kz":"","abcdefghijkm":""})",
+                                   R"({"K":"first","z":"second","kz":"","abcdefghijkm":""})",
+                                   "{}",
+                                   R"({"k":"first",")" + longName + R"(":1,"z":"second"})",
+                                   objectOf(32),
+                                   objectOf(33)};
+    std::string list;
+    std::vector<std::string> expected;
+    for (const std::string& before : objects) {
+        for (const std::string& object : objects) {
+            list.append(list.empty() ? "[" : ",").append(before).append(",").append(object);
+            for (const std::string* text : {&before, &object}) {
+                const bool hasFirst = text->find("first") < text->size() && text->find("\"K\"") > text->size();
+                const bool hasSecond = text->find("second") < text->size() && text->find("\"Z\"") > text->size();
+                expected.push_back((hasFirst ? "first" : "none") + std::string{hasSecond ? "second" : "none"});
+            }
+        }
+    }
+    for (const auto content : {JsonDocument::Content::ordinary, JsonDocument::Content::secret}) {
+        const JsonDocument document{list + "]", content};
+        std::vector<std::string> found;
+        document.root().require<JsonArray>().forEach([&](const JsonValue& element) {
+            const auto object = element.require<JsonObject>();
+            const auto first = object.ifPresent<std::string>("k").value_or("none");
+            if (const auto inner = object.find("a")) {
+                EXPECT_EQ(inner->require<JsonObject>().require<std::int64_t>("a"), 3);
+            }
+            found.push_back(first + object.ifPresent<std::string>("z").value_or("none"));
+            EXPECT_EQ(object.ifPresent<std::string>("k").value_or("none"), first);
+        });
+        EXPECT_EQ(found, expected);
+    }
+}
+
 template <typename T>
 std::function<void()> reading(const JsonObject& object, const char* key) {
     return [=] { (void)object.require<T>(key); };

@@ -14,6 +14,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tarnwick_API {
@@ -50,6 +51,8 @@ struct TARNWICK_API_EXPORT Server : ApiItem, CountryNameable {
 
     Server() = default;
     explicit Server(ServerShort&& server) noexcept;
+    /// Copies the texts that it keeps.
+    explicit Server(BasicServerShort<std::string_view>&& server);
     explicit Server(ServerLong&& server) noexcept;
     explicit Server(FavoriteItem item) noexcept;
 

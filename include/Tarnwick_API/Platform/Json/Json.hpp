@@ -24,6 +24,7 @@ enum class JsonType { null, boolean, number, string, array, object };
 
 class JsonObject;
 class JsonArray;
+class JsonMemberLayout;
 
 /// Where a value stands in its document; opaque.
 using JsonHandle = std::array<std::uint64_t, 2>;
@@ -90,8 +91,9 @@ public:
 
 private:
     friend struct JsonAccess;
-    explicit JsonObject(const JsonHandle& handle) noexcept : handle_{handle} {}
+    JsonObject(const JsonHandle& handle, JsonMemberLayout* layout) noexcept : handle_{handle}, layout_{layout} {}
     JsonHandle handle_;
+    JsonMemberLayout* layout_;
 };
 
 /// The elements of one JSON array. A view: valid while its `JsonDocument` lives.
@@ -129,8 +131,9 @@ private:
 };
 
 /// A parsed JSON text (RFC 8259, UTF-8, an optional byte-order mark, at most 512 containers deep). Any number of them
-/// may live at a time, on any threads. One takes up to 16 times its text's length; each thread keeps one parser for the
-/// next document, with its buffers while they are within 16 MiB.
+/// may live at a time, on any threads; each with its values on one thread at a time, as looking for members notes where
+/// they are. One takes up to 16 times its text's length; each thread keeps one parser for the next document, with its
+/// buffers while they are within 16 MiB.
 class TARNWICK_API_EXPORT JsonDocument {
 public:
     /// Parses `text` and throws `DecodingError` (`dataCorrupted`, empty path) when it is no JSON. The text is not
@@ -160,6 +163,17 @@ private:
     Lease parser_;
     JsonHandle root_{};
 };
+
+namespace Detail {
+
+/// Converts to what a call returns: a container's new element is then made where it stays.
+template <typename Call>
+struct ResultOf {
+    const Call& call;
+    operator std::invoke_result_t<const Call&>() const { return call(); }
+};
+
+}  // namespace Detail
 
 template <std::invocable<JsonObject> Read>
 auto JsonObject::nested(std::string_view key, Read&& read) const {
@@ -212,7 +226,10 @@ auto JsonArray::map(Read&& read) const {
     constexpr std::size_t greatestFirstRoom = 256;
     // In parentheses a name is no call of a macro, which some platforms' headers have for this one and for `require`.
     results.reserve((std::min)(size(), greatestFirstRoom));
-    forEach([&](const JsonValue element) { results.push_back(read(element)); });
+    forEach([&](const JsonValue element) {
+        const auto result = [&] { return read(element); };
+        results.emplace_back(Detail::ResultOf<decltype(result)>{result});
+    });
     return results;
 }
 

@@ -44,7 +44,8 @@ public:
         readArray(
             text, sizeof(Record), [&records](const std::size_t count) { records.reserve(count); },
             [&records, this](const JsonValue& element) {
-                records.push_back(Record::decode(element.template require<JsonObject>(), *this));
+                const auto record = [&] { return Record::decode(element.template require<JsonObject>(), *this); };
+                records.emplace_back(Detail::ResultOf<decltype(record)>{record});
             });
         return records;
     }
