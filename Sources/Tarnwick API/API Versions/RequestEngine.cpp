@@ -333,7 +333,7 @@ void RequestEngine::retryOrGiveUp(const SharedChain& chain, std::int64_t retryCo
             attempt(chain, retryCount + 1, AttemptObservers::Teller::mainQueue);
         });
     } catch (...) {
-        // The host's queue has not taken it.
+        // The host's queue has not taken it, or its source of random numbers has failed.
         chain->completeNotReachable();
         throw;
     }
