@@ -2,13 +2,18 @@
 
 #include <cstddef>
 
-#include <simdjson.h>
 #include <unicode/utf8.h>
 
 namespace Tarnwick_API::Platform {
 
+// Not by simdjson, which asks an object of its own that is gone once another thread has called `exit`, while this one
+// may still be in a completion.
 bool isValidUtf8(std::string_view text) noexcept {
-    return simdjson::validate_utf8(text.data(), text.size());
+    UChar32 character = 0;
+    for (std::size_t position = 0; position < text.size() && character >= 0;) {
+        U8_NEXT(text.data(), position, text.size(), character);
+    }
+    return character >= 0;
 }
 
 std::string_view withoutByteOrderMark(std::string_view text) noexcept {
