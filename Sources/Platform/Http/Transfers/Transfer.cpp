@@ -19,12 +19,6 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-/// 0 also for what libcurl doesn't know.
-curl_off_t transferInfo(CURL* handle, CURLINFO info) {
-    curl_off_t value = 0;
-    return curl_easy_getinfo(handle, info, &value) == CURLE_OK ? value : 0;
-}
-
 constexpr std::int64_t switchingProtocols = 101;
 constexpr std::int64_t noContent = 204;
 constexpr std::int64_t resetContent = 205;
@@ -55,6 +49,7 @@ std::optional<HttpError> Transfer::begin(Exchange exchange, OriginQueue& queue) 
     exchange_ = std::move(exchange);
     queue_ = &queue;
     body_.begin(exchange_.group->configuration().maximumBodySize);
+    begunAt_ = now_;
     lastProgress_ = now_;
     OptionSetter set{handle_.get()};
     set(CURLOPT_PRIVATE, this);
@@ -102,7 +97,7 @@ std::unique_ptr<Hop> Transfer::redirect() const {
     const auto location = withinDocument(exchange_.url(), headParser_.value("location")).value_or(resolved);
     auto next = nextHop(*exchange_.request, current, headParser_.status(), location);
     if (next) {
-        next->spent = std::chrono::microseconds{transferInfo(handle_.get(), CURLINFO_TOTAL_TIME_T)};
+        next->spent = std::chrono::duration_cast<std::chrono::microseconds>(now_ - begunAt_);
         if (current != nullptr) {
             next->spent += current->spent;
         }

@@ -142,6 +142,7 @@ private:
     /// Of a bad answer: why it is one.
     std::string_view fault_;
     bool mayHaveBeenSent_ = false;
+    Time begunAt_;
     Time lastProgress_;
     std::optional<Time> suspectedAt_;
     curl_off_t bytesMoved_ = 0;

@@ -27,13 +27,6 @@ constexpr std::chrono::milliseconds settlingTime{100};
 
 constexpr std::chrono::milliseconds betweenLooksAtConnecting{50};
 
-/// Enough for one full HTTP/2 connection. None with libcurl before 8.1.0, which keeps a pointer into an answer's head
-/// beyond the reset of the handle, and uses it for the next answer whose first line is a continuation.
-std::size_t mostSpareTransfers() noexcept {
-    constexpr unsigned mended = 0x080100;
-    return curl_version_info(CURLVERSION_NOW)->version_num >= mended ? 128 : 0;
-}
-
 std::optional<HttpError> multiError(CURLMcode code) {
     if (code == CURLM_OK) {
         return std::nullopt;
@@ -43,7 +36,15 @@ std::optional<HttpError> multiError(CURLMcode code) {
 
 }  // namespace
 
-TransferEngine::TransferEngine() : now_{std::chrono::steady_clock::now()} {
+/// Enough for one full HTTP/2 connection. None with libcurl before 8.1.0, which keeps a pointer into an answer's head
+/// beyond the reset of the handle, and uses it for the next answer whose first line is a continuation.
+std::size_t TransferEngine::mostSpareTransfers() noexcept {
+    constexpr unsigned mended = 0x080100;
+    return curl_version_info(CURLVERSION_NOW)->version_num >= mended ? 128 : 0;
+}
+
+TransferEngine::TransferEngine(Clock clock, std::size_t mostSpare)
+    : clock_{std::move(clock)}, mostSpare_{mostSpare}, now_{clock_()} {
     if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) {
         throw std::runtime_error{"libcurl can't be initialised"};
     }
@@ -129,7 +130,7 @@ bool TransferEngine::isConnecting() const noexcept {
 
 bool TransferEngine::perform() {
     hasNew_ = false;
-    now_ = std::chrono::steady_clock::now();
+    now_ = clock_();
     int stillRunning = 0;
     curl_multi_perform(multi_.get(), &stillRunning);
     int messagesLeft = 0;
@@ -237,7 +238,7 @@ void TransferEngine::finishLeftBehind() {
 }
 
 void TransferEngine::networkChanged() {
-    now_ = std::chrono::steady_clock::now();
+    now_ = clock_();
     sockets_.retireAll();
     sockets_.endStrayAttempts();
     finishLeftBehind();
@@ -306,28 +307,31 @@ std::unique_ptr<Transfer> TransferEngine::detach(Transfer& transfer) {
 
 Exchange TransferEngine::recycle(std::unique_ptr<Transfer> transfer) {
     auto exchange = transfer->end();
-    if (spare_.size() < mostSpareTransfers()) {
+    if (spare_.size() < mostSpare_) {
         spare_.push_back(std::move(transfer));
     }
     return exchange;
 }
 
-void TransferEngine::wait() {
+std::chrono::milliseconds TransferEngine::timeToWait(std::chrono::milliseconds longest) const {
     using Milliseconds = std::chrono::milliseconds;
-    constexpr Milliseconds longest = std::chrono::hours{1};
     auto time = longest;
     if (const auto next = nextDeadline(); next != Time::max()) {
-        const auto untilNext = std::chrono::ceil<Milliseconds>(next - std::chrono::steady_clock::now());
-        time = std::clamp(untilNext, Milliseconds{0}, longest);
+        time = std::clamp(std::chrono::ceil<Milliseconds>(next - clock_()), Milliseconds{0}, longest);
     }
     if (isConnecting()) {
         // libcurl gives an address up in one round and tries the next one in another, for which it sets no timer.
         time = std::min(time, betweenLooksAtConnecting);
     }
+    return time;
+}
+
+void TransferEngine::wait(std::chrono::milliseconds longest) {
+    const auto time = timeToWait(longest);
     curl_waitfd notices{.fd = monitor_.descriptor(), .events = CURL_WAIT_POLLIN, .revents = 0};
     const unsigned others = monitor_.descriptor() >= 0 ? 1 : 0;
     curl_multi_poll(multi_.get(), &notices, others, static_cast<int>(time.count()), nullptr);
-    now_ = std::chrono::steady_clock::now();
+    now_ = clock_();
     if (notices.revents != 0 && monitor_.takeChanges()) {
         // At once for what is made now, and again when all has come.
         sockets_.endIdle();

@@ -7,6 +7,8 @@
 #include <Platform/Http/Transfers/RouteMonitor.hpp>
 
 #include <chrono>
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -22,8 +24,13 @@ class TransferGroup;
 /// I/O thread, but for the constructor and `wake`.
 class TransferEngine {
 public:
-    /// Throws std::runtime_error when libcurl can't be set up.
-    TransferEngine();
+    using Time = std::chrono::steady_clock::time_point;
+    using Clock = std::function<Time()>;
+
+    /// Throws std::runtime_error when libcurl can't be set up. `clock` tells the time that idle time-outs and redirects
+    /// go by; up to `mostSpare` transfers are kept for use again.
+    explicit TransferEngine(Clock clock = &std::chrono::steady_clock::now,
+                            std::size_t mostSpare = mostSpareTransfers());
     TransferEngine(const TransferEngine&) = delete;
     TransferEngine& operator=(const TransferEngine&) = delete;
     ~TransferEngine();
@@ -43,14 +50,17 @@ public:
     /// Moves everything on as far as it goes without waiting. Returns whether there is more to do right away.
     [[nodiscard]] bool perform();
 
-    /// Waits for network traffic, a change of the network, the next time-out or `wake`.
-    void wait();
+    /// Waits for network traffic, a change of the network, the next time-out or `wake`, but no longer than `longest`.
+    void wait(std::chrono::milliseconds longest = std::chrono::hours{1});
+
+    /// How long `wait` may wait while nothing happens.
+    [[nodiscard]] std::chrono::milliseconds timeToWait(std::chrono::milliseconds longest) const;
 
     /// Ends the current or the next `wait`. Thread: any.
     void wake();
 
 private:
-    using Time = std::chrono::steady_clock::time_point;
+    [[nodiscard]] static std::size_t mostSpareTransfers() noexcept;
 
     void launch(Exchange exchange, OriginQueue& queue);
     void admitWaiting(OriginQueue& queue);
@@ -70,6 +80,8 @@ private:
     ConnectionSockets sockets_;
     EarlyAnswers earlyAnswers_;
     CurlMulti multi_;
+    Clock clock_;
+    std::size_t mostSpare_;
     Time now_;
     std::vector<std::unique_ptr<Transfer>> running_;
     /// Empty where no handle may be used twice.
