@@ -110,6 +110,35 @@ TEST_F(Engine, EndsWhatMakesNoProgress) {
     }
 }
 
+TEST_F(Engine, EndsAHandshakeThatMakesNoProgress) {
+    server.answer({"", Then::hold});
+    begin(request("https://" + server.authority()));
+    ASSERT_TRUE(runUntil([&] { return server.connections() == 1; }));
+    pass(10s);
+    ASSERT_EQ(results.size(), 1U);
+    EXPECT_EQ(errorName(results[0].answer), "timedOut");
+}
+
+TEST_F(Engine, TakesANewConnectionAfterATimeOut) {
+    auto first = okAnswer("first");
+    first.afterRequests = 2;
+    server.answer(first);
+    server.answer(first);
+    server.answer({"", Then::hold});
+    server.answer(okAnswer("again"));
+    begin(request(server.url()));
+    begin(request(server.url()));
+    ASSERT_TRUE(runUntilResults(2));
+    begin(request(server.url()));
+    ASSERT_TRUE(runUntilRequests(3));
+    pass(10s);
+    begin(request(server.url()));
+    ASSERT_TRUE(runUntilResults(4));
+    EXPECT_EQ(errorName(results[2].answer), "timedOut");
+    EXPECT_EQ(results[3].answer.body, "again");
+    EXPECT_EQ(server.connections(), 3U) << "the one that was idle meanwhile may be as dead";
+}
+
 TEST_F(Engine, CountsTheWholeTimeOverAllRedirects) {
     const std::string moved = "HTTP/1.1 302 Moved\r\nLocation: /n\r\nConnection: close\r\nContent-Length: 0\r\n\r\n";
     configuration.idleTimeout = 1h;
@@ -149,6 +178,7 @@ TEST_F(Engine, KeepsNothingOfTheTransferBefore) {
         {"a request with a body", okAnswer("good").bytes, "none", HttpMethod::put},
         {"a change of the network", okAnswer("good").bytes, "none", HttpMethod::get, true},
     };
+    const auto gone = ScriptedServer{}.url();
     const auto accept = "Host: " + server.authority() + "\r\nAccept: */*\r\nAccept-Encoding: gzip\r\n";
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
@@ -164,6 +194,10 @@ TEST_F(Engine, KeepsNothingOfTheTransferBefore) {
         }
         ASSERT_TRUE(runUntilResults(1));
         EXPECT_EQ(errorName(results[0].answer), row.error);
+        results.clear();
+        begin(request(gone));
+        ASSERT_TRUE(runUntilResults(1));
+        EXPECT_EQ(errorName(results[0].answer), "cannotConnect");
 
         for (const auto method : {HttpMethod::post, HttpMethod::get}) {
             server.answer({"", Then::hold});
