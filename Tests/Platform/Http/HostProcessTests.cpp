@@ -76,6 +76,22 @@ protected:
         return count;
     }
 
+    /// Whether all threads but this one come to sleep, and stay so through a hundred looks.
+    static bool othersComeToRest() {
+        const auto own = std::filesystem::read_symlink("/proc/thread-self").filename();
+        int quietLooks = 0;
+        for (int look = 0; look < 100'000 && quietLooks < 100; ++look) {
+            ++quietLooks;
+            for (const auto& thread : std::filesystem::directory_iterator{"/proc/self/task"}) {
+                std::string status;
+                std::getline(std::ifstream{thread.path() / "stat"}, status);
+                const bool sleeps = status.find(") S ") != std::string::npos;
+                quietLooks = sleeps || thread.path().filename() == own ? quietLooks : 0;
+            }
+        }
+        return quietLooks == 100;
+    }
+
     PrivateKeyring keyring;
     ScriptedServer server;
     const std::shared_ptr<HttpSession> plain = makeHttpSession(plainConfiguration());
@@ -122,6 +138,15 @@ TEST_F(HostProcess, LeavesNothingToExecutedProgramsAndTakesNoSignals) {
     useEverything();
     EXPECT_EQ(outputOf(list), inherited) << outputOf({"ls", "-l", "/proc/self/fd"});
     EXPECT_EQ(interruptibleThreads(), threads + server.connections()) << "but those of the server";
+}
+
+TEST_F(HostProcess, IsLeftAtRestWhileNothingComes) {
+    useEverything();
+    server.answer({"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", ScriptedAnswer::Then::hold});
+    const auto before = server.requests().size();
+    send(*caching, request(server.url()));
+    ASSERT_TRUE(server.waitForRequests(before + 1));
+    EXPECT_TRUE(othersComeToRest());
 }
 
 }  // namespace

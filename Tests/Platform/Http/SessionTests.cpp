@@ -102,23 +102,6 @@ TEST_F(Session, TakesNothingForAnAnswerThatCameBeforeTheRequest) {
     EXPECT_EQ(server.requests().size(), 2U);
 }
 
-TEST_F(Session, TakesANewConnectionAfterATimeOut) {
-    configuration.idleTimeout = std::chrono::milliseconds{60};
-    auto first = okAnswer("first");
-    first.afterRequests = 2;
-    server.answer(first);
-    server.answer(first);
-    server.answer({"", Then::hold});
-    server.answer(okAnswer("again"));
-    const auto session = makeHttpSession(configuration);
-    send(*session, request(server.url()));
-    send(*session, request(server.url()));
-    ASSERT_TRUE(waitForAnswers(2));
-    EXPECT_EQ(errorName(exchange(*session, request(server.url()))), "timedOut");
-    EXPECT_EQ(exchange(*session, request(server.url())).body, "again");
-    EXPECT_EQ(server.connections(), 3U) << "the one that was idle meanwhile may be as dead";
-}
-
 TEST_F(Session, LeavesTheConnectionsOfAChangedNetwork) {
     const struct {
         std::chrono::milliseconds grace;

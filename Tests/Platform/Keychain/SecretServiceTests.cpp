@@ -13,9 +13,11 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <future>
 #include <mutex>
 #include <random>
 #include <sstream>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -279,6 +281,44 @@ TEST_F(SecretService, ShowsAWholeItemWhileAnotherProcessWrites) {
     const Program writer{{KEYRING_WRITER, "until-killed", "60000000"}};
     for (std::string line = writer.readLine(); line != "50"; line = writer.readLine()) {
         EXPECT_TRUE(number()) << line;
+    }
+}
+
+TEST_F(SecretService, LeavesNothingWhenSeveralRemoveAtOnce) {
+    keyring.startKeyring();
+    const auto other = makeSecretServiceKeychainStore(timeout);
+    const auto removeAndLook = [](KeychainStore& each) {
+        EXPECT_THAT(each.remove(query), ::testing::AnyOf(success, itemNotFound));
+        EXPECT_EQ(each.copyMatching(query, {}).status, itemNotFound);
+    };
+    for (int round = 0; round < 2; ++round) {
+        for (unsigned long item = 0; item < 15; ++item) {
+            ASSERT_EQ(store->add(itemOf("s", item)), success);
+        }
+        std::thread removing{[&] { removeAndLook(*other); }};
+        removeAndLook(*store);
+        removing.join();
+    }
+}
+
+TEST_F(SecretService, BringsNothingBackThatIsChangedWhileItIsRemoved) {
+    keyring.startKeyring();
+    const auto other = makeSecretServiceKeychainStore(timeout);
+    for (int round = 0; round < 20; ++round) {
+        ASSERT_EQ(store->add(itemOf("s", 0)), success);
+        std::promise<void> hasBegun;
+        std::thread changing{[&] {
+            auto status = other->update(query, changesOf(1));
+            hasBegun.set_value();
+            for (unsigned long number = 2; status == success && number < 50; ++number) {
+                status = other->update(query, changesOf(number));
+            }
+            EXPECT_EQ(status, itemNotFound);
+        }};
+        hasBegun.get_future().wait();
+        EXPECT_EQ(store->remove(query), success);
+        changing.join();
+        ASSERT_EQ(keyring.count("s"), 0) << round;
     }
 }
 

@@ -246,6 +246,20 @@ TEST_F(UserKeychainStore, FindsInTheSecretServiceWhatAnotherProcessHasMovedThere
     EXPECT_EQ(numberOf(inSecretService->copyMatching(query, all)), 2U);
 }
 
+TEST_F(UserKeychainStore, LeavesInTheFileWhatChangesWhileItIsMoved) {
+    const KeychainChanges rows[] = {{.account = "2"}, {.data = "new"}, {.comment = "new"}};
+    for (const auto& changes : rows) {
+        static_cast<void>(inFile.remove({}));
+        ASSERT_EQ(inFile.add(itemOf("s", 1)), success);
+        ASSERT_EQ(inFile.add(itemOf("t", 2)), success);
+        const auto moved = inFile.everything().items;
+        ASSERT_EQ(inFile.update(query, changes), success);
+        EXPECT_EQ(inFile.removeMoved(moved), success);
+        EXPECT_EQ(inFile.copyMatching(query, {}).status, success);
+        EXPECT_EQ(inFile.copyMatching({"t", {}}, {}).status, KeychainStatus::itemNotFound);
+    }
+}
+
 TEST_F(UserKeychainStore, BringsNothingBackFromAFileThatCannotBeEmptied) {
     keyring.startKeyring();
     std::signal(SIGXFSZ, SIG_IGN);

@@ -17,12 +17,6 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-/// 0 also for what libcurl doesn't know.
-curl_off_t transferInfo(CURL* handle, CURLINFO info) {
-    curl_off_t value = 0;
-    return curl_easy_getinfo(handle, info, &value) == CURLE_OK ? value : 0;
-}
-
 /// Ends of a transfer that say nothing of the answer, when that has come whole.
 bool leavesAnswer(CURLcode code) noexcept {
     return code == CURLE_OK || code == CURLE_OPERATION_TIMEDOUT || code == CURLE_SEND_ERROR ||
@@ -95,7 +89,7 @@ std::unique_ptr<Hop> Transfer::redirect() const {
     const auto location = withinDocument(exchange_.url(), head.value("location")).value_or(resolved);
     auto next = nextHop(*exchange_.request, current, head.status(), location);
     if (next) {
-        next->spent = std::chrono::microseconds{transferInfo(handle_.get(), CURLINFO_TOTAL_TIME_T)};
+        next->spent = std::chrono::duration_cast<std::chrono::microseconds>(now_ - begunAt_);
         if (current != nullptr) {
             next->spent += current->spent;
         }

@@ -121,6 +121,7 @@ private:
     AnswerReceiver receiver_;
     Refusal refusal_ = Refusal::none;
     bool mayHaveBeenSent_ = false;
+    Time begunAt_ = now_;
     Time lastProgress_ = now_;
     std::optional<Time> suspectedAt_;
     curl_off_t bytesMoved_ = 0;

@@ -37,7 +37,7 @@ std::optional<HttpError> multiError(CURLMcode code) {
 
 }  // namespace
 
-TransferEngine::TransferEngine() : now_{std::chrono::steady_clock::now()} {
+TransferEngine::TransferEngine(Clock clock) : clock_{std::move(clock)}, now_{clock_()} {
     if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK) {
         throw std::runtime_error{"libcurl can't be initialised"};
     }
@@ -130,7 +130,7 @@ bool TransferEngine::isConnecting() const noexcept {
 
 bool TransferEngine::perform() {
     hasNew_ = false;
-    now_ = std::chrono::steady_clock::now();
+    now_ = clock_();
     int stillRunning = 0;
     curl_multi_perform(multi_.get(), &stillRunning);
     int messagesLeft = 0;
@@ -245,7 +245,7 @@ void TransferEngine::finishLeftBehind() {
 }
 
 void TransferEngine::networkChanged() {
-    now_ = std::chrono::steady_clock::now();
+    now_ = clock_();
     sockets_.retireAll();
     sockets_.endStrayAttempts();
     finishLeftBehind();
@@ -312,22 +312,25 @@ std::unique_ptr<Transfer> TransferEngine::detach(Transfer& transfer) {
     return owner;
 }
 
-void TransferEngine::wait() {
+std::chrono::milliseconds TransferEngine::timeToWait(std::chrono::milliseconds longest) const {
     using Milliseconds = std::chrono::milliseconds;
-    constexpr Milliseconds longest = std::chrono::hours{1};
     auto time = longest;
     if (const auto next = nextDeadline(); next != Time::max()) {
-        const auto untilNext = std::chrono::ceil<Milliseconds>(next - std::chrono::steady_clock::now());
-        time = std::clamp(untilNext, Milliseconds{0}, longest);
+        time = std::clamp(std::chrono::ceil<Milliseconds>(next - clock_()), Milliseconds{0}, longest);
     }
     if (isConnecting()) {
         // libcurl gives an address up in one round and tries the next one in another, for which it sets no timer.
         time = std::min(time, betweenLooksAtConnecting);
     }
+    return time;
+}
+
+void TransferEngine::wait(std::chrono::milliseconds longest) {
+    const auto time = timeToWait(longest);
     curl_waitfd notices{.fd = monitor_.descriptor(), .events = CURL_WAIT_POLLIN, .revents = 0};
     const unsigned others = monitor_.descriptor() >= 0 ? 1 : 0;
     curl_multi_poll(multi_.get(), &notices, others, static_cast<int>(time.count()), nullptr);
-    now_ = std::chrono::steady_clock::now();
+    now_ = clock_();
     if (notices.revents != 0 && monitor_.takeChanges()) {
         // At once for what is made now, and again when all has come.
         sockets_.endIdle();

@@ -7,6 +7,7 @@
 #include <Platform/Http/Transfers/RouteMonitor.hpp>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -22,8 +23,12 @@ class TransferGroup;
 /// I/O thread, but for the constructor and `wake`.
 class TransferEngine {
 public:
-    /// Throws std::runtime_error when libcurl can't be set up.
-    TransferEngine();
+    using Time = std::chrono::steady_clock::time_point;
+    using Clock = std::function<Time()>;
+
+    /// Throws std::runtime_error when libcurl can't be set up. `clock` tells the time that idle time-outs and redirects
+    /// go by.
+    explicit TransferEngine(Clock clock = &std::chrono::steady_clock::now);
     TransferEngine(const TransferEngine&) = delete;
     TransferEngine& operator=(const TransferEngine&) = delete;
     ~TransferEngine();
@@ -43,15 +48,16 @@ public:
     /// Moves everything on as far as it goes without waiting. Returns whether there is more to do right away.
     [[nodiscard]] bool perform();
 
-    /// Waits for network traffic, a change of the network, the next time-out or `wake`.
-    void wait();
+    /// Waits for network traffic, a change of the network, the next time-out or `wake`, but no longer than `longest`.
+    void wait(std::chrono::milliseconds longest = std::chrono::hours{1});
+
+    /// How long `wait` may wait while nothing happens.
+    [[nodiscard]] std::chrono::milliseconds timeToWait(std::chrono::milliseconds longest) const;
 
     /// Ends the current or the next `wait`. Thread: any.
     void wake();
 
 private:
-    using Time = std::chrono::steady_clock::time_point;
-
     void launch(Exchange exchange, OriginQueue& queue);
     void prepareHandle() noexcept;
     /// A handle that has carried nothing. Throws std::bad_alloc.
@@ -72,6 +78,7 @@ private:
     ConnectionSockets sockets_;
     EarlyAnswers earlyAnswers_;
     CurlMulti multi_;
+    Clock clock_;
     Time now_;
     std::vector<std::unique_ptr<Transfer>> running_;
     /// For the next transfer, if it has been made already.

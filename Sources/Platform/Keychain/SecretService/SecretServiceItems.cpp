@@ -230,19 +230,27 @@ KeychainStatus SecretServiceItems::addOnce(const KeychainItem& item) {
 
 KeychainStatus SecretServiceItems::remove(const KeychainQuery& target) {
     renameFormerItems();
-    const auto found = find(target.service);
-    // First: without the items that count, they would count.
-    for (const auto& leftover : found.leftovers) {
-        erase(leftover);
-    }
     auto status = KeychainStatus::itemNotFound;
-    for (const auto& item : found.items) {
-        if (matches(item.attributes, target)) {
-            erase(item);
-            status = KeychainStatus::success;
+    // Until there is none: another process may replace one just now.
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const auto found = find(target.service);
+        // First: without the items that count, they would count.
+        for (const auto& leftover : found.leftovers) {
+            erase(leftover);
         }
+        bool areGone = true;
+        for (const auto& item : found.items) {
+            if (matches(item.attributes, target)) {
+                erase(item);
+                areGone = false;
+            }
+        }
+        if (areGone) {
+            return status;
+        }
+        status = KeychainStatus::success;
     }
-    return status;
+    throw SecretServiceError{KeychainStatus::notAvailable, "items come while they are removed"};
 }
 
 void SecretServiceItems::migrate(const std::vector<StoredKeychainItem>& items) {

@@ -62,14 +62,20 @@ private:
     /// The notes on the item.
     [[nodiscard]] std::vector<GLibOwner<SecretItem>> notesOn(const StoredKeychainItem& item);
     [[nodiscard]] bool isNotedAsMoved(const StoredKeychainItem& item);
-    void erase(SecretItem* item);
+    /// Whether it was still there.
+    bool erase(SecretItem* item);
     void setAttributes(SecretItem* item, const SecretServiceAttributes& attributes);
-    void create(const SecretServiceAttributes& attributes, const std::string& label, const std::optional<Bytes>& data);
+    /// The handle of the new item.
+    GLibOwner<SecretItem> create(const SecretServiceAttributes& attributes, const std::string& label,
+                                 const std::optional<Bytes>& data);
     [[nodiscard]] GLibOwner<SecretItem> createHandle(const SecretSchema* schema, GHashTable* attributes,
                                                      const std::string& label, const std::optional<Bytes>& data);
+    /// Throws that there is no such item when another process removes it meanwhile.
     void change(const Item& item, const SecretServiceAttributes& changed, const std::optional<Bytes>& data);
-    void erase(const Item& item);
-    void tidyUp(std::span<const Item> leftovers);
+    [[nodiscard]] bool isReplacedByOthers(const Item& item, SecretItem* ownNext);
+    bool erase(const Item& item);
+    /// Whether all of them were still there, as far as is known.
+    bool tidyUp(std::span<const Item> leftovers);
     [[nodiscard]] Bytes dataOf(const Item& item);
     [[nodiscard]] static std::int64_t writtenOf(const Item& item);
     /// The item with its data when that is asked for.

@@ -1,5 +1,9 @@
 #include <Platform/Keychain/SecretService/SecretServiceItems.hpp>
 
+#include <algorithm>
+#include <memory>
+#include <string_view>
+
 namespace Tarnwick_API::Platform {
 
 namespace {
@@ -11,11 +15,13 @@ GLibOwner<SecretValue> secretOf(const std::optional<Bytes>& data) {
 
 }  // namespace
 
-void SecretServiceItems::create(const SecretServiceAttributes& attributes, const std::string& label,
-                                const std::optional<Bytes>& data) {
+GLibOwner<SecretItem> SecretServiceItems::create(const SecretServiceAttributes& attributes, const std::string& label,
+                                                 const std::optional<Bytes>& data) {
     auto draft = attributes;
     draft.revision = SecretServiceAttributes::draft;
-    setAttributes(createHandle(secretServiceSchema(), tableOf(draft).get(), label, data).get(), attributes);
+    auto created = createHandle(secretServiceSchema(), tableOf(draft).get(), label, data);
+    setAttributes(created.get(), attributes);
+    return created;
 }
 
 GLibOwner<SecretItem> SecretServiceItems::createHandle(const SecretSchema* schema, GHashTable* attributes,
@@ -42,11 +48,11 @@ void SecretServiceItems::setAttributes(SecretItem* item, const SecretServiceAttr
     }
 }
 
-void SecretServiceItems::erase(const Item& item) {
-    erase(item.handle.get());
+bool SecretServiceItems::erase(const Item& item) {
+    return erase(item.handle.get());
 }
 
-void SecretServiceItems::erase(SecretItem* item) {
+bool SecretServiceItems::erase(SecretItem* item) {
     connection_.token().throwIfGivenUp();
     GLibOwner<GError> error;
     if (secret_item_delete_sync(item, connection_.token().cancellable(), GLibOutput{error}) == FALSE) {
@@ -54,18 +60,31 @@ void SecretServiceItems::erase(SecretItem* item) {
         if (failure.status() != KeychainStatus::itemNotFound) {
             throw failure;
         }
+        return false;
     }
+    return true;
 }
 
-void SecretServiceItems::tidyUp(std::span<const Item> leftovers) {
+bool SecretServiceItems::tidyUp(std::span<const Item> leftovers) {
+    bool wereThere = true;
     try {
         for (const auto& item : leftovers) {
-            erase(item);
+            wereThere = erase(item) && wereThere;
         }
     } catch (const SecretServiceError&) {
         // What is left doesn't count, and the next write tries again.
-        return;
+        return true;
     }
+    return wereThere;
+}
+
+bool SecretServiceItems::isReplacedByOthers(const Item& item, SecretItem* ownNext) {
+    const std::string_view own = g_dbus_proxy_get_object_path(G_DBUS_PROXY(ownNext));
+    const auto items = search(item.attributes.service);
+    return std::any_of(items.begin(), items.end(), [&](const Item& other) {
+        return other.attributes.reference == item.attributes.reference &&
+               g_dbus_proxy_get_object_path(G_DBUS_PROXY(other.handle.get())) != own;
+    });
 }
 
 void SecretServiceItems::change(const Item& item, const SecretServiceAttributes& changed,
@@ -73,8 +92,12 @@ void SecretServiceItems::change(const Item& item, const SecretServiceAttributes&
     if (data) {
         auto next = changed;
         ++next.revision;
-        create(next, stored(item, false).label, data);
-        tidyUp({&item, 1});
+        const auto created = create(next, stored(item, false).label, data);
+        if (!tidyUp({&item, 1}) && !isReplacedByOthers(item, created.get())) {
+            // Whoever removed it has been told so, and would find the new one in its place.
+            erase(created.get());
+            throw SecretServiceError{KeychainStatus::itemNotFound, "an item is removed while it is changed"};
+        }
     } else if (changed != item.attributes) {
         setAttributes(item.handle.get(), changed);
     }
