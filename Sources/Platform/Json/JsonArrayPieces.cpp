@@ -11,9 +11,6 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-/// The parsed form of this much text, some three times as long, still fits the second-level caches of today.
-constexpr std::size_t pieceLength = std::size_t{256} * 1024;
-
 /// A record takes more than its text does, the shortest of those that say anything some fifteen times as much.
 constexpr std::size_t greatestGrowth = 24;
 /// What the records of a short text may take in any case.
@@ -41,15 +38,15 @@ std::optional<std::size_t> followingObject(std::string_view text, std::size_t cl
 
 }  // namespace
 
-JsonArrayPieces::JsonArrayPieces(const Bytes& text) : text_{text} {
-    if (text.size() <= 2 * pieceLength) {
+JsonArrayPieces::JsonArrayPieces(const Bytes& text, std::size_t pieceLength) : text_{text}, pieceLength_{pieceLength} {
+    if (text.size() <= 2 * pieceLength_) {
         return;
     }
     const auto opening = skipBlanks(text, text.size() - withoutByteOrderMark(text).size());
     if (opening < text.size() && text[opening] == '[') {
         isLong_ = true;
         position_ = opening + 1;
-        piece_.reserve(2 * pieceLength);
+        piece_.reserve(2 * pieceLength_);
     }
 }
 
@@ -85,9 +82,9 @@ std::size_t JsonArrayPieces::expectedCount(std::size_t soFar) const noexcept {
 /// is no such place within a further piece's length.
 std::optional<JsonArrayPieces::Cut> JsonArrayPieces::probableCut() const noexcept {
     const std::string_view text = text_;
-    const auto end = text.size() - position_ <= 2 * pieceLength ? text.size() : position_ + 2 * pieceLength;
+    const auto end = text.size() - position_ <= 2 * pieceLength_ ? text.size() : position_ + 2 * pieceLength_;
     const auto within = text.substr(0, end);
-    for (auto closing = within.find('}', position_ + pieceLength); closing != std::string_view::npos;
+    for (auto closing = within.find('}', position_ + pieceLength_); closing != std::string_view::npos;
          closing = within.find('}', closing + 1)) {
         if (const auto next = followingObject(text, closing)) {
             return Cut{closing + 1, next};
@@ -99,7 +96,7 @@ std::optional<JsonArrayPieces::Cut> JsonArrayPieces::probableCut() const noexcep
 /// At the first comma between elements behind a piece's length, by reading all characters before it.
 JsonArrayPieces::Cut JsonArrayPieces::certainCut() const noexcept {
     const std::string_view text = text_;
-    const auto earliest = position_ + pieceLength;
+    const auto earliest = position_ + pieceLength_;
     NestingScanner scanner;
     for (auto position = position_; position < text.size(); ++position) {
         scanner.take(text[position]);
