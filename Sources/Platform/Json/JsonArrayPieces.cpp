@@ -12,9 +12,6 @@ namespace Tarnwick_API::Platform {
 
 namespace {
 
-/// The parsed form of this much text, some three times as long, still fits the second-level caches of today.
-constexpr std::size_t pieceLength = std::size_t{256} * 1024;
-
 /// A record takes more than its text does, the shortest of those that say anything some fifteen times as much.
 constexpr std::size_t greatestGrowth = 24;
 /// What the records of a short text may take in any case.
@@ -69,15 +66,15 @@ std::ptrdiff_t depthOf(std::string_view text) noexcept {
 
 }  // namespace
 
-JsonArrayPieces::JsonArrayPieces(const Bytes& text) : text_{text} {
-    if (text.size() <= 2 * pieceLength) {
+JsonArrayPieces::JsonArrayPieces(const Bytes& text, std::size_t pieceLength) : text_{text}, pieceLength_{pieceLength} {
+    if (text.size() <= 2 * pieceLength_) {
         return;
     }
     const auto opening = skipBlanks(text, text.size() - withoutByteOrderMark(text).size());
     if (opening < text.size() && text[opening] == '[') {
         isLong_ = true;
         position_ = opening + 1;
-        piece_.reserve(2 * pieceLength);
+        piece_.reserve(2 * pieceLength_);
     }
 }
 
@@ -113,8 +110,8 @@ std::size_t JsonArrayPieces::expectedCount(std::size_t soFar) const noexcept {
 /// there is no such place within a further piece's length.
 std::optional<JsonArrayPieces::Cut> JsonArrayPieces::probableCut() const noexcept {
     const std::string_view text = text_;
-    const auto end = text.size() - position_ <= 2 * pieceLength ? text.size() : position_ + 2 * pieceLength;
-    const auto earliest = std::min(position_ + pieceLength, end);
+    const auto end = text.size() - position_ <= 2 * pieceLength_ ? text.size() : position_ + 2 * pieceLength_;
+    const auto earliest = std::min(position_ + pieceLength_, end);
     auto depth = depthOf(text.substr(position_, earliest - position_));
     for (auto position = earliest; position < end; ++position) {
         depth += depthOfBlock<1>(&text[position]);
@@ -130,7 +127,7 @@ std::optional<JsonArrayPieces::Cut> JsonArrayPieces::probableCut() const noexcep
 /// At the first comma between elements behind a piece's length, by reading all characters before it.
 JsonArrayPieces::Cut JsonArrayPieces::certainCut() const noexcept {
     const std::string_view text = text_;
-    const auto earliest = position_ + pieceLength;
+    const auto earliest = position_ + pieceLength_;
     NestingScanner scanner;
     for (auto position = position_; position < text.size(); ++position) {
         scanner.take(text[position]);

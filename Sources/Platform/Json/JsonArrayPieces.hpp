@@ -19,8 +19,11 @@ namespace Tarnwick_API::Platform {
 /// isn't is cut again by telling texts from the rest, and so proves the text wrong when it is still not valid.
 class JsonArrayPieces {
 public:
-    /// The text must outlive this.
-    explicit JsonArrayPieces(const Bytes& text);
+    /// The parsed form of this much text, some three times as long, still fits the second-level caches of today.
+    static constexpr std::size_t defaultPieceLength = std::size_t{256} * 1024;
+
+    /// The text must outlive this. One of up to two pieces' length is not cut.
+    explicit JsonArrayPieces(const Bytes& text, std::size_t pieceLength = defaultPieceLength);
     JsonArrayPieces(const JsonArrayPieces&) = delete;
     JsonArrayPieces& operator=(const JsonArrayPieces&) = delete;
 
@@ -44,6 +47,7 @@ private:
     [[nodiscard]] JsonArray parse(const Cut& cut);
 
     const Bytes& text_;
+    std::size_t pieceLength_;
     std::size_t position_ = 0;
     bool isLong_ = false;
     bool hasCut_ = false;

@@ -77,12 +77,13 @@ TEST_F(Answer, IsHandedOnWhole) {
 }
 
 TEST_F(Answer, HasHeadersInLowerCaseAndJoined) {
-    const auto answer = answerTo(
-        {"HTTP/1.1 200 OK\r\nX-Two: a\r\nDATE:today \r\nx-two:b\r\nX-Fold: c\r\n d\r\nX-Empty:\r\nContent-Length: 0"
-         "\r\n\r\n"});
+    const auto answer =
+        answerTo({"HTTP/1.1 200 OK\r\nX-Two: a\r\nDATE:today \r\nx-two:b\r\nX-Fold: c\r\n d\r\n "
+                  "\r\nX-Empty:\r\n\t\r\nX-Below:\r\n e"
+                  "\r\nContent-Length: 0\r\n\r\n"});
     EXPECT_THAT(answer.response.value().headers,
-                ElementsAre(Pair("content-length", "0"), Pair("date", "today"), Pair("x-empty", ""),
-                            Pair("x-fold", "c d"), Pair("x-two", "a, b")));
+                ElementsAre(Pair("content-length", "0"), Pair("date", "today"), Pair("x-below", "e"),
+                            Pair("x-empty", ""), Pair("x-fold", "c d"), Pair("x-two", "a, b")));
 }
 
 TEST_F(Answer, ThatIsCutShortOrBrokenIsAnError) {

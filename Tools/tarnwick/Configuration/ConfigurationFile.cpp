@@ -28,12 +28,25 @@ bool isGivenElsewhere(const CLI::Option& option) {
     return option.count() > 0 || (value != nullptr && *value != '\0');
 }
 
-/// The text at a place without line breaks. All that stands before it in its line is ASCII.
+/// Where the character begins that is the `column`th of the text, counted from 1.
+std::size_t placeOf(toml::source_index column, std::string_view text) {
+    std::size_t place = 0;
+    for (; place < text.size(); ++place) {
+        const bool isContinuation = (static_cast<unsigned char>(text[place]) & 0xC0U) == 0x80U;
+        if (!isContinuation && --column == 0) {
+            break;
+        }
+    }
+    return place;
+}
+
+/// The text at a place without line breaks.
 std::string_view sourceText(std::string_view file, const toml::source_region& region) {
     for (auto line = region.begin.line; line > 1; --line) {
         file.remove_prefix(file.find('\n') + 1);
     }
-    return file.substr(region.begin.column - 1, region.end.column - region.begin.column);
+    const auto begin = placeOf(region.begin.column, file);
+    return file.substr(begin, placeOf(region.end.column, file) - begin);
 }
 
 std::string shortest(double number) {

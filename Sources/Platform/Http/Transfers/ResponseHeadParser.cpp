@@ -40,8 +40,9 @@ void ResponseHeadParser::add(std::string_view line) {
 void ResponseHeadParser::addField(std::string_view line) {
     const bool isContinuation = line.front() == ' ' || line.front() == '\t';
     if (isContinuation) {
-        if (lastValue_ != nullptr) {
-            lastValue_->append(" ").append(trimmed(line));
+        const auto more = trimmed(line);
+        if (lastValue_ != nullptr && !more.empty()) {
+            lastValue_->append(lastValue_->empty() ? "" : " ").append(more);
         }
         return;
     }
