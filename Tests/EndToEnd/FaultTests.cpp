@@ -17,9 +17,6 @@
 namespace Tarnwick_API {
 namespace {
 
-using TarnwickService::Cut;
-using TarnwickService::Fault;
-
 class Faults : public Testing::ServiceFixture {
 protected:
     void waitForARequest() {
@@ -28,26 +25,6 @@ protected:
         }
     }
 };
-
-TEST_F(Faults, AreWeatheredByRetrying) {
-    const std::pair<const char*, Fault> rows[] = {
-        {"cut before the answer", {.count = 3, .cut = Cut::beforeAnswer}},
-        {"cut inside the header block", {.count = 3, .cut = Cut::insideHeader}},
-        {"cut inside the body", {.count = 3, .cut = Cut::afterBodyBytes, .cutAfterBytes = 5}},
-        {"a length that is too great", {.count = 3, .contentLength = 100000}},
-    };
-    for (const auto& [what, fault] : rows) {
-        SCOPED_TRACE(what);
-        // A fresh session: on a connection used before, libcurl sends once more by itself.
-        use(sessionConfiguration());
-        service.reset();
-        service.faults().add(fault);
-        const auto before = queue->pausesAskedFor().size();
-        EXPECT_TRUE(getStatus().result);
-        EXPECT_EQ(queue->pausesAskedFor().size() - before, 3U);
-        EXPECT_EQ(service.counters().requests, 4U);
-    }
-}
 
 /// What a computer with a network says of every place.
 class AlwaysReachable final : public Platform::Reachability {

@@ -1,5 +1,5 @@
 #include "Certificates/Certificates.hpp"
-#include "Program.hpp"
+#include "Http2Proxy.hpp"
 #include "ServiceFixture.hpp"
 
 #include <chrono>
@@ -9,64 +9,28 @@
 #include <iterator>
 #include <optional>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace Tarnwick_API {
 namespace {
-
-/// Binds or connects a TCP socket to a loopback port; the port it then has, or none.
-template <typename Operation>
-std::optional<std::uint16_t> tryPort(std::uint16_t port, Operation operation) {
-    const int descriptor = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    const bool worked = operation(descriptor, reinterpret_cast<const sockaddr*>(&address), size) == 0 &&
-                        getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-    close(descriptor);
-    return worked ? std::optional{ntohs(address.sin_port)} : std::nullopt;
-}
-
-bool accepts(std::uint16_t port) {
-    return tryPort(port, ::connect).has_value();
-}
 
 /// The service behind a proxy that speaks HTTP/2 with the client.
 class OverHttp2 : public Testing::ServiceFixture {
 protected:
     explicit OverHttp2(int streams = 100) {
         const auto authority = TarnwickService::CertificateAuthority::create();
-        const auto certificate = authority.issue({.dnsNames = {"localhost"}, .ipAddresses = {}});
-        const auto chain = folder.path() / "proxy.crt";
-        const auto key = folder.path() / "proxy.key";
-        std::ofstream{chain} << certificate.certificatePem;
-        std::ofstream{key} << certificate.privateKeyPem;
         std::ofstream{trustedRoots} << authority.certificatePem();
-        const auto port = tryPort(0, ::bind).value();
-        proxy_.emplace(std::vector<std::string>{
-            "nghttpx", "--single-process", "--conf=/dev/null", "--frontend=127.0.0.1," + std::to_string(port),
-            "--backend=127.0.0.1," + std::to_string(service.port()) + ";;tls", "--insecure", "--no-ocsp", "--no-via",
-            "--no-add-x-forwarded-proto", "--errorlog-file=/dev/null", "--accesslog-file=" + accessLog_.string(),
-            "--accesslog-format=$remote_port", "--frontend-http2-max-concurrent-streams=" + std::to_string(streams),
-            key, chain});
-        while (!accepts(port)) {
-            if (proxy_->hasEnded()) {
-                throw std::runtime_error{"the proxy has ended"};
-            }
-            std::this_thread::yield();
-        }
+        proxy_.emplace(
+            folder.path(), authority.issue({.dnsNames = {"localhost"}, .ipAddresses = {}}),
+            std::vector<Http2Proxy::Backend>{{"localhost", service.port()}},
+            std::vector<std::string>{"--accesslog-file=" + accessLog_.string(), "--accesslog-format=$remote_port",
+                                     "--frontend-http2-max-concurrent-streams=" + std::to_string(streams)});
         auto configuration = sessionConfiguration();
-        configuration.connectTo = {service.apiHost() + ":127.0.0.1:" + std::to_string(port)};
+        configuration.connectTo = {service.apiHost() + ":127.0.0.1:" + std::to_string(proxy_->port())};
         use(configuration);
     }
 
@@ -92,7 +56,7 @@ protected:
 
 private:
     std::filesystem::path accessLog_ = folder.path() / "access.log";
-    std::optional<Program> proxy_;
+    std::optional<Http2Proxy> proxy_;
 };
 
 class OverHttp2WithOneRequestAtATime : public OverHttp2 {

@@ -55,7 +55,7 @@ TEST_F(Control, RefusesFaultsThatAreNotUnderstoodOrHaveNoEffect) {
         {R"({"pth": "status", "status": 503})", R"(member: "pth" is none of path, method, )"},
         {R"({"pth": "status", "status": 503})", "did you mean path?"},
         {R"({"cut": "before_anwser"})", "did you mean before_answer?"},
-        {R"({"cut": "", "status": 503})", R"(cut: "" is none of before_answer, inside_header, after_body_bytes)"},
+        {R"({"cut": "", "status": 503})", R"(cut: "" is none of before_handshake, before_answer, inside_header, )"},
         {R"({"status": 503, "status": 200})", "status: stands twice"},
         {R"([{"status": 503}, {"status": "503"}])", "status: a whole number from 200 to 999"},
         {R"({"status": 100})", "status: a whole number from 200 to 999"},
@@ -85,6 +85,14 @@ TEST_F(Control, RefusesFaultsThatAreNotUnderstoodOrHaveNoEffect) {
         {R"({"cut": "inside_header", "cut_after_bytes": 5})", "cut_after_bytes: has no effect"},
         {R"({"cut": "before_answer", "status": 503})", "status: has no effect, as no answer is sent"},
         {R"({"cut": "before_answer", "headers": {"A": "b"}})", "headers: has no effect"},
+        {R"({"cut": "before_handshake", "path": "status"})", "path: has no effect, as no request is waited for"},
+        {R"({"cut": "before_handshake", "status": 503})", "status: has no effect, as no answer is sent"},
+        {R"({"status": 503, "cut_by": "reset"})", "cut_by: has no effect, as there is no cut"},
+        {R"({"cut": "before_answer", "cut_by": "closing"})", R"(cut_by: "closing" is none of reset, silence)"},
+        {R"({"raw": "x", "interim": 103})", "interim: has no effect, as raw is the whole answer"},
+        {R"({"chunks": "sound", "content_length": 5})", "content_length: has no effect, as chunks come without it"},
+        {R"({"chunks": "malformed", "leftover": "x"})", "leftover: has no effect, as the connection does not stay"},
+        {R"({"interim": 200})", "interim: a whole number from 100 to 199"},
         {R"({"status": 204, "body": "x"})", "body: has no effect, as an answer with the status 204 has no body"},
         {R"({"status": 304, "content_length": 5})", "content_length: has no effect"},
     };
@@ -100,7 +108,8 @@ TEST_F(Control, RefusesFaultsThatAreNotUnderstoodOrHaveNoEffect) {
           R"({"path": "users/me/access_tokens/ab-c", "status": 503})",
           R"({"path": "us*", "method": "PUT", "status": 503})", R"({"cut": "before_answer", "takes_effect": true})",
           R"([{"cut": "after_body_bytes"}, {"body_hex": "FFfe", "repeat": 3, "content_length": 0}])",
-          R"({"status": 204, "headers": {"A": "b"}})"}) {
+          R"({"status": 204, "headers": {"A": "b"}})", R"({"cut": "before_handshake", "cut_by": "silence"})",
+          R"({"raw": "", "takes_effect": true})", R"({"chunks": "sound", "interim": 103, "leftover": "x"})"}) {
         EXPECT_EQ(answerTo("POST", "/faults", order), "204 ") << order;
     }
 }

@@ -58,7 +58,7 @@ private:
               server({.address = owner.configuration_.address,
                       .port = owner.configuration_.port,
                       .certificate = owner.certificate_,
-                      .onConnection = [this] { owner.traffic_.countConnection(); }}),
+                      .onConnection = [this] { return owner.meetConnection(); }}),
               apiHost(owner.configuration_.apiHost.empty() ? "localhost:" + std::to_string(server.port())
                                                            : owner.configuration_.apiHost),
               check(owner.configuration_, apiHost, owner.accounts_),
@@ -102,16 +102,23 @@ private:
         std::unique_ptr<HttpServer> control;
     };
 
+    std::optional<Ending> meetConnection() {
+        traffic_.countConnection();
+        const std::optional<Fault> fault = faults_.takeForConnection();
+        return fault ? std::optional(fault->ending) : std::nullopt;
+    }
+
     Answer serve(const Request& request, const Router& router) {
         traffic_.countRequest(request);
-        Answer answer;
-        try {
-            const std::optional<Fault> fault = faults_.take(request.method, pathBelowBase(request.path()));
-            answer =
-                fault ? injectFault(*fault, faults_, [&] { return router.answer(request); }) : router.answer(request);
-        } catch (const Refusal& refusal) {
-            answer = plainText(refusal.status(), refusal.what());
-        }
+        const auto ownAnswer = [&] {
+            try {
+                return router.answer(request);
+            } catch (const Refusal& refusal) {
+                return plainText(refusal.status(), refusal.what());
+            }
+        };
+        const std::optional<Fault> fault = faults_.take(request.method, pathBelowBase(request.path()));
+        Answer answer = fault ? injectFault(*fault, faults_, ownAnswer) : ownAnswer();
         traffic_.countAnswer(answer);
         return answer;
     }

@@ -2,9 +2,11 @@
 #include <Tarnwick_API/Platform/Concurrency/BuiltInMainQueue.hpp>
 #include <Tarnwick_API/Platform/Concurrency/StopToken.hpp>
 
+#include "DeafPort.hpp"
 #include "SessionFixture.hpp"
 
 #include <algorithm>
+#include <array>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -136,6 +138,21 @@ TEST_F(Session, LeavesTheConnectionsOfAChangedNetwork) {
         EXPECT_EQ(std::count_if(answers.begin(), answers.end(), [](const auto& answer) { return !answer.error; }),
                   3 - row.lost);
     }
+}
+
+TEST_F(Session, LeavesWhatHasTheNumberOfAClosedSocketAlone) {
+    const DeafPort deaf;
+    ScriptedServer scripted;
+    scripted.answer(okAnswer("good"));
+    configuration.idleTimeout = std::chrono::milliseconds{50};
+    const auto session = makeHttpSession(configuration);
+    EXPECT_EQ(errorName(exchange(*session, request("http://127.0.0.1:" + std::to_string(deaf.number)))), "timedOut");
+    std::array<int, 2> hosts{};
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, hosts.data()), 0);
+    session->networkChanged();
+    EXPECT_EQ(exchange(*session, request(scripted.url())).body, "good");
+    EXPECT_EQ(::send(hosts[0], "x", 1, MSG_NOSIGNAL), 1);
+    std::for_each(hosts.begin(), hosts.end(), ::close);
 }
 
 TEST_F(Session, LimitsEachOriginForItself) {

@@ -20,7 +20,7 @@ Answer injectFault(const Fault& fault, Faults& faults, const std::function<Answe
         return none;
     }
     const bool replaced = fault.status || fault.body;
-    const bool withheld = fault.cut == Cut::beforeAnswer;
+    const bool withheld = fault.cut == Cut::beforeAnswer || fault.raw;
     Answer answer;
     if (fault.takesEffect || (!replaced && !withheld)) {
         answer = serve();
@@ -31,7 +31,14 @@ Answer injectFault(const Fault& fault, Faults& faults, const std::function<Answe
     for (const auto& [name, value] : fault.headers) {
         answer.setHeader(name, value);
     }
-    answer.damage = {fault.cut, fault.cutAfterBytes, fault.contentLength};
+    answer.damage = {.cut = fault.cut,
+                     .bodyBytes = fault.cutAfterBytes,
+                     .ending = fault.ending,
+                     .contentLength = fault.contentLength,
+                     .chunks = fault.chunks,
+                     .interim = fault.interim,
+                     .raw = fault.raw,
+                     .leftover = fault.leftover};
     return answer;
 }
 

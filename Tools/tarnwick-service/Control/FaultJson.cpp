@@ -86,33 +86,44 @@ Member text(const char* name, std::string effect, void (*set)(Fault&, std::strin
             }};
 }
 
-Member choiceOfCut() {
-    struct Choice {
-        const char* word;
-        Cut cut;
-        const char* effect;
-    };
-    static constexpr Choice choices[] = {
-        {"before_answer", Cut::beforeAnswer, "the connection closes instead of an answer"},
-        {"inside_header", Cut::insideHeader, "the connection closes in the middle of the answer's header block"},
-        {"after_body_bytes", Cut::afterBodyBytes, "the connection closes after cut_after_bytes bytes of the body"}};
-    Member member{"cut", {}, [](Members& members, Fault& fault) {
-                      const auto given = members.text("cut");
-                      std::vector<std::string> words;
-                      for (const auto& [word, cut, effect] : choices) {
+template <typename Choice>
+struct Word {
+    const char* word;
+    Choice choice;
+    const char* effect;
+};
+
+template <typename Choice>
+Member oneOf(const char* name, Choice Fault::*chosen, const std::vector<Word<Choice>>& words) {
+    Member member{name, {}, [=](Members& members, Fault& fault) {
+                      const auto given = members.text(name);
+                      std::vector<std::string> known;
+                      for (const auto& [word, choice, effect] : words) {
                           if (given == word) {
-                              fault.cut = cut;
+                              fault.*chosen = choice;
+                              return;
                           }
-                          words.emplace_back(word);
+                          known.emplace_back(word);
                       }
-                      if (given && fault.cut == Cut::none) {
-                          refuseWord("cut", *given, words);
+                      if (given) {
+                          refuseWord(name, *given, known);
                       }
                   }};
-    for (const auto& [word, cut, effect] : choices) {
+    for (const auto& [word, choice, effect] : words) {
         member.values.push_back({'"' + std::string(word) + '"', effect});
     }
     return member;
+}
+
+Member choiceOfCut() {
+    return oneOf(
+        "cut", &Fault::cut,
+        {{"before_handshake", Cut::beforeHandshake,
+          "the connection closes instead of a handshake; meets connections, not requests"},
+         {"before_answer", Cut::beforeAnswer, "the connection closes instead of an answer"},
+         {"inside_header", Cut::insideHeader, "the connection closes in the middle of the answer's header block"},
+         {"after_body_bytes", Cut::afterBodyBytes, "the connection closes after cut_after_bytes bytes of the body"},
+         {"after_answer", Cut::afterAnswer, "the connection closes after the whole answer, which doesn't say so"}});
 }
 
 /// In the order in which they are read.
@@ -120,6 +131,7 @@ const std::vector<Member>& allMembers() {
     constexpr std::uint64_t mostRequests = 1'000'000'000;
     constexpr std::uint64_t longestDelay = 3'600'000;
     // Those below are not final: another answer follows.
+    constexpr std::uint64_t firstStatus = 100;
     constexpr std::uint64_t firstFinalStatus = 200;
     constexpr std::uint64_t largestStatus = 999;
     constexpr std::uint64_t largestLength = std::uint64_t{1} << 62U;
@@ -159,8 +171,21 @@ const std::vector<Member>& allMembers() {
         choiceOfCut(),
         number("cut_after_bytes", 0, largestLength, "for the cut after_body_bytes; without it 0",
                [](Fault& fault, std::uint64_t given) { fault.cutAfterBytes = given; }),
+        oneOf("cut_by", &Fault::ending,
+              {{"reset", Ending::reset, "the cut resets the connection"},
+               {"silence", Ending::silent, "at the cut the connection falls silent, until the client goes"}}),
         number("content_length", 0, largestLength, "this Content-Length, whatever the length; the connection closes",
                [](Fault& fault, std::uint64_t given) { fault.contentLength = given; }),
+        oneOf("chunks", &Fault::chunks,
+              {{"sound", Chunks::sound, "the body comes in chunks"},
+               {"malformed", Chunks::malformed,
+                "the body comes in chunks of which the second says no length; the connection closes"}}),
+        number("interim", firstStatus, firstFinalStatus - 1, "an interim answer with this status comes first",
+               [](Fault& fault, std::uint64_t given) { fault.interim = static_cast<unsigned>(given); }),
+        text("raw", "these bytes instead of the whole answer, header block included; the connection closes",
+             [](Fault& fault, std::string given) { fault.raw = std::move(given); }),
+        text("leftover", "these bytes behind the answer, unasked for, on the connection that stays open",
+             [](Fault& fault, std::string given) { fault.leftover = std::move(given); }),
         {"takes_effect",
          {{"true or false",
            "whether the request has its effect although its answer is replaced or withheld; without "

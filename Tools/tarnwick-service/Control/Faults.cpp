@@ -5,7 +5,14 @@
 namespace TarnwickService {
 namespace {
 
+bool isOfConnections(const Fault& fault) {
+    return fault.cut == Cut::beforeHandshake;
+}
+
 bool applies(const Fault& fault, std::string_view method, std::string_view path) {
+    if (isOfConnections(fault)) {
+        return false;
+    }
     if (!fault.method.empty() && fault.method != method) {
         return false;
     }
@@ -35,8 +42,17 @@ std::vector<Fault> Faults::pending() const {
 }
 
 std::optional<Fault> Faults::take(std::string_view method, std::string_view path) {
+    return takeIf([&](const Fault& fault) { return applies(fault, method, path); });
+}
+
+std::optional<Fault> Faults::takeForConnection() {
+    return takeIf(isOfConnections);
+}
+
+template <typename Applies>
+std::optional<Fault> Faults::takeIf(const Applies& applies) {
     const std::lock_guard lock(mutex_);
-    const auto found = std::ranges::find_if(faults_, [&](const Fault& fault) { return applies(fault, method, path); });
+    const auto found = std::ranges::find_if(faults_, applies);
     if (found == faults_.end()) {
         return std::nullopt;
     }

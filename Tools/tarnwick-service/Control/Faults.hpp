@@ -35,9 +35,15 @@ struct Fault {
     std::string contentType = "text/plain; charset=utf-8";
     std::vector<std::pair<std::string, std::string>> headers{};
 
+    /// With `Cut::beforeHandshake` the fault meets connections, not requests.
     Cut cut = Cut::none;
     std::size_t cutAfterBytes = 0;
+    Ending ending = Ending::closed;
     std::optional<std::uint64_t> contentLength{};
+    Chunks chunks = Chunks::none;
+    std::optional<unsigned> interim{};
+    std::optional<std::string> raw{};
+    std::string leftover{};
 
     /// Whether a request takes effect although its answer is replaced or withheld. One whose own answer is merely
     /// delayed or damaged always does.
@@ -51,8 +57,10 @@ public:
     void clear();
     std::vector<Fault> pending() const;
 
-    /// The first fault that applies, one use of it spent.
+    /// The first fault that applies to a request, one use of it spent.
     std::optional<Fault> take(std::string_view method, std::string_view path);
+    /// The same for a connection.
+    std::optional<Fault> takeForConnection();
 
     /// Waits; false when `cancelPauses` ended the wait.
     bool pause(std::chrono::milliseconds duration);
@@ -61,6 +69,9 @@ public:
     void allowPauses();
 
 private:
+    template <typename Applies>
+    std::optional<Fault> takeIf(const Applies& applies);
+
     mutable std::mutex mutex_;
     std::condition_variable cancelled_;
     std::list<Fault> faults_;

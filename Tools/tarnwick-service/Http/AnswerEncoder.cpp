@@ -20,6 +20,25 @@ void appendNumber(std::string& text, std::uint64_t number) {
     text.append(digits.data(), end.ptr);
 }
 
+std::string inChunks(std::string_view body, Chunks chunks) {
+    std::string text;
+    const auto appendChunk = [&](std::string_view bytes, bool isMalformed) {
+        std::array<char, 16> size{};
+        const auto end = std::to_chars(size.data(), size.data() + size.size(), bytes.size(), 16);
+        text.append(isMalformed ? "none" : std::string_view(size.data(), end.ptr)).append("\r\n");
+        text.append(bytes).append("\r\n");
+    };
+    const auto half = (body.size() + 1) / 2;
+    for (const std::string_view part : {body.substr(0, half), body.substr(half)}) {
+        // One of no bytes would be the last.
+        if (!part.empty()) {
+            appendChunk(part, chunks == Chunks::malformed && part.data() != body.data());
+        }
+    }
+    appendChunk({}, chunks == Chunks::malformed && text.empty());
+    return text;
+}
+
 void appendReason(std::string& text, unsigned status) {
     const auto reason = boost::beast::http::obsolete_reason(boost::beast::http::int_to_status(status));
     text.append(reason.data(), reason.size());
@@ -36,13 +55,25 @@ AnswerEncoder::Message AnswerEncoder::encode(const Answer& answer, bool keepAliv
     if (damage.cut == Cut::beforeAnswer) {
         return {};
     }
+    if (damage.raw) {
+        return {.start = *damage.raw};
+    }
+    const bool isCutInside = damage.cut == Cut::insideHeader || damage.cut == Cut::afterBodyBytes;
     // After a false length neither side knows where the next answer begins.
-    keepAlive = keepAlive && damage.cut == Cut::none && !damage.contentLength;
+    keepAlive = keepAlive && !isCutInside && !damage.contentLength && damage.chunks != Chunks::malformed;
     out_.clear();
+    if (damage.interim) {
+        appendInterimAnswer(*damage.interim);
+    }
+    const auto headerBlock = out_.size();
     appendHeaderBlock(answer, keepAlive);
     std::string_view body = mayHaveBody(answer.status) ? std::string_view(answer.bytes()) : std::string_view();
+    if (damage.chunks != Chunks::none && mayHaveBody(answer.status)) {
+        chunks_ = inChunks(body, damage.chunks);
+        body = chunks_;
+    }
     if (damage.cut == Cut::insideHeader) {
-        out_.resize(out_.size() / 2);
+        out_.resize((headerBlock + out_.size()) / 2);
         body = {};
     } else if (damage.cut == Cut::afterBodyBytes) {
         body = body.substr(0, std::min(body.size(), damage.bodyBytes));
@@ -51,7 +82,18 @@ AnswerEncoder::Message AnswerEncoder::encode(const Answer& answer, bool keepAliv
         out_ += body;
         body = {};
     }
-    return {out_, body, keepAlive};
+    return {.start = out_,
+            .rest = body,
+            .leftover = damage.leftover,
+            .keepAlive = keepAlive && damage.cut != Cut::afterAnswer};
+}
+
+void AnswerEncoder::appendInterimAnswer(unsigned status) {
+    out_ += "HTTP/1.1 ";
+    appendNumber(out_, status);
+    out_ += ' ';
+    appendReason(out_, status);
+    out_ += "\r\nLink: </vb/status>; rel=preload\r\n\r\n";
 }
 
 void AnswerEncoder::appendHeaderBlock(const Answer& answer, bool keepAlive) {
@@ -71,9 +113,13 @@ void AnswerEncoder::appendHeaderBlock(const Answer& answer, bool keepAlive) {
             out_ += answer.contentType;
             out_ += "\r\n";
         }
-        out_ += "Content-Length: ";
-        appendNumber(out_, answer.damage.contentLength.value_or(answer.bytes().size()));
-        out_ += "\r\n";
+        if (answer.damage.chunks != Chunks::none) {
+            out_ += "Transfer-Encoding: chunked\r\n";
+        } else {
+            out_ += "Content-Length: ";
+            appendNumber(out_, answer.damage.contentLength.value_or(answer.bytes().size()));
+            out_ += "\r\n";
+        }
     }
     for (const auto& [name, value] : answer.headers) {
         out_ += name;

@@ -16,6 +16,8 @@ public:
         std::string_view start{};
         /// What remains of a large body.
         std::string_view rest{};
+        /// Goes out by itself, after the answer.
+        std::string_view leftover{};
         /// Whether another answer may follow on the same connection.
         bool keepAlive = false;
     };
@@ -24,10 +26,12 @@ public:
     Message encode(const Answer& answer, bool keepAlive);
 
 private:
+    void appendInterimAnswer(unsigned status);
     void appendHeaderBlock(const Answer& answer, bool keepAlive);
     const std::string& date();
 
     std::string out_;
+    std::string chunks_;
     std::time_t dateSecond_ = -1;
     std::string dateText_;
 };

@@ -2,6 +2,8 @@
 
 #include "Http/AnswerEncoder.hpp"
 
+#include <array>
+
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/ssl/stream.hpp>
 #include <boost/asio/write.hpp>
@@ -34,11 +36,12 @@ public:
     Conversation(Stream& stream, const RequestHandler& handler, std::size_t largestBody)
         : stream_(stream), handler_(handler), largestBody_(largestBody) {}
 
-    void run() {
+    Ending run() {
         bool open = true;
         while (open) {
             open = exchange();
         }
+        return ending_;
     }
 
 private:
@@ -81,11 +84,12 @@ private:
     bool write(const Answer& answer, bool keepAlive) {
         const AnswerEncoder::Message message = encoder_.encode(answer, keepAlive);
         ErrorCode error;
-        for (const std::string_view part : {message.start, message.rest}) {
+        for (const std::string_view part : {message.start, message.rest, message.leftover}) {
             if (!error && !part.empty()) {
                 asio::write(stream_, asio::buffer(part), error);
             }
         }
+        ending_ = answer.damage.ending;
         return !error && message.keepAlive;
     }
 
@@ -95,21 +99,45 @@ private:
     boost::beast::flat_buffer buffer_;
     Request request_;
     AnswerEncoder encoder_;
+    Ending ending_ = Ending::closed;
 };
+
+/// False when the client has gone.
+bool hears(Tcp::socket& socket) {
+    std::array<char, 4096> unheeded{};
+    ErrorCode error;
+    socket.read_some(asio::buffer(unheeded), error);
+    return !error;
+}
+
+/// Closing the socket then ends the connection as it should.
+void leave(Tcp::socket& socket, Ending ending) {
+    ErrorCode ignored;
+    if (ending == Ending::reset) {
+        static_cast<void>(socket.set_option(asio::socket_base::linger(true, 0), ignored));
+    }
+    while (ending == Ending::silent && hears(socket)) {
+    }
+}
 
 }  // namespace
 
 void converse(Tcp::socket& socket, asio::ssl::context* tls, const RequestHandler& handler, std::size_t largestBody) {
     if (tls == nullptr) {
-        Conversation(socket, handler, largestBody).run();
+        leave(socket, Conversation(socket, handler, largestBody).run());
         return;
     }
     asio::ssl::stream<Tcp::socket&> stream(socket, *tls);
     ErrorCode error;
     static_cast<void>(stream.handshake(asio::ssl::stream_base::server, error));
     if (!error) {
-        Conversation(stream, handler, largestBody).run();
+        leave(socket, Conversation(stream, handler, largestBody).run());
     }
+}
+
+void leaveUnanswered(Tcp::socket& socket, Ending ending) {
+    hears(socket);
+    leave(socket, ending);
 }
 
 }  // namespace TarnwickService

@@ -14,4 +14,7 @@ namespace TarnwickService {
 void converse(boost::asio::ip::tcp::socket& socket, boost::asio::ssl::context* tls, const RequestHandler& handler,
               std::size_t largestBody);
 
+/// Takes the client's first words without an answer; closing the socket then ends the connection so.
+void leaveUnanswered(boost::asio::ip::tcp::socket& socket, Ending ending);
+
 }  // namespace TarnwickService

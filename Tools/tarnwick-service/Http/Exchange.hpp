@@ -33,15 +33,40 @@ struct Request {
     std::size_t headerCount(std::string_view name) const;
 };
 
-/// How the transport spoils an answer.
-enum class Cut { none, beforeAnswer, insideHeader, afterBodyBytes };
+/// Where the transport breaks off. The first one is a connection's, the others are an answer's.
+enum class Cut { none, beforeHandshake, beforeAnswer, insideHeader, afterBodyBytes, afterAnswer };
 
+/// What becomes of a connection on which nothing more is said.
+enum class Ending {
+    closed,
+    reset,
+    /// It stays open until the client goes.
+    silent,
+};
+
+/// Whether a body goes out in chunks rather than with its length.
+enum class Chunks {
+    none,
+    sound,
+    /// The second one says no length.
+    malformed,
+};
+
+/// How the transport spoils an answer.
 struct Damage {
     Cut cut = Cut::none;
-    /// Bytes of the body that still go out with `Cut::afterBodyBytes`.
+    /// Bytes of the body, as it goes out, that still come with `Cut::afterBodyBytes`.
     std::size_t bodyBytes = 0;
+    Ending ending = Ending::closed;
     /// A length to claim instead of the true one.
     std::optional<std::uint64_t> contentLength{};
+    Chunks chunks = Chunks::none;
+    /// The status of an interim answer that comes first.
+    std::optional<unsigned> interim{};
+    /// Goes out in place of all of the answer.
+    std::optional<std::string> raw{};
+    /// Follows the answer, though nobody asks for it.
+    std::string leftover{};
 };
 
 struct Answer {

@@ -59,8 +59,7 @@ public:
           tls_(settings_.certificate ? makeTlsContext(*settings_.certificate) : nullptr),
           acceptor_(listeningOn(context_, endpointOf(settings_))),
           port_(acceptor_.local_endpoint().port()),
-          connections_([this](Tcp::socket& socket) { converse(socket, tls_.get(), handler_, settings_.largestBody); }) {
-    }
+          connections_([this](Tcp::socket& socket) { serve(socket); }) {}
 
     ~Listener() { stop(); }
     Listener(const Listener&) = delete;
@@ -104,8 +103,15 @@ private:
     void begin(Tcp::socket socket) {
         ErrorCode ignored;
         static_cast<void>(socket.set_option(Tcp::no_delay(true), ignored));
-        settings_.onConnection();
         connections_.begin(std::move(socket));
+    }
+
+    void serve(Tcp::socket& socket) {
+        if (const auto ending = settings_.onConnection()) {
+            leaveUnanswered(socket, *ending);
+        } else {
+            converse(socket, tls_.get(), handler_, settings_.largestBody);
+        }
     }
 
     Settings settings_;

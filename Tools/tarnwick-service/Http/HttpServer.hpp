@@ -21,7 +21,8 @@ public:
         std::uint16_t port = 0;
         std::optional<Certificate> certificate{};
         std::size_t largestBody = std::size_t{1} << 20U;
-        std::function<void()> onConnection = [] {};
+        /// Called on each connection's thread first. With an ending nothing is said on it.
+        std::function<std::optional<Ending>()> onConnection = [] { return std::nullopt; };
     };
 
     /// Takes the port. Throws std::invalid_argument for an address that is none, std::system_error when the port cannot

@@ -11,6 +11,7 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Tarnwick_API::Platform {
@@ -46,6 +47,11 @@ Connection::End localEnd(curl_socket_t socket) {
 
 bool isAt(const Connection::End& end, std::string_view address, long port) noexcept {
     return end.port == port && end.address == address;
+}
+
+ino_t identityOf(curl_socket_t socket) noexcept {
+    struct stat status {};
+    return ::fstat(socket, &status) == 0 ? status.st_ino : 0;
 }
 
 /// libcurl finds it dead when it next looks at it, and closes the socket.
@@ -113,7 +119,9 @@ void ConnectionSockets::endIdle() noexcept {
 
 void ConnectionSockets::endStrayAttempts() noexcept {
     for (const auto& [socket, connection] : connections_) {
-        if (connection->origin.empty() && leadsElsewhere(socket, connection->peer)) {
+        // libcurl closes an attempt that it gives up without a word, and the number may be the host's by now.
+        if (connection->origin.empty() && identityOf(socket) == connection->identity &&
+            leadsElsewhere(socket, connection->peer)) {
             end(*connection);
         }
     }
@@ -138,10 +146,12 @@ curl_socket_t ConnectionSockets::open(void* sockets, curlsocktype /*purpose*/, c
         try {
             auto connection = std::make_shared<Connection>();
             connection->socket = socket;
+            connection->identity = identityOf(socket);
             std::memcpy(&connection->peer, &address->addr,
                         std::min<std::size_t>(address->addrlen, sizeof connection->peer));
             connection->remote = endAt(connection->peer);
-            static_cast<ConnectionSockets*>(sockets)->connections_.emplace(socket, std::move(connection));
+            // In place of an attempt of that number which libcurl has closed without a word.
+            static_cast<ConnectionSockets*>(sockets)->connections_.insert_or_assign(socket, std::move(connection));
         } catch (const std::exception&) {
             ::close(socket);
             return CURL_SOCKET_BAD;

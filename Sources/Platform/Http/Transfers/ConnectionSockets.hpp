@@ -22,6 +22,8 @@ struct Connection {
     };
 
     curl_socket_t socket = CURL_SOCKET_BAD;
+    /// Tells the socket from a later one of the same number.
+    ino_t identity = 0;
     sockaddr_storage peer{};
     End remote;
     /// Empty until the first request goes out.
