@@ -76,7 +76,7 @@ protected:
     std::chrono::steady_clock::time_point now = std::chrono::steady_clock::now();
     std::shared_ptr<TransferGroup> group;
     std::vector<TransportResult> results;
-    TransferEngine engine{[this] { return now; }, 1};
+    TransferEngine engine{[this] { return now; }};
 };
 
 TEST_F(Engine, EndsWhatMakesNoProgress) {
