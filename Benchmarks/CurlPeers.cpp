@@ -41,7 +41,7 @@ std::vector<std::string> headers() {
                                    "oauth_signature=\"tarnwick-demo-secret%26\"",
                                    "Content-Type: application/json", "Host: " + ServiceProcess::shared().host()};
     for (const auto& [name, value] : Tarnwick_API::Platform::defaultHttpHeaders()) {
-        lines.push_back(name + ": " + value);
+        lines.push_back(std::string{name}.append(": ").append(value));
     }
     return lines;
 }

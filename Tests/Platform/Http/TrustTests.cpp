@@ -92,6 +92,21 @@ TEST_F(Trust, IsKeptForConnectionsThatTheServerMayHaveClosedMeanwhile) {
     EXPECT_EQ(exchange(*session, request(server.url())).body, "after");
 }
 
+TEST_F(Trust, ChangesNothingOfWhatIsAskedFor) {
+    ScriptedServer server{authority.issue(forNames({}, {"127.0.0.1"}))};
+    const auto session = makeSession(HostValidation::full);
+    server.answer({"HTTP/1.1 302 Found\r\nLocation: n?y\r\nContent-Length: 0\r\n\r\n"});
+    for (const auto& [url, target] : {std::pair{"/a/b?x=1", "/a/n?y"},
+                                      {"/a/../b?x=%20&y?/#f", "/a/../b?x=%20&y?/"},
+                                      {"/b#?x", "/b"},
+                                      {"?x", "/?x"},
+                                      {"", "/"}}) {
+        server.answer(okAnswer(""));
+        EXPECT_EQ(errorName(exchange(*session, request(server.url() + url))), "none");
+        EXPECT_THAT(server.requests().back(), testing::StartsWith("GET " + std::string{target} + " HTTP/1.1\r\n"));
+    }
+}
+
 TEST_F(Trust, RelaxedForOneHostIsNotReusedForAnother) {
     const auto certificate = authority.issue(forNames({"api.example.test"}));
     ScriptedServer server{certificate};
