@@ -166,8 +166,9 @@ std::shared_ptr<const ConfigurationFile> addSettings(CLI::App& app, Settings& se
     addFlag(app, "--json", "json", settings.json, "Print one JSON document for programs, errors too");
     addFlag(app, "-v,--verbose", "verbose", settings.verbose,
             "Print requests and answers to standard error; they hold the token and the consumer secret");
-    addFlag(app, "--hide-secrets", "hide-secrets", settings.hideSecrets,
-            "With --verbose, leave out secrets, and names and addresses of the user, so that it may be shown to others");
+    addFlag(
+        app, "--hide-secrets", "hide-secrets", settings.hideSecrets,
+        "With --verbose, leave out secrets, and names and addresses of the user, so that it may be shown to others");
     addServiceSettings(app, settings);
     addConnectionSettings(app, settings);
     addLocalSettings(app, settings);

@@ -108,8 +108,8 @@ public:
     [[nodiscard]] static std::shared_ptr<Platform::KeychainStore> store();
 
     /// Replaces the process-wide keychain; none goes back to the user's own. Operations on their way keep the one they
-    /// began with. What a store of the host's own throws counts as `notAvailable`, and is told on the debug channel; from
-    /// `unlock`, and from calls of the application's own on `store()`, it reaches the caller.
+    /// began with. What a store of the host's own throws counts as `notAvailable`, and is told on the debug channel;
+    /// from `unlock`, and from calls of the application's own on `store()`, it reaches the caller.
     static void setStore(std::shared_ptr<Platform::KeychainStore> store);
 };
 
