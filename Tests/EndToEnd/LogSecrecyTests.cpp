@@ -36,7 +36,7 @@ protected:
 
 private:
     template <typename T>
-    Received<T> run(Operation<T> operation) {
+    Testing::Received<T> complete(Operation<T> operation) {
         return await<T>([&](auto done) { std::move(operation).start(std::move(done)); });
     }
 
@@ -47,13 +47,13 @@ private:
             std::ranges::for_each(texts, [&](const auto& text) { answer += repeatsSecrets_ ? text + ' ' : ""; });
         }
         service.faults().add({.status = 503, .body = answer});
-        run(make());
+        complete(make());
         if (mayMisunderstand) {
             service.faults().add({.body = answer});
-            run(make());
+            complete(make());
         }
         service.faults().add({.count = 2, .cut = TarnwickService::Cut::beforeAnswer});
-        EXPECT_FALSE(run(make()).error) << service.counters().lastRefusal;
+        EXPECT_FALSE(complete(make()).error) << service.counters().lastRefusal;
         for (const auto& session : service.accounts().allSessions()) {
             secrets_["access token"].insert(session.token);
             secrets_["token secret"].insert(session.secret);
