@@ -43,9 +43,9 @@ struct Quantity {
 };
 
 constexpr double mebibyte = 1024 * 1024;
-/// One sample may catch a connection more or less, and an allocator keeps pages in steps.
+/// A session has one to six connections to a host, as faults close them, and an allocator keeps pages in steps.
 constexpr Quantity quantities[] = {
-    {"descriptors", &ResourceUse::descriptors, 2, 0.05},
+    {"descriptors", &ResourceUse::descriptors, 6, 0},
     {"threads", &ResourceUse::threads, 0.5, 0},
     {"resident memory", &ResourceUse::residentMemory, 4 * mebibyte, 0.05},
     {"allocated memory", &ResourceUse::allocatedMemory, mebibyte / 2, 0.05},
