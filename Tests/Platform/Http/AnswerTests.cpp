@@ -208,7 +208,7 @@ TEST_F(Answer, IsKeptWhenItIsKnownToBeWhole) {
     }
 }
 
-TEST_F(Answer, BehindARedirectIsKeptForNoUrl) {
+TEST_F(Answer, IsKeptForItsOwnUrlAndWholeQuestionsAlone) {
     ScriptedServer server;
     server.answer({"HTTP/1.1 302 Moved\r\nLocation: /n\r\nContent-Length: 0\r\n\r\n"});
     server.answerAlways(okAnswer("x", "Cache-Control: max-age=60\r\n"));
@@ -218,6 +218,11 @@ TEST_F(Answer, BehindARedirectIsKeptForNoUrl) {
     EXPECT_EQ(exchange(*session, request(server.url())).source, HttpAnswer::Source::network);
     EXPECT_EQ(exchange(*session, request(server.url())).source, HttpAnswer::Source::cache);
     EXPECT_EQ(server.requests().size(), 3U);
+    for (const auto* const name :
+         {"Range", "If-Match", "If-None-Match", "If-Modified-Since", "If-Unmodified-Since", "if-range"}) {
+        const auto own = request(server.url(), HttpMethod::get, {}, ParameterEncoding::url, {{name, "x"}});
+        EXPECT_EQ(exchange(*session, own).source, HttpAnswer::Source::network) << name;
+    }
 }
 
 TEST_F(Answer, KeepsWhatDescribesItsBodyWhenItIsConfirmed) {

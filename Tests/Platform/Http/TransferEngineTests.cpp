@@ -5,8 +5,7 @@
 #include <Platform/Http/Transfers/TransferEngine.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 
-#include <atomic>
-#include <thread>
+#include <utility>
 
 #include <gmock/gmock.h>
 
@@ -28,8 +27,8 @@ protected:
         if (!group) {
             group = std::make_shared<TransferGroup>(std::make_shared<const HttpSessionConfiguration>(configuration));
         }
-        engine.start(
-            {group, std::move(sent), [this](TransportResult result) { results.push_back(std::move(result)); }});
+        engine.start({group, std::move(sent), [this](TransportResult result) { results.push_back(std::move(result)); },
+                      stop.token()});
     }
 
     /// Runs the engine until `done`; false when it is not in a time that no busy machine takes.
@@ -76,6 +75,7 @@ protected:
     std::chrono::steady_clock::time_point now = std::chrono::steady_clock::now();
     std::shared_ptr<TransferGroup> group;
     std::vector<TransportResult> results;
+    StopSource stop;
     TransferEngine engine{[this] { return now; }};
 };
 
@@ -170,6 +170,7 @@ TEST_F(Engine, KeepsNothingOfTheTransferBefore) {
         {"too much of a head", ok + "X: " + std::string(300, 'x') + "\r\n\r\n", "tooLarge"},
         {"too much of a body", okAnswer(std::string(101, 'x')).bytes, "tooLarge"},
         {"half a body", ok + "Content-Length: 9\r\n\r\nhalf", "timedOut"},
+        {"half a body, and a stop", ok + "Content-Length: 9\r\n\r\nhalf", "cancelled"},
         {"a bad length", ok + "Content-Length: x\r\n\r\n", "badAnswer"},
         {"a gzip stream that is cut", ok + "Content-Encoding: gzip\r\nContent-Length: 4\r\n\r\n\x1f\x8b\x08\b",
          "badAnswer"},
@@ -183,7 +184,8 @@ TEST_F(Engine, KeepsNothingOfTheTransferBefore) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         results.clear();
-        server.answer({row.answered});
+        const bool isStopped = row.error == "cancelled";
+        server.answer({isStopped ? "" : row.answered, isStopped ? Then::hold : Then::keepOpen});
         begin(request(server.url(), row.method, {}, ParameterEncoding::url, {{"X", row.what}}));
         if (row.isSuspected) {
             engine.networkChanged();
@@ -191,6 +193,10 @@ TEST_F(Engine, KeepsNothingOfTheTransferBefore) {
         ASSERT_TRUE(runUntilRequests(server.requests().size() + 1));
         if (row.error == "timedOut") {
             pass(10s);
+        } else if (isStopped) {
+            say(row.answered);
+            std::exchange(stop, {}).stop();
+            engine.cancelStopped();
         }
         ASSERT_TRUE(runUntilResults(1));
         EXPECT_EQ(errorName(results[0].answer), row.error);
@@ -198,6 +204,7 @@ TEST_F(Engine, KeepsNothingOfTheTransferBefore) {
         begin(request(gone));
         ASSERT_TRUE(runUntilResults(1));
         EXPECT_EQ(errorName(results[0].answer), "cannotConnect");
+        EXPECT_FALSE(results[0].answer.response);
 
         for (const auto method : {HttpMethod::post, HttpMethod::get}) {
             server.answer({"", Then::hold});

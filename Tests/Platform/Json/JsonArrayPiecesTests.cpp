@@ -50,7 +50,11 @@ TEST(LongArrays, AreRefusedForWhatIsWrongAnywhere) {
         auto text = good;
         return text.replace(middle, 3, replacement);
     };
+    // Longer than the place of a probable cut is looked for: it is cut behind this.
+    const auto great = R"([{"n":1,"x":")" + std::string(600'000, 'x') + R"("},)";
     const std::string rows[] = {
+        great + "]",
+        great + std::string(300'000, ' ') + R"(,{"n":2}])",
         good + "x",
         good + "[]",
         good.substr(0, good.size() - 4),
