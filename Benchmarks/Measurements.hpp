@@ -43,4 +43,7 @@ struct Goal {
 /// Prints every noted metric and how it stands to its goal.
 void report(const std::vector<Goal>& goals);
 
+/// Writes the same to a file for scripts/draw-benchmarks, with the machine and the day; whether it could be written.
+[[nodiscard]] bool writeJson(const std::string& path, const std::vector<Goal>& goals);
+
 }  // namespace Benchmarks

@@ -10,7 +10,6 @@
 
 #include <nlohmann/json.hpp>
 #include <rapidjson/document.h>
-#include <simdjson.h>
 
 namespace Benchmarks {
 
@@ -57,25 +56,6 @@ Server serverFrom(Text text, OptionalText optionalText) {
 }
 
 }  // namespace
-
-std::vector<Server> serversBySimdjson(const Tarnwick_API::Platform::Bytes& body) {
-    static simdjson::dom::parser parser;
-    std::vector<Server> servers;
-    const simdjson::dom::array list = parser.parse(body.data(), body.size(), false);
-    servers.reserve(list.size());
-    for (const simdjson::dom::element element : list) {
-        const simdjson::dom::object object = element;
-        servers.push_back(serverFrom([&](std::string_view key) -> std::string_view { return object.at_key(key); },
-                                     [&](std::string_view key) -> std::optional<std::string_view> {
-                                         simdjson::dom::element member;
-                                         if (object.at_key(key).get(member) != simdjson::SUCCESS || member.is_null()) {
-                                             return std::nullopt;
-                                         }
-                                         return std::string_view{member};
-                                     }));
-    }
-    return servers;
-}
 
 std::vector<Server> serversByRapidJson(const Tarnwick_API::Platform::Bytes& body) {
     rapidjson::Document document;

@@ -4,6 +4,13 @@
 
 namespace Tarnwick_API::Platform {
 
+namespace {
+
+/// An entry of the tape is its kind and, below, a place.
+constexpr unsigned typeShift = 56;
+
+}  // namespace
+
 bool JsonMemberLayout::take(const JsonPlace& object) noexcept {
     const std::uint64_t* const tape = object.doc->tape.get();
     const auto* const texts = reinterpret_cast<const char*>(object.doc->string_buf.get());
@@ -20,7 +27,9 @@ bool JsonMemberLayout::take(const JsonPlace& object) noexcept {
         }
         ++place.json_index;
         member->value = static_cast<std::uint32_t>(place.json_index);
-        place.json_index = place.after_element();
+        // Of most kinds; numbers and containers take more.
+        const bool isText = tape[place.json_index] >> typeShift == '"';
+        place.json_index = isText ? place.json_index + 1 : place.after_element();
     }
     return true;
 }
