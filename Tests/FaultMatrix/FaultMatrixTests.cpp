@@ -46,6 +46,12 @@ std::string hostOf(std::size_t index) {
     return "service-" + std::to_string(index) + ".test";
 }
 
+/// With a port of its own, as libcurl lets requests to one address and port wait for each other's first connection.
+std::string authorityOf(std::size_t index) {
+    constexpr std::size_t firstPort = 8000;
+    return hostOf(index) + ":" + std::to_string(firstPort + index);
+}
+
 /// TCP connections by the port at their other end; what else is open under 0. `withData` leaves those out that have
 /// nothing to read.
 std::map<int, int> openDescriptors(bool withData = false) {
@@ -145,8 +151,8 @@ FaultMatrix::FaultMatrix() {
     for (std::size_t index = 0; index < callers.size(); ++index) {
         const auto host = hostOf(index);
         auto& caller = callers[index];
-        caller.service = std::make_unique<TarnwickService::Service>(
-            TarnwickService::Configuration{.apiHost = host, .certificate = certificate, .serverCount = 50});
+        caller.service = std::make_unique<TarnwickService::Service>(TarnwickService::Configuration{
+            .apiHost = authorityOf(index), .certificate = certificate, .serverCount = 50});
         caller.service->start();
         backends.push_back({host, caller.service->port()});
         const auto& known = caller.service->configuration();
@@ -161,7 +167,7 @@ FaultMatrix::FaultMatrix() {
                            .generalServersPerCountry = ids.generalServersPerCountry,
                            .streamingServersCandidatesPerCountry = ids.streamingServersCandidatesPerCountry,
                            .defaultFavorites = ids.defaultFavorites},
-             .apiUrl = {.live = host}});
+             .apiUrl = {.live = authorityOf(index)}});
         caller.observation = caller.api->observeAttempts([&caller](const RequestAttempt& attempt) {
             caller.attempts.emplace_back(attempt.failure ? name(attempt.failure->kind) : "");
         });
@@ -185,7 +191,7 @@ void FaultMatrix::use(std::chrono::milliseconds idleTimeout, int port) {
     configuration.idleTimeout = idleTimeout;
     for (std::size_t index = 0; index < callers.size(); ++index) {
         const auto where = std::to_string(port == 0 ? portOf(callers[index]) : port);
-        configuration.connectTo.push_back(hostOf(index) + ":443:127.0.0.1:" + where);
+        configuration.connectTo.push_back(authorityOf(index) + ":127.0.0.1:" + where);
     }
     ApiVersion1::setSessionManager(Platform::makeHttpSession(std::move(configuration)));
 }
@@ -286,12 +292,15 @@ void FaultMatrix::meet(const FaultRow& row, Meeting meeting) {
         }
     }
     if (row.isStall() && !meeting.isEverytime) {
-        // The next attempt must not be cut short for a busy machine's sake.
+        // The next attempt is neither cut short on a busy machine, nor meets what the first one was too late for.
         ASSERT_TRUE(queue->runUntil([&] {
             return std::all_of(visits.begin(), visits.end(), [](const Visit& visit) {
                 return visit.caller.attempts.size() > visit.operation.before;
             });
         }));
+        for (auto& caller : callers) {
+            caller.service->faults().clear();
+        }
         use(patient);
     }
     runUntil([&] {
@@ -388,6 +397,10 @@ void FaultMatrix::run(const FaultRow& row, Meeting meeting) {
     use(row.isStall() ? impatient : patient, port);
     meet(row, meeting);
     deaf.reset();
+    if (row.isStall()) {
+        // One operation has left its silent connection unused.
+        ApiVersion1::sessionManager()->networkChanged();
+    }
     end();
 }
 
