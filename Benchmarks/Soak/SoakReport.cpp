@@ -43,14 +43,21 @@ void printKinds(const Load& load, const Load::Count& count) {
     line("all", count.endings);
 }
 
+/// A line through fewer samples says more of what just then was held than of the run.
+constexpr std::size_t leastSamples = 12;
+
 bool printResources(const ResourceTrend& resources) {
     std::printf("\n%-24s %12s %12s %12s %12s   %zu samples\n", "held", "mean", "highest", "growth", "tolerated",
                 resources.count());
+    const bool isJudged = resources.count() >= leastSamples;
     bool isFlat = true;
     for (const auto& line : resources.lines()) {
         std::printf("%-24s %12.0f %12.0f %12.1f %12.1f   %s\n", line.name.c_str(), line.mean, line.highest, line.growth,
-                    line.tolerance, line.isFlat() ? "flat" : "GROWS");
-        isFlat = isFlat && line.isFlat();
+                    line.tolerance,
+                    !isJudged       ? "not judged: too short"
+                    : line.isFlat() ? "flat"
+                                    : "GROWS");
+        isFlat = isFlat && (!isJudged || line.isFlat());
     }
     return isFlat;
 }

@@ -56,8 +56,14 @@ void IoThread::run() {
         }
         static_cast<void>(std::lock_guard{turnstile_});
         const std::lock_guard lock{working_};
+        bool haveStopped = false;
         for (auto& command : batch) {
+            haveStopped = haveStopped || std::holds_alternative<CancelStopped>(command);
             obey(std::move(command));
+        }
+        // Once for all: each time, everything that waits is looked at.
+        if (haveStopped) {
+            engine_.cancelStopped();
         }
         batch.clear();
         if (batch.capacity() > usualBatch) {
@@ -72,9 +78,7 @@ void IoThread::obey(Command&& command) {
         engine_.start(std::move(*exchange));
     } else if (auto* const cancelled = std::get_if<CancelAll>(&command)) {
         engine_.cancelAll(*cancelled->group);
-    } else if (std::holds_alternative<CancelStopped>(command)) {
-        engine_.cancelStopped();
-    } else {
+    } else if (std::holds_alternative<NetworkChange>(command)) {
         engine_.networkChanged();
     }
 }

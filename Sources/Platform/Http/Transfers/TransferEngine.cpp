@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <new>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -280,13 +281,17 @@ void TransferEngine::cancelAll(TransferGroup& group) {
 
 void TransferEngine::cancelStopped() {
     std::vector<Transfer*> transfers;
-    std::vector<Exchange> waiting;
+    // Who waits, waits for some that run.
+    std::set<OriginQueue*> queues;
     for (const auto& transfer : running_) {
         if (transfer->exchange().stop.isStopped()) {
             transfers.push_back(transfer.get());
         }
-        // Who waits, waits for some that run.
-        transfer->queue().takeStopped(waiting);
+        queues.insert(&transfer->queue());
+    }
+    std::vector<Exchange> waiting;
+    for (auto* const queue : queues) {
+        queue->takeStopped(waiting);
     }
     for (auto* const transfer : transfers) {
         auto& queue = transfer->queue();
