@@ -1,5 +1,9 @@
 function(tarnwick_set_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic)
+    # Files that are compiled as one are no headers, though g++ takes them for such.
+    if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    endif()
     if(TARNWICK_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
