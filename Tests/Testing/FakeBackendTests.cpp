@@ -47,7 +47,9 @@ using Way = void (*)(Operation<User>, std::vector<std::string>&, std::vector<std
 
 const Way ways[] = {
     [](Operation<User> operation, std::vector<std::string>& endings, auto& /*threads*/) {
-        std::move(operation).start([&](std::optional<User> user, std::optional<ApiError> error) {
+        const auto mainThread = std::this_thread::get_id();
+        std::move(operation).start([&, mainThread](std::optional<User> user, std::optional<ApiError> error) {
+            EXPECT_EQ(std::this_thread::get_id(), mainThread);
             endings.push_back(ending(user ? Outcome<User>{*user} : Outcome<User>{Failure{std::move(error)}}));
         });
     },

@@ -73,8 +73,11 @@ TEST_F(NotificationCenterTest, EndsRegistrationWithTheObservation) {
     EXPECT_THAT(callsOf({"x", nullptr}), ElementsAre("a"));
     a = observe("replacement", "x");
     EXPECT_THAT(callsOf({"x", nullptr}), ElementsAre("replacement"));
+    const auto owned = std::make_shared<int>();
+    a = center_.addObserver("x", [owned](const Notification&) {});
     a.remove();
     a.remove();
+    EXPECT_EQ(owned.use_count(), 1);
     EXPECT_THAT(callsOf({"x", nullptr}), IsEmpty());
     const auto nothing = center_.addObserver("x", nullptr);
     EXPECT_THAT(callsOf({"x", nullptr}), IsEmpty());

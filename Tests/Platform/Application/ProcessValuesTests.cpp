@@ -63,6 +63,16 @@ TEST(ProcessValues, MadeByTwoAtOnceAreTheFirstOnes) {
     EXPECT_EQ(store.get(), first);
 }
 
+TEST(ProcessValues, MayBeAskedForByWhatIsReplaced) {
+    const ScopedProcessValues scope;
+    bool hasAsked = false;
+    const auto ask = [&](void*) { hasAsked = Bundle::main() != nullptr; };
+    MainQueue::setMain(std::make_shared<VirtualTimeMainQueue>());
+    MainQueue::main()->soon([asking = std::shared_ptr<void>{nullptr, ask}] {});
+    MainQueue::setMain(nullptr);
+    EXPECT_TRUE(hasAsked);
+}
+
 TEST(ProcessValues, MayBeReplacedWhileOthersAsk) {
     const ScopedProcessValues scope;
     std::vector<std::jthread> threads;

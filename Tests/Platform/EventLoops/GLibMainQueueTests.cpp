@@ -49,6 +49,7 @@ TEST(GLibMainQueue, EndsTheProgramWhereATaskThrows) {
 
 TEST(GLibMainQueue, LeavesTheLoopInPeaceWhenNothingIsDue) {
     GLibLoop loop;
+    loop.queue->after(std::chrono::hours{1}, [] {});
     loop.queue->soon([&] { loop.stop(); });
     loop.run();
     EXPECT_FALSE(g_main_context_pending(nullptr));

@@ -119,6 +119,10 @@ TEST_F(FileKeychain, IsMadeByAnAdditionOnly) {
     EXPECT_EQ(store.update(query, {}), itemNotFound);
     EXPECT_EQ(store.remove(query), itemNotFound);
     EXPECT_TRUE(fs::is_empty(folder.path()));
+    const auto openFiles = [] { return std::distance(fs::directory_iterator{"/dev/fd"}, {}); };
+    const auto before = openFiles();
+    EXPECT_EQ(FileKeychainStore{file}.add(item), success);
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST_F(FileKeychain, OutlivesTheStoreAndSeesWhatBecameOfItsFile) {

@@ -150,6 +150,17 @@ TEST_F(LoggingTest, ASinkThatMakesTheLibraryLogIsNotCalledForThat) {
     EXPECT_THAT(messages_, ElementsAre("textx", "next"));
 }
 
+TEST_F(LoggingTest, ASinkMayWaitForAThreadThatLogs) {
+    Logging::setSink([this](const Logging::Entry& entry) {
+        messages_.emplace_back(entry.message);
+        if (messages_.size() == 1) {
+            std::jthread{[] { write("of the other"); }}.join();
+        }
+    });
+    write("text");
+    EXPECT_THAT(messages_, ElementsAre("text", "of the other"));
+}
+
 TEST_F(LoggingTest, CallsASinkOnceAtATimeWhileItMayBeReplaced) {
     int callsWithoutLock = 0;
     Logging::setSink([&callsWithoutLock](const Logging::Entry&) { ++callsWithoutLock; });

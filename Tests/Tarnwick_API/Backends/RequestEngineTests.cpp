@@ -30,6 +30,21 @@ using ::testing::Ge;
 using ::testing::Le;
 using Testing::ScriptedHttpSession;
 
+/// A host's own, which answers each request twice.
+class AnsweringTwice final : public Platform::HttpSession {
+public:
+    explicit AnsweringTwice(std::shared_ptr<HttpSession> session) : session_{std::move(session)} {}
+    [[nodiscard]] const Platform::HttpHeaders& defaultHeaders() const override { return session_->defaultHeaders(); }
+    [[nodiscard]] bool isReachable(std::string_view url) const override { return session_->isReachable(url); }
+    void send(std::shared_ptr<const Platform::HttpRequest> request, Completion onCompletion) override {
+        session_->send(request, onCompletion);
+        session_->send(request, onCompletion);
+    }
+
+private:
+    std::shared_ptr<HttpSession> session_;
+};
+
 class RequestEngine : public Testing::BackendFixture {
 protected:
     struct Outcome {
@@ -145,6 +160,16 @@ TEST_F(RequestEngine, SucceedsOnALaterAttempt) {
     EXPECT_EQ(outcome.times, 1);
     EXPECT_EQ(outcome.body, "yes");
     EXPECT_EQ(outcome.result.status, 200);
+}
+
+TEST_F(RequestEngine, CountsOneAnswerToEachAttempt) {
+    ApiVersion1::setSessionManager(std::make_shared<AnsweringTwice>(session));
+    session->script({ScriptedHttpSession::failure()});
+    Outcome outcome;
+    send(outcome);
+    queue->runAll();
+    EXPECT_EQ(outcome.times, 1);
+    EXPECT_EQ(queue->pausesAskedFor().size(), 5U);
 }
 
 TEST_F(RequestEngine, TellsObserversBeforeItGoesOn) {
