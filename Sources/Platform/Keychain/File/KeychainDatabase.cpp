@@ -175,6 +175,13 @@ KeychainStatus KeychainDatabase::add(const StoredKeychainItem& item) {
         " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)",
         item.service, item.account, item.label, item.comment, SqliteBlob{item.data},
         SqliteBlob{item.persistentReference}, item.accessibility, item.written);
+    // A damaged page takes what can't be found any more.
+    if (status == KeychainStatus::success) {
+        const auto kept = first({.service = item.service, .account = item.account});
+        if (kept.status != KeychainStatus::success || kept.item.persistentReference != item.persistentReference) {
+            throw SqliteError{SQLITE_CORRUPT, "what has been added is not there"};
+        }
+    }
     connection_.run("COMMIT");
     return status;
 }
