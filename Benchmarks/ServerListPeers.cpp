@@ -1,6 +1,7 @@
 #include "ServerListPeers.hpp"
 
-#include <charconv>
+#include "NumberTexts.hpp"
+
 #include <cstdint>
 #include <optional>
 #include <stdexcept>
@@ -16,21 +17,6 @@ namespace Benchmarks {
 namespace {
 
 using Tarnwick_API::Server;
-
-std::int64_t integerFrom(std::string_view text) {
-    std::int64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc{} || end != text.data() + text.size()) {
-        throw std::runtime_error{"no integer"};
-    }
-    return number;
-}
-
-std::optional<double> realFrom(std::string_view text) {
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc{} && end == text.data() + text.size() ? std::optional{number} : std::nullopt;
-}
 
 /// `text(key)` gives a required text and throws without one; `optionalText(key)` gives none for a missing one or null.
 template <typename Text, typename OptionalText>

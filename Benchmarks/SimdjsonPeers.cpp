@@ -1,11 +1,11 @@
 #include <Records/DateText.hpp>
 
+#include "NumberTexts.hpp"
 #include "ServerListPeers.hpp"
 
 #include <algorithm>
 #include <array>
 #include <bitset>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -21,21 +21,6 @@ namespace {
 
 using Tarnwick_API::Device;
 using Tarnwick_API::Server;
-
-std::int64_t integerFrom(std::string_view text) {
-    std::int64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc{} || end != text.data() + text.size()) {
-        throw std::runtime_error{"no integer"};
-    }
-    return number;
-}
-
-std::optional<double> realFrom(std::string_view text) {
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc{} && end == text.data() + text.size() ? std::optional{number} : std::nullopt;
-}
 
 template <std::size_t count>
 using Names = std::array<std::string_view, count>;

@@ -10,7 +10,7 @@
 namespace TarnwickService {
 namespace {
 
-Answer json(unsigned status, const Json& value) {
+Answer report(unsigned status, const Json& value) {
     Answer answer;
     answer.status = status;
     // Recorded bodies are what clients sent, which need not be UTF-8.
@@ -91,17 +91,17 @@ Answer ControlApi::state() const {
                           {"machine_id", session.machine.id},
                           {"device_type", session.machine.deviceType}});
     }
-    return json(200, {{"api_host", service_.apiHost()},
-                      {"port", service_.port()},
-                      {"counters",
-                       {{"connections", counters.connections},
-                        {"requests", counters.requests},
-                        {"refusals", counters.refusals},
-                        {"last_refusal", counters.lastRefusal},
-                        {"requests_by_path", counters.requestsByPath}}},
-                      {"accounts", accounts},
-                      {"tokens", tokens},
-                      {"pending_faults", service_.faults().pending().size()}});
+    return report(200, {{"api_host", service_.apiHost()},
+                        {"port", service_.port()},
+                        {"counters",
+                         {{"connections", counters.connections},
+                          {"requests", counters.requests},
+                          {"refusals", counters.refusals},
+                          {"last_refusal", counters.lastRefusal},
+                          {"requests_by_path", counters.requestsByPath}}},
+                        {"accounts", accounts},
+                        {"tokens", tokens},
+                        {"pending_faults", service_.faults().pending().size()}});
 }
 
 Answer ControlApi::requests() const {
@@ -114,7 +114,7 @@ Answer ControlApi::requests() const {
         list.push_back(
             {{"method", request.method}, {"target", request.target}, {"headers", headers}, {"body", request.body}});
     }
-    return json(200, list);
+    return report(200, list);
 }
 
 Answer ControlApi::createAccount(std::string_view body) const {
@@ -150,7 +150,7 @@ Answer ControlApi::createAccount(std::string_view body) const {
     for (Machine& machine : machines) {
         service_.accounts().openSession(created->id, std::move(machine));
     }
-    return json(201, {{"id", created->id}, {"username", created->username}});
+    return report(201, {{"id", created->id}, {"username", created->username}});
 }
 
 Answer ControlApi::faults() const {
@@ -166,7 +166,7 @@ Answer ControlApi::faults() const {
     for (const Router::Operation& operation : Router::operations()) {
         requests.push_back({{"method", operation.method}, {"path", operation.pattern()}});
     }
-    return json(200, {{"pending", pending}, {"kinds", kinds}, {"requests", requests}});
+    return report(200, {{"pending", pending}, {"kinds", kinds}, {"requests", requests}});
 }
 
 Answer ControlApi::addFaults(std::string_view body) const {
