@@ -56,8 +56,8 @@ void fuzz(FuzzInput input) {
         require(isFound(cache, key) || !isGood, "a good file is read");
     }
     cache.store("d", entryOf("d"));
-    require(isFound(cache, "d") || (!isGood && cache.takeComplaint()),
-            "what is stored is found, or it is told why not");
+    // Behind a damaged index an entry may be out of reach: the next request is a miss then, and no more.
+    require(isFound(cache, "d") || !isGood, "what is stored in a good file is found");
     if (kind == 1) {
         cache.removeAll();
     }
