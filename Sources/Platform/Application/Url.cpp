@@ -90,7 +90,9 @@ std::optional<Url> Url::fromString(std::string_view text) {
 Url Url::appendingPathComponent(std::string_view component) const {
     const auto pathEnd = endsOfPath.firstIn(text_, parts_.pathBegin);
     const auto path = std::string_view{text_}.substr(parts_.pathBegin, pathEnd - parts_.pathBegin);
-    auto text = text_.substr(0, pathEnd);
+    std::string text;
+    text.reserve(text_.size() + 1 + component.size());
+    text.append(text_, 0, pathEnd);
     if (!path.ends_with('/') && !component.starts_with('/')) {
         text += '/';
     }
@@ -111,10 +113,12 @@ Url Url::appendingQuery(std::string_view query) const {
         return *this;
     }
     const auto fragmentBegin = std::min(text_.find('#'), text_.size());
-    auto text = text_.substr(0, fragmentBegin);
+    std::string text;
+    text.reserve(text_.size() + 1 + query.size());
+    text.append(text_, 0, fragmentBegin);
     text += text.find('?') == std::string::npos ? '?' : '&';
-    text += query;
-    return Url{text.append(text_, fragmentBegin), parts_};
+    text.append(query).append(text_, fragmentBegin);
+    return Url{std::move(text), parts_};
 }
 
 }  // namespace Tarnwick_API::Platform

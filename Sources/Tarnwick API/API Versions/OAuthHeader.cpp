@@ -2,6 +2,8 @@
 
 #include <Platform/Text/Wiping.hpp>
 
+#include <cstddef>
+
 namespace Tarnwick_API {
 
 namespace {
@@ -20,7 +22,10 @@ static_assert(prefix.size() == 83 && tokenOpener.size() == 14 && signatureOpener
 std::string oauthHeader(std::string_view consumerKey, std::string_view consumerSecret,
                         const std::optional<OAuthToken>& token) {
     const bool usable = token && !token->token.empty() && !token->secret.empty();
+    // Where a text grows, its old memory has to be overwritten: most headers fit into this.
+    constexpr std::size_t usualSize = 400;
     Platform::WipingText header;
+    header.reserve(usualSize);
     header.append(prefix).append(consumerKey).append("\"");
     if (usable) {
         header.append(tokenOpener).append(token->token).append(signatureOpenerAfterToken);
