@@ -94,8 +94,11 @@ ApiBase ApiVersion1::apiBase() const {
 void ApiVersion1::sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
                               Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
                               Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) {
-    RequestEngine{&SharedSession::get, shared_from_this(), maxRetries_, retrySpread_, attemptObservers_}.send(
-        url, parameters, encoding, headers, method, retryCount, std::move(onCompletion));
+    requestEngine().send(url, parameters, encoding, headers, method, retryCount, std::move(onCompletion));
+}
+
+RequestEngine ApiVersion1::requestEngine() {
+    return {&SharedSession::get, shared_from_this(), maxRetries_, retrySpread_, attemptObservers_};
 }
 
 std::string ApiVersion1::getOauthHeader() const {

@@ -2,9 +2,10 @@
 #include <Tarnwick_API/Calls/ApiCall.hpp>
 
 #include <Calls/MapMerge.hpp>
-#include <Platform/Text/Wiping.hpp>
 
 #include <utility>
+
+#include "RequestEngine.hpp"
 
 namespace Tarnwick_API {
 
@@ -20,10 +21,8 @@ void ApiVersion1::dispatchCall(const ApiCallV1& call, RequestCompletion onComple
 void ApiVersion1::sendCall(const ApiCallV1& call, const Platform::Parameters& parameters,
                            Platform::ParameterEncoding encoding, Platform::HttpHeaders headers,
                            RequestCompletion onCompletion) {
-    sendRequest(call.url(), parameters, encoding, headers, call.method(), std::move(onCompletion));
-    for (auto& header : headers) {
-        Platform::wipe(header.second);
-    }
+    requestEngine().send(call.url(), parameters, encoding, std::move(headers), call.method(), 0,
+                         std::move(onCompletion));
 }
 
 }  // namespace Tarnwick_API

@@ -208,14 +208,17 @@ RequestEngine::RequestEngine(SessionLookup session, std::shared_ptr<const ApiCom
 }
 
 void RequestEngine::send(const Platform::Url& url, const Platform::Parameters& parameters,
-                         Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
+                         Platform::ParameterEncoding encoding, Platform::HttpHeaders headers,
                          Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) const {
-    auto request = std::make_shared<const Platform::HttpRequest>(
-        Platform::HttpRequest{method, url, parameters, encoding, headers}.withHeader(hostHeader, owner_->apiHost()));
-    const auto chain = std::make_shared<Chain>(*this, url, std::move(request), std::move(onCompletion));
+    SharedRequest shownRequest;
     if (hidesSecrets(Platform::DebugChannel::reader())) {
-        chain->shownRequest = SecretHiding::shownRequest(method, url, parameters, encoding, headers);
+        shownRequest = SecretHiding::shownRequest(method, url, parameters, encoding, headers);
     }
+    auto request = std::make_shared<const Platform::HttpRequest>(
+        Platform::HttpRequest{method, url, parameters, encoding, std::move(headers)}.withHeader(hostHeader,
+                                                                                                owner_->apiHost()));
+    const auto chain = std::make_shared<Chain>(*this, url, std::move(request), std::move(onCompletion));
+    chain->shownRequest = std::move(shownRequest);
     if (const auto reason = chain->stop.reason()) {
         chain->queue()->soon([chain, reason] { chain->completeStopped(*reason); });
         return;

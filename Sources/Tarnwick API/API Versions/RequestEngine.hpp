@@ -30,7 +30,7 @@ public:
 
     /// As `ApiVersion1::sendRequest`.
     void send(const Platform::Url& url, const Platform::Parameters& parameters, Platform::ParameterEncoding encoding,
-              const Platform::HttpHeaders& headers, Platform::HttpMethod method, std::int64_t retryCount,
+              Platform::HttpHeaders headers, Platform::HttpMethod method, std::int64_t retryCount,
               RequestCompletion onCompletion) const;
 
 private:

@@ -19,6 +19,7 @@
 namespace Tarnwick_API {
 
 class ApiCallV1;
+class RequestEngine;
 
 /// The version-1 backend: requests with OAuth 1.0 PLAINTEXT signatures, tried again when a transfer fails.
 ///
@@ -151,7 +152,8 @@ private:
     [[nodiscard]] std::string getOauthHeader() const;
     [[nodiscard]] Platform::HttpHeaders authorization() const;
     [[nodiscard]] Platform::HttpHeaders standardHeaders() const;
-    /// Sends a call with these parameters, and leaves nothing of the headers in memory.
+    [[nodiscard]] RequestEngine requestEngine();
+    /// Sends a call with these parameters; the headers go with the request, which leaves nothing of them in memory.
     void sendCall(const ApiCallV1& call, const Platform::Parameters& parameters, Platform::ParameterEncoding encoding,
                   Platform::HttpHeaders headers, RequestCompletion onCompletion);
 
