@@ -174,6 +174,48 @@ TEST(FakeBackend, RecordsTheArgumentsByTheirNames) {
     EXPECT_EQ(std::tuple(result->status, result->error), std::tuple(0, refused));
 }
 
+TEST(FakeBackend, GivesUpWhatAnyOperationHolds) {
+    const ApiFixture fixture;
+    auto& fake = *fixture.backend;
+    ApiCommunicateable& backend = fake;
+    const auto holdAll = [](auto&... operations) { (operations.hold(), ...); };
+    holdAll(fake.currentUser, fake.login, fake.logout, fake.setToken, fake.getCountries, fake.getServers,
+            fake.getServer, fake.getCandidateServers, fake.updateUser, fake.createUser, fake.getStatus,
+            fake.getAuthToken, fake.getDevices, fake.getDefaultFavorites, fake.sendRequest);
+    const auto caller = std::make_shared<int>();
+    const auto onCompletion = [caller](const auto&...) {};
+    const auto free = caller.use_count();
+    backend.currentUser(onCompletion);
+    backend.login("name", "password", false, onCompletion);
+    backend.logout(onCompletion);
+    backend.setToken("token", "secret", onCompletion);
+    backend.getCountries(1, {}, {}, onCompletion);
+    backend.getServers(1, "DE", {}, {}, onCompletion);
+    backend.getServer(1, onCompletion);
+    backend.getCandidateServers(1, {}, {}, onCompletion);
+    backend.updateUser(UserField::email, "new", onCompletion);
+    backend.createUser("name", "password", onCompletion);
+    backend.getStatus(onCompletion);
+    backend.getAuthToken(onCompletion);
+    backend.getDevices(onCompletion);
+    backend.getDefaultFavorites(1, onCompletion);
+    backend.sendRequest(*Platform::Url::fromString("https://a.test"), {}, Platform::ParameterEncoding::url, {},
+                        Platform::HttpMethod::get, onCompletion);
+    EXPECT_EQ(caller.use_count(), free + 15);
+    fake.dropHeld();
+    EXPECT_EQ(caller.use_count(), free);
+}
+
+TEST(FakeBackend, SaysWhatBecameOfTheKeptToken) {
+    const ApiFixture fixture;
+    fixture.backend->adoptKeptToken = SessionError{SessionError::keychainUnavailable};
+    fixture.backend->forgetToken = Platform::KeychainStatus::notAvailable;
+    fixture.backend->tokenKeeping = Platform::KeychainStatus::notAvailable;
+    EXPECT_EQ(fixture.api->adoptKeptToken(), fixture.backend->adoptKeptToken);
+    EXPECT_EQ(fixture.api->forgetSession(), fixture.backend->forgetToken);
+    EXPECT_EQ(fixture.api->tokenKeeping(), fixture.backend->tokenKeeping);
+}
+
 TEST(FakeBackend, LetsAnswersOvertakeOneAnotherAndFollowTheArguments) {
     const ApiFixture fixture;
     auto& getServer = fixture.backend->getServer;
