@@ -10,6 +10,7 @@
 #include "NumberedItems.hpp"
 #include "PrintKeychainStatus.hpp"
 #include "PrivateKeyring.hpp"
+#include "SecretServiceSteps.hpp"
 
 #include <csignal>
 #include <cstdlib>
@@ -133,7 +134,7 @@ TEST_F(SecretService, TellsADismissedPromptFromOneThatCannotBeShown) {
 
 TEST_F(SecretService, GivesUpOnceWhenThereIsNoAnswer) {
     keyring.startKeyring();
-    constexpr std::chrono::milliseconds little{100};
+    constexpr std::chrono::milliseconds little{400};
     const auto hurried = makeSecretServiceKeychainStore(little);
     ASSERT_EQ(store->add(itemOf("s", 1)), success);
     while (hurried->copyMatching(query, all).status == notAvailable) {
@@ -143,10 +144,12 @@ TEST_F(SecretService, GivesUpOnceWhenThereIsNoAnswer) {
     Logging::setSink([&](const auto& entry) { log << entry.message << '\n'; });
 
     keyring.freezeKeyring();
+    const auto begin = std::chrono::steady_clock::now();
     const auto calls = everyCall(*hurried);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2 * little) << "one wait for a whole chain of calls";
     EXPECT_THAT(calls, Each(notAvailable));
     EXPECT_THAT(hurried->message(notAvailable), ::testing::Optional(HasSubstr("does not answer")));
-    EXPECT_EQ(occurrences(log.str(), "no answer within 100 ms"), 1U) << "one wait for a whole chain of calls";
+    EXPECT_EQ(occurrences(log.str(), "no answer within 400 ms"), 1U);
     EXPECT_EQ(occurrences(log.str(), "has not answered an earlier call yet"), calls.size() - 1);
     keyring.thawKeyring();
     EXPECT_EQ(number(), 1U) << "nothing was sent after the look-up";
@@ -319,6 +322,47 @@ TEST_F(SecretService, BringsNothingBackThatIsChangedWhileItIsRemoved) {
         EXPECT_EQ(store->remove(query), success);
         changing.join();
         ASSERT_EQ(keyring.count("s"), 0) << round;
+    }
+}
+
+// What else happens comes exactly between two steps of a call here, and by chance in the tests above.
+TEST_F(SecretService, TellsWhatHasBecomeOfTheKeyringBetweenTwoSteps) {
+    using enum SecretServiceStep;
+    keyring.startKeyring();
+    const auto other = makeSecretServiceKeychainStore(timeout);
+    const struct {
+        const char* what;
+        bool hasItem;
+        SecretServiceStep before;
+        std::function<void()> happens;
+        std::function<KeychainStatus()> call;
+        KeychainStatus status;
+        int left;
+    } rows[] = {
+        {"an item is replaced while it is removed", true, erase,
+         [&] { EXPECT_EQ(other->update(query, changesOf(1)), success); }, [&] { return store->remove(query); }, success,
+         0},
+        {"an item is removed while it is changed", true, create, [&] { EXPECT_EQ(other->remove(query), success); },
+         [&] { return store->update(query, changesOf(1)); }, itemNotFound, 0},
+        {"another is added before the older one", false, create,
+         [&] { EXPECT_EQ(other->add(itemOf("s", 0)), success); }, [&] { return store->add(itemOf("s", 0)); }, success,
+         1},
+        {"the keyring goes when an item has been added", false, create,
+         [&] { beforeNext(search, [&] { keyring.endKeyring(); }); }, [&] { return store->add(itemOf("s", 0)); },
+         success, 1},
+        {"the keyring is locked", false, search, [&] { keyring.lock(); },
+         [&] { return store->copyMatching(query, {}).status; }, locked, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        static_cast<void>(other->remove(query));
+        if (row.hasItem) {
+            ASSERT_EQ(other->add(itemOf("s", 0)), success);
+        }
+        beforeNext(row.before, row.happens);
+        EXPECT_EQ(row.call(), row.status);
+        keyring.startKeyring();
+        EXPECT_EQ(keyring.count("s"), row.left);
     }
 }
 
