@@ -39,6 +39,7 @@ TEST_F(UrlCacheTest, KeepsWhatWasUsedLastWithinItsCapacities) {
         {"a40 b40 c40", "bc", 80},
         {"a40 b40 ?a c40", "ac", 80},
         {"a40 b40 ?a ?b ?a ?a c40", "ac", 80},
+        {"a40 b40 ?a c20 ?b d40", "bcd", 100},
         {"a40 b40 a40 c40", "ac", 80},
         {"a40 b40 a30", "ab", 70},
         {"a30 b30 c30 d70", "cd", 100},

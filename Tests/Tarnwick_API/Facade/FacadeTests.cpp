@@ -135,6 +135,12 @@ TEST(FacadeDeathTest, NoticesUseByTwoThreadsAtOnce) {
         },
         "used by two threads at once, here for currentUser, there for logout");
 }
+
+TEST(Facade, MayBeUsedByOneThreadAfterAnother) {
+    const auto facade = makeFacade();
+    facade->logout({});
+    std::thread{[&] { facade->logout({}); }}.join();
+}
 #endif
 
 TEST(Facade, ForwardsEnvironmentAndFallbackModeAtOnce) {

@@ -1,10 +1,13 @@
 #include <Tarnwick_API/Facade/TarnwickApi.hpp>
 #include <Tarnwick_API/Operations/DetachedCoroutine.hpp>
+#include <Tarnwick_API/Operations/StoppableScope.hpp>
 
 #include "BackendFixture.hpp"
 
 #include <atomic>
 #include <chrono>
+#include <coroutine>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -40,6 +43,18 @@ using AnyOperation =
     std::variant<Operation<void>, Operation<User>, Operation<std::vector<Country>>, Operation<std::vector<Server>>,
                  Operation<Server>, Operation<Status>, Operation<std::string>, Operation<std::vector<Device>>,
                  Operation<std::vector<FavoriteEntry>>>;
+
+/// A coroutine that its owner destroys, wherever it waits.
+struct OwnedCoroutine {
+    struct promise_type {
+        OwnedCoroutine get_return_object() { return {std::coroutine_handle<promise_type>::from_promise(*this)}; }
+        std::suspend_never initial_suspend() const noexcept { return {}; }
+        std::suspend_always final_suspend() const noexcept { return {}; }
+        void return_void() const noexcept {}
+        void unhandled_exception() const noexcept { std::terminate(); }
+    };
+    std::coroutine_handle<promise_type> handle;
+};
 
 template <typename T>
 DetachedCoroutine awaited(Operation<T> operation, std::vector<std::string>& endings) {
@@ -231,6 +246,36 @@ TEST_F(Operations, WhatAnAnswerStartsIsNotStoppedWithIt) {
     EXPECT_EQ(endings, std::vector<std::string>{"{}"});
 }
 
+TEST_F(Operations, WhatAnAnswerInsideTheCallStartsIsNotStoppedWithItEither) {
+    const StopSource source;
+    const StoppableScope outer{source.token()};
+    { const StoppableScope inner{Platform::StopToken{}}; }
+    EXPECT_TRUE(StoppableScope::current().canStop()) << "a scope ends with the one inside it";
+    session->script({ScriptedHttpSession::answer(200, "{}")});
+    session->reachableTimes = 0;
+    facade->getStatus().stoppedBy(source.token()).start([&](const auto& /*status*/, const auto& /*error*/) {
+        session->reachableTimes = 2;
+        facade->getAuthToken(
+            [&](const auto& token, const auto& /*error*/) { endings.push_back(token.value_or("none")); });
+    });
+    source.stop();
+    queue->runAll();
+    EXPECT_EQ(endings, std::vector<std::string>{"{}"});
+}
+
+TEST_F(Operations, EndOnceThoughABackendAnswersAfterTheStop) {
+    const StopSource source;
+    Completion<Status> answer;
+    Operation<Status>{[&](Completion<Status> onCompletion) { answer = std::move(onCompletion); }}
+        .stoppedBy(source.token())
+        .then([&](const auto& outcome) { endings.push_back(ending(outcome)); });
+    source.stop();
+    queue->runAll();
+    answer(Status{}, std::nullopt);
+    queue->runAll();
+    EXPECT_EQ(endings, std::vector{stopped});
+}
+
 TEST_F(Operations, EndAlsoWhereACompletionIsNotCalled) {
     session->script({ScriptedHttpSession::answer(202, "later")});
     begin(facade->getAuthToken(), 0);
@@ -290,6 +335,12 @@ TEST_F(Operations, ACoroutineThatThrowsOrIsDroppedHarmsNobody) {
     };
     throwing(facade);
     EXPECT_THROW(queue->runAll(), std::runtime_error);
+    const auto destroyed = [this](std::shared_ptr<TarnwickApi> api) -> OwnedCoroutine {
+        endings.push_back(ending(co_await api->getAuthToken()));
+    };
+    destroyed(facade).handle.destroy();
+    queue->runAll();
+    EXPECT_TRUE(endings.empty());
 }
 
 #ifdef __cpp_lib_jthread

@@ -110,12 +110,15 @@ TEST(LenientReading, OfNumbersAndFlags) {
         EXPECT_EQ(decodeBool(object, "K"), none);
         EXPECT_EQ(decodeDouble(object, "K"), none);
     }
-    const JsonDocument document{R"({"nan":"NaN","minus":"-0"})"};
+    const JsonDocument document{R"({"nan":"NaN","minus":"-0","zero":"0x0","tiny":"1e-400"})"};
     const auto object = document.root().require<JsonObject>();
     EXPECT_TRUE(std::isnan(decodeDouble(object, "nan").value()));
     EXPECT_TRUE(std::signbit(decodeDouble(object, "minus").value()));
+    errno = ERANGE;
+    EXPECT_EQ(decodeDouble(object, "zero"), 0.0);
+    EXPECT_EQ(errno, ERANGE);
     errno = EDOM;
-    EXPECT_EQ(decodeDouble(object, "nan").has_value(), true);
+    EXPECT_EQ(decodeDouble(object, "tiny"), none);
     EXPECT_EQ(errno, EDOM);
 }
 
