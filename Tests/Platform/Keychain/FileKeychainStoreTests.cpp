@@ -362,25 +362,28 @@ TEST_F(FileKeychain, SaysThatTheFileSystemIsFullOrReadOnly) {
 
 TEST_F(FileKeychain, GivesUpOnALockThatStays) {
     FileKeychainStore store{file, std::chrono::milliseconds{1}};
-    ASSERT_EQ(store.add(item), success);
     sqlite3* opened = nullptr;
+    ASSERT_EQ(store.add(item), success);
     ASSERT_EQ(sqlite3_open(file.c_str(), &opened), SQLITE_OK);
     const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> other{opened, &sqlite3_close};
-    ASSERT_EQ(sqlite3_exec(opened, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
-    int waits = 0;
-    int refusals = 0;
-    Logging::setSink([&](const auto& entry) {
-        EXPECT_EQ(store.copyMatching({}, {}).status, KeychainStatus::notAvailable) << "and doesn't wait for itself";
-        waits += entry.message.find("given up after 1 ms") == std::string::npos ? 0 : 1;
-        refusals += entry.message.find("still locked") == std::string::npos ? 0 : 1;
-    });
-    EXPECT_THAT(everyCall(store), ::testing::Each(KeychainStatus::notAvailable));
-    Logging::setSink({});
-    EXPECT_EQ(waits, 1);
-    EXPECT_EQ(refusals, 3);
-    EXPECT_THAT(store.message(KeychainStatus::notAvailable), ::testing::Optional(::testing::HasSubstr("locked")));
-    ASSERT_EQ(sqlite3_exec(opened, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
-    EXPECT_THAT(everyCall(store), ::testing::Each(success));
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_EQ(sqlite3_exec(opened, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+        int waits = 0;
+        int refusals = 0;
+        Logging::setSink([&](const auto& entry) {
+            EXPECT_EQ(store.copyMatching({}, {}).status, KeychainStatus::notAvailable) << "and doesn't wait for itself";
+            waits += entry.message.find("given up after 1 ms") == std::string::npos ? 0 : 1;
+            refusals += entry.message.find("still locked") == std::string::npos ? 0 : 1;
+        });
+        EXPECT_THAT(everyCall(store), ::testing::Each(KeychainStatus::notAvailable));
+        Logging::setSink({});
+        EXPECT_EQ(waits, 1) << "a lock is waited for again once the file has been free";
+        EXPECT_EQ(refusals, 3);
+        EXPECT_THAT(store.message(KeychainStatus::notAvailable), ::testing::Optional(::testing::HasSubstr("locked")));
+        ASSERT_EQ(sqlite3_exec(opened, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+        EXPECT_THAT(everyCall(store), ::testing::Each(success));
+        ASSERT_EQ(store.add(item), success);
+    }
 }
 
 }  // namespace
