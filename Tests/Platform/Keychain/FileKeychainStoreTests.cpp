@@ -1,5 +1,7 @@
 // What lies on the disk, and what becomes of it when the disk, the rights or the file are not as they should be.
 
+#include <Tarnwick_API/Platform/Application/ScopedProcessValues.hpp>
+#include <Tarnwick_API/Platform/Application/WallClock.hpp>
 #include <Tarnwick_API/Platform/Logging/Logging.hpp>
 
 #include "ChildProcess.hpp"
@@ -358,6 +360,16 @@ TEST_F(FileKeychain, SaysThatTheFileSystemIsFullOrReadOnly) {
     constexpr auto denied = KeychainStatus::writePermission;
     EXPECT_EQ(readOnly, (Statuses{success, denied, denied, denied}));
     EXPECT_EQ(state, denied);
+}
+
+TEST_F(FileKeychain, TakesTheLastWriteForTheLastThoughTheClockGoesBack) {
+    const ScopedProcessValues scope;
+    FileKeychainStore store{file, std::chrono::seconds{1}};
+    WallClock::setSource([] { return WallTime{std::chrono::seconds{2}}; });
+    ASSERT_EQ(store.add(item), success);
+    WallClock::setSource([] { return WallTime{std::chrono::seconds{1}}; });
+    ASSERT_EQ(store.update(query, {.data = "new"}), success);
+    runSql(file, "CREATE TEMP TABLE later (holds CHECK (holds)); INSERT INTO later SELECT written > 2000000 FROM item");
 }
 
 TEST_F(FileKeychain, GivesUpOnALockThatStays) {
