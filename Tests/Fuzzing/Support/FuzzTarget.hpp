@@ -52,6 +52,7 @@ inline void require(bool holds, const char* property) {
 /// What each target does with an input.
 void fuzz(FuzzInput input);
 
+// NOLINTNEXTLINE(misc-definitions-in-headers): a target is one file, which includes this once
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz(FuzzInput{{reinterpret_cast<const char*>(data), size}});
     return 0;
