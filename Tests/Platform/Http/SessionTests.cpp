@@ -137,6 +137,7 @@ TEST_F(Session, LeavesTheConnectionsOfAChangedNetwork) {
                   row.lost);
         EXPECT_EQ(std::count_if(answers.begin(), answers.end(), [](const auto& answer) { return !answer.error; }),
                   3 - row.lost);
+        EXPECT_TRUE(scripted.waitForClosed(2)) << "what is not used again stays open";
     }
 }
 

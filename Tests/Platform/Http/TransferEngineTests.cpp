@@ -110,6 +110,19 @@ TEST_F(Engine, EndsWhatMakesNoProgress) {
     }
 }
 
+TEST_F(Engine, GivesOneGraceToSeveralNoticesOfAChange) {
+    server.answer({"", Then::hold});
+    begin(request(server.url()));
+    ASSERT_TRUE(runUntilRequests(1));
+    engine.networkChanged();
+    const auto grace = engine.timeToWait(1h);
+    pass(100ms);
+    engine.networkChanged();
+    pass(grace - 100ms);
+    ASSERT_EQ(results.size(), 1U);
+    EXPECT_EQ(errorName(results[0].answer), "connectionLost");
+}
+
 TEST_F(Engine, EndsAHandshakeThatMakesNoProgress) {
     server.answer({"", Then::hold});
     begin(request("https://" + server.authority()));
