@@ -33,7 +33,6 @@ void logFailure(const HttpAnswer& answer) {
 /// Hands an answer to who asked for it, on the main queue.
 struct Delivery {
     std::shared_ptr<MainQueue> queue;
-    std::shared_ptr<const HttpRequest> request;
     HttpSession::Completion completion;
 
     void operator()(TransportResult result) {
@@ -44,7 +43,6 @@ struct Delivery {
             HttpSession::Completion completion;
             HttpAnswer answer;
         };
-        result.answer.request = std::move(request);
         // A host's queue may copy its tasks, and an answer is too great for that: so it is shared.
         auto call = std::make_shared<Call>(Call{std::move(completion), std::move(result.answer)});
         // The library's own thread must not end in what a host's queue throws. There is no other way to the main
@@ -122,10 +120,12 @@ public:
 
     void sendStoppable(std::shared_ptr<const HttpRequest> request, Completion onCompletion,
                        const StopToken& stop) override {
-        Delivery deliver{MainQueue::main(), request, std::move(onCompletion)};
+        Delivery deliver{MainQueue::main(), std::move(onCompletion)};
         const auto& fault = request->encodingError() ? request->encodingError() : fault_;
         if (fault) {
-            deliver({failedAnswer({HttpError::Kind::encoding, *fault})});
+            auto answer = failedAnswer({HttpError::Kind::encoding, *fault});
+            answer.request = std::move(request);
+            deliver({std::move(answer)});
         } else {
             transport_->transfer(std::move(request), std::move(deliver), stop);
         }

@@ -1,15 +1,15 @@
 #pragma once
 
+#include <Tarnwick_API/Platform/Concurrency/MoveOnlyFunction.hpp>
 #include <Tarnwick_API/Platform/Http/HttpSession.hpp>
 
-#include <functional>
 #include <memory>
 
 namespace Tarnwick_API::Platform {
 
 /// What came of a request.
 struct TransportResult {
-    /// Without its request, which whoever asked has.
+    /// Its request is the one that was asked for.
     HttpAnswer answer;
     /// The answer is that of another URL, to which the request's own redirected.
     bool isRedirected = false;
@@ -20,7 +20,7 @@ struct TransportResult {
 /// Brings requests to their answers. Dropped, it cancels what it has under way.
 class Transport {
 public:
-    using OnAnswer = std::function<void(TransportResult)>;
+    using OnAnswer = MoveOnlyFunction<void(TransportResult)>;
 
     Transport() = default;
     Transport(const Transport&) = delete;
@@ -29,8 +29,7 @@ public:
 
     /// Starts `request` and returns at once. `onAnswer` is called exactly once, on a thread of the transport's that it
     /// must not hold up, or inside this call when nothing can be started; only the end of the process leaves it
-    /// uncalled. It is moved to where it is called, never copied. Once `stop` stops, the request is given up, and
-    /// answered as cancelled. Thread: any.
+    /// uncalled. Once `stop` stops, the request is given up, and answered as cancelled. Thread: any.
     virtual void transfer(std::shared_ptr<const HttpRequest> request, OnAnswer onAnswer, StopToken stop) = 0;
 
     /// See `HttpSession::networkChanged`. Thread: any.

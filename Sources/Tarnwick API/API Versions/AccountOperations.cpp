@@ -4,6 +4,7 @@
 #include <Tarnwick_API/Storage/Keychain.hpp>
 
 #include <Calls/DeliverCompletion.hpp>
+#include <Platform/Http/Requests/RequestHeaders.hpp>
 #include <Platform/Text/Utf8.hpp>
 #include <Platform/Text/Wiping.hpp>
 
@@ -37,7 +38,7 @@ std::optional<ApiError> loginErrorFrom(std::optional<ApiError> error) {
 
 void ApiVersion1::login(const std::string& username, const std::string& password, bool qvImport,
                         Completion<void> onCompletion) {
-    const Operation operation{"login(username:password:qvImport:onCompletion:)"};
+    static constexpr Operation operation{"login(username:password:qvImport:onCompletion:)"};
     const LoginCallV1 call{apiBase(), qvImport};
     Platform::Parameters parameters{
         {"x_auth_machinename", Platform::HostName::localized().value_or(unnamedMachine)},
@@ -49,9 +50,9 @@ void ApiVersion1::login(const std::string& username, const std::string& password
     if (auto callParameters = call.parameters()) {
         parameters.merge(*callParameters);
     }
-    sendCall(call, parameters, Platform::ParameterEncoding::json, standardHeaders(),
-             [self = shared_from_this(), operation, onCompletion = std::move(onCompletion)](
-                 std::optional<Platform::Bytes> body, ApiResult result) {
+    sendCall(call, parameters, Platform::ParameterEncoding::json, standardHeaders()->fields(),
+             [self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body,
+                                                                                 ApiResult result) {
                  if (result.status == migrationRequired) {
                      deliver(onCompletion, LoginError{LoginError::qvUserMigrationRequired});
                      return;
@@ -124,8 +125,9 @@ void ApiVersion1::setToken(const std::string& token, const std::string& secret, 
 }
 
 void ApiVersion1::currentUser(Completion<User> onCompletion) {
-    dispatchCall(UserCallV1{apiBase()}, decodingCompletion<UserCallV1::Answer>(
-                                            "currentUser(onCompletion:)", decodeRecord<User>, std::move(onCompletion)));
+    static constexpr Operation operation{"currentUser(onCompletion:)"};
+    dispatchCall(UserCallV1{apiBase()},
+                 decodingCompletion<UserCallV1::Answer>(operation, decodeRecord<User>, std::move(onCompletion)));
 }
 
 void ApiVersion1::updateUser(UserField field, const std::string& newValue, Completion<void> onCompletion) {

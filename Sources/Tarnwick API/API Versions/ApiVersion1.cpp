@@ -6,6 +6,7 @@
 
 #include "BuildConstants.hpp"
 #include "OAuthHeader.hpp"
+#include "PreparedRequest.hpp"
 #include "RequestEngine.hpp"
 #include "SharedSession.hpp"
 
@@ -36,14 +37,27 @@ ApiVersion1::ApiVersion1(Key /*unused*/, std::optional<std::string> consumerKey,
       uuid_{uuid},
       apiUrl_{std::move(apiUrl)},
       keychainTokenService_{std::move(keychainService)},
-      environment_{environment} {
+      environment_{environment},
+      lastRequest_{std::make_unique<LastRequest>()} {
+    setUpEngine();
 }
 
 ApiVersion1::~ApiVersion1() {
     setOauthToken(std::nullopt);
 }
 
+void ApiVersion1::setConsumerKey(std::string consumerKey) {
+    consumerKey_ = std::move(consumerKey);
+    forgetCredentials();
+}
+
+void ApiVersion1::setConsumerSecret(std::string consumerSecret) {
+    consumerSecret_ = std::move(consumerSecret);
+    forgetCredentials();
+}
+
 void ApiVersion1::setOauthToken(std::optional<OAuthToken> token) {
+    forgetCredentials();
     oauthToken_.swap(token);
     if (token) {
         Platform::wipe(token->token);
@@ -85,6 +99,16 @@ std::string ApiVersion1::fallbackIp() const {
 
 void ApiVersion1::setRetrySpread(RetrySpread spread) {
     retrySpread_ = spread.share > 0 ? std::make_shared<const RetrySpread>(std::move(spread)) : nullptr;
+    setUpEngine();
+}
+
+void ApiVersion1::setAttemptObservers(std::shared_ptr<const AttemptObservers> observers) {
+    attemptObservers_ = std::move(observers);
+    setUpEngine();
+}
+
+void ApiVersion1::setUpEngine() {
+    engine_ = std::make_shared<const RequestEngine>(&SharedSession::get, maxRetries_, retrySpread_, attemptObservers_);
 }
 
 ApiBase ApiVersion1::apiBase() const {
@@ -94,11 +118,8 @@ ApiBase ApiVersion1::apiBase() const {
 void ApiVersion1::sendRequest(const Platform::Url& url, const Platform::Parameters& parameters,
                               Platform::ParameterEncoding encoding, const Platform::HttpHeaders& headers,
                               Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) {
-    requestEngine().send(url, parameters, encoding, headers, method, retryCount, std::move(onCompletion));
-}
-
-RequestEngine ApiVersion1::requestEngine() {
-    return {&SharedSession::get, shared_from_this(), maxRetries_, retrySpread_, attemptObservers_};
+    engine_->send(shared_from_this(), prepareRequest(method, url, parameters, encoding, headers, apiHost()), retryCount,
+                  std::move(onCompletion));
 }
 
 std::string ApiVersion1::getOauthHeader() const {
@@ -111,11 +132,21 @@ Platform::HttpHeaders ApiVersion1::authorization() const {
     return headers;
 }
 
-Platform::HttpHeaders ApiVersion1::standardHeaders() const {
-    auto headers = authorization();
-    headers.emplace("Content-Type", "application/json");
-    headers.emplace("Accept", "application/json");
-    return headers;
+const std::shared_ptr<const Platform::RequestHeaders>& ApiVersion1::standardHeaders() {
+    const auto& host = apiUrl_.hostname(environment_);
+    if (!standardHeaders_ || standardHeaders_->fields().at("Host") != host) {
+        auto headers = authorization();
+        headers.emplace("Content-Type", "application/json");
+        headers.emplace("Accept", "application/json");
+        headers.emplace("Host", host);
+        standardHeaders_ = std::make_shared<const Platform::RequestHeaders>(std::move(headers));
+    }
+    return standardHeaders_;
+}
+
+void ApiVersion1::forgetCredentials() noexcept {
+    standardHeaders_ = nullptr;
+    *lastRequest_ = {};
 }
 
 }  // namespace Tarnwick_API

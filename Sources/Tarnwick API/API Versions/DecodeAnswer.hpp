@@ -16,8 +16,8 @@ namespace Tarnwick_API {
 
 /// An operation and where it stands, for the log.
 struct Operation {
-    // NOLINTNEXTLINE(google-explicit-constructor): its name is all that a caller says
-    Operation(const char* operationName, const char* itsFile = __builtin_FILE(), int itsLine = __builtin_LINE())
+    constexpr explicit Operation(const char* operationName, const char* itsFile = __builtin_FILE(),
+                                 int itsLine = __builtin_LINE())
         : name{operationName}, file{itsFile}, line{itsLine} {}
 
     const char* name;
@@ -43,15 +43,15 @@ template <typename Answer, typename Decode>
 }
 
 /// A request completion that completes with what `decode` makes of the body, or with the request's error, which is none
-/// when only the decoding failed.
+/// when only the decoding failed. `operation` must live as long as the program.
 template <typename Answer, typename Decode>
-[[nodiscard]] RequestCompletion decodingCompletion(Operation operation, Decode decode,
+[[nodiscard]] RequestCompletion decodingCompletion(const Operation& operation, Decode decode,
                                                    Completion<Answer> onCompletion) {
-    return [operation, decode = std::move(decode), onCompletion = std::move(onCompletion)](
+    return [operation = &operation, decode = std::move(decode), onCompletion = std::move(onCompletion)](
                std::optional<Platform::Bytes> body, ApiResult result) {
         std::optional<Answer> answer;
         if (body && !result.error) {
-            answer = decodedOrLogged<Answer>(operation, decode, *body);
+            answer = decodedOrLogged<Answer>(*operation, decode, *body);
             body.reset();
         }
         deliver(onCompletion, std::move(answer), std::move(result.error));

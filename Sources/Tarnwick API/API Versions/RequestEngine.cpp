@@ -41,7 +41,7 @@ SharedRequest naming(const SharedRequest& request, const std::string& host) {
 }
 
 bool hidesSecrets(const Platform::DebugChannel::Reader& reader) noexcept {
-    return reader && reader.secrets() == Platform::Logging::Secrets::hidden;
+    return reader.secrets() == Platform::Logging::Secrets::hidden;
 }
 
 /// `shown`: the same request as a log may show it that hides secrets; none when there was no such log.
@@ -139,26 +139,31 @@ std::optional<Ending> classify(std::int64_t status, std::optional<Platform::Byte
 
 /// What every attempt of one request repeats, and whether it has ended.
 struct RequestEngine::Chain {
-    Chain(RequestEngine itsEngine, Platform::Url itsUrl, SharedRequest itsRequest, RequestCompletion itsCompletion)
+    Chain(std::shared_ptr<const RequestEngine> itsEngine, std::shared_ptr<const ApiCommunicateable> itsOwner,
+          std::shared_ptr<const PreparedRequest> whatItSends, RequestCompletion itsCompletion)
         : engine{std::move(itsEngine)},
-          url{std::move(itsUrl)},
-          request{std::move(itsRequest)},
+          owner{std::move(itsOwner)},
+          prepared{std::move(whatItSends)},
           onCompletion{std::move(itsCompletion)} {}
 
-    RequestEngine engine;
-    Platform::Url url;
-    SharedRequest request;
-    /// See `logRequest`.
-    SharedRequest shownRequest;
+    std::shared_ptr<const RequestEngine> engine;
+    std::shared_ptr<const ApiCommunicateable> owner;
+    std::shared_ptr<const PreparedRequest> prepared;
     RequestCompletion onCompletion;
     /// Not kept alive: the queue's tasks keep the chain.
     std::weak_ptr<Platform::MainQueue> firstQueue = Platform::MainQueue::main();
-    Platform::StopToken stop = StoppableScope::take();
-    Platform::StopToken::Registration endOnStop;
+    struct Stop {
+        Platform::StopToken token;
+        Platform::StopToken::Registration endOnStop = {};
+    };
+    /// None when nothing can stop it.
+    std::unique_ptr<Stop> stop;
     std::atomic<bool> hasEnded = false;
     /// The attempt whose answer counts: a host's session may throw and answer, or answer twice.
     std::atomic<std::int64_t> awaitedRetry = noRetry;
     static constexpr std::int64_t noRetry = -1;
+
+    [[nodiscard]] bool isStopped() const { return stop && stop->token.isStopped(); }
 
     [[nodiscard]] bool isAnswered(std::int64_t retryCount) noexcept {
         return !awaitedRetry.compare_exchange_strong(retryCount, noRetry);
@@ -171,13 +176,13 @@ struct RequestEngine::Chain {
     }
 
     [[nodiscard]] bool isObserved() const noexcept {
-        return engine.observers_ != nullptr && !engine.observers_->isEmpty();
+        return engine->observers_ != nullptr && !engine->observers_->isEmpty();
     }
 
     /// Gives what an observer throws, so that the chain goes on first.
     [[nodiscard]] std::exception_ptr tell(const RequestAttempt& attempt, AttemptObservers::Teller teller) const {
         try {
-            engine.observers_->tell(attempt, teller);
+            engine->observers_->tell(attempt, teller);
         } catch (...) {
             return std::current_exception();
         }
@@ -186,7 +191,9 @@ struct RequestEngine::Chain {
 
     void complete(std::optional<Platform::Bytes> body, ApiResult result) {
         if (!hasEnded.exchange(true)) {
-            endOnStop = {};
+            if (stop) {
+                stop->endOnStop = {};
+            }
             deliver(std::exchange(onCompletion, {}), std::move(body), std::move(result));
         }
     }
@@ -197,46 +204,39 @@ struct RequestEngine::Chain {
     }
 };
 
-RequestEngine::RequestEngine(SessionLookup session, std::shared_ptr<const ApiCommunicateable> owner,
-                             std::int64_t maxRetries, std::shared_ptr<const RetrySpread> retrySpread,
+RequestEngine::RequestEngine(SessionLookup session, std::int64_t maxRetries,
+                             std::shared_ptr<const RetrySpread> retrySpread,
                              std::shared_ptr<const AttemptObservers> observers)
     : session_{std::move(session)},
-      owner_{std::move(owner)},
       maxRetries_{maxRetries},
       retrySpread_{std::move(retrySpread)},
       observers_{std::move(observers)} {
 }
 
-void RequestEngine::send(const Platform::Url& url, const Platform::Parameters& parameters,
-                         Platform::ParameterEncoding encoding, Platform::HttpHeaders headers,
-                         Platform::HttpMethod method, std::int64_t retryCount, RequestCompletion onCompletion) const {
-    SharedRequest shownRequest;
-    if (hidesSecrets(Platform::DebugChannel::reader())) {
-        shownRequest = SecretHiding::shownRequest(method, url, parameters, encoding, headers);
-    }
-    auto request = std::make_shared<const Platform::HttpRequest>(
-        Platform::HttpRequest{method, url, parameters, encoding, std::move(headers)}.withHeader(hostHeader,
-                                                                                                owner_->apiHost()));
-    const auto chain = std::make_shared<Chain>(*this, url, std::move(request), std::move(onCompletion));
-    chain->shownRequest = std::move(shownRequest);
-    if (const auto reason = chain->stop.reason()) {
-        chain->queue()->soon([chain, reason] { chain->completeStopped(*reason); });
-        return;
-    }
-    chain->endOnStop = chain->stop.onStop([weak = std::weak_ptr{chain}](Platform::StopReason reason) {
-        if (const auto stopped = weak.lock()) {
-            stopped->queue()->soon([stopped, reason] { stopped->completeStopped(reason); });
+void RequestEngine::send(std::shared_ptr<const ApiCommunicateable> owner,
+                         std::shared_ptr<const PreparedRequest> request, std::int64_t retryCount,
+                         RequestCompletion onCompletion) const {
+    const auto chain =
+        std::make_shared<Chain>(shared_from_this(), std::move(owner), std::move(request), std::move(onCompletion));
+    if (auto token = StoppableScope::take(); token.canStop()) {
+        if (const auto reason = token.reason()) {
+            chain->queue()->soon([chain, reason] { chain->completeStopped(*reason); });
+            return;
         }
-    });
+        chain->stop = std::make_unique<Chain::Stop>(Chain::Stop{std::move(token)});
+        chain->stop->endOnStop = chain->stop->token.onStop([weak = std::weak_ptr{chain}](Platform::StopReason reason) {
+            if (const auto stopped = weak.lock()) {
+                stopped->queue()->soon([stopped, reason] { stopped->completeStopped(reason); });
+            }
+        });
+    }
     attempt(chain, retryCount, AttemptObservers::Teller::caller);
 }
 
 void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, AttemptObservers::Teller teller) {
-    if (chain->stop.isStopped()) {
+    if (chain->isStopped()) {
         return;
     }
-    using Kind = Platform::HttpError::Kind;
-    Platform::HttpError error{Kind::cannotConnect, "this computer has no network route to the service"};
     bool mayTryAgain = false;
     chain->awaitedRetry = retryCount;
     try {
@@ -248,16 +248,19 @@ void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, A
             return;
         }
         Platform::DebugChannel::writeException("The host's session has failed", function);
-        error = {Kind::other, "the host's session has thrown an exception"};
         mayTryAgain = true;
     }
     std::exception_ptr thrown;
     if (chain->isObserved()) {
-        thrown = chain->tell({.host = std::string{chain->url.host()},
-                              .number = retryCount + 1,
-                              .failure = std::move(error),
-                              .anotherFollows = mayTryAgain && retryCount < chain->engine.maxRetries_},
-                             teller);
+        using Error = Platform::HttpError;
+        using Kind = Error::Kind;
+        thrown = chain->tell(
+            {.host = std::string{chain->prepared->url.host()},
+             .number = retryCount + 1,
+             .failure = mayTryAgain ? Error{Kind::other, "the host's session has thrown an exception"}
+                                    : Error{Kind::cannotConnect, "this computer has no network route to the service"},
+             .anotherFollows = mayTryAgain && retryCount < chain->engine->maxRetries_},
+            teller);
     }
     if (mayTryAgain) {
         retryOrGiveUp(chain, retryCount);
@@ -268,11 +271,11 @@ void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, A
 }
 
 bool RequestEngine::start(const SharedChain& chain, std::int64_t retryCount) {
-    const auto session = chain->engine.session_();
-    if (!session->isReachable(chain->url.absoluteString())) {
+    const auto session = chain->engine->session_();
+    if (!session->isReachable(chain->prepared->url.absoluteString())) {
         return false;
     }
-    const auto request = naming(chain->request, chain->engine.owner_->apiHost());
+    const auto request = naming({chain->prepared, &chain->prepared->request}, chain->owner->apiHost());
     auto onAnswer = [chain, retryCount](Platform::HttpAnswer answer) {
         if (chain->isAnswered(retryCount)) {
             return;
@@ -286,26 +289,26 @@ bool RequestEngine::start(const SharedChain& chain, std::int64_t retryCount) {
         const auto shared = std::make_shared<Platform::HttpAnswer>(std::move(answer));
         queue->soon([chain, retryCount, shared] { receive(chain, retryCount, std::move(*shared)); });
     };
-    if (chain->stop.canStop()) {
-        session->sendStoppable(request, std::move(onAnswer), chain->stop);
+    if (chain->stop) {
+        session->sendStoppable(request, std::move(onAnswer), chain->stop->token);
     } else {
         session->send(request, std::move(onAnswer));
     }
-    logRequest(request, chain->shownRequest, session->defaultHeaders());
+    logRequest(request, chain->prepared->shown, session->defaultHeaders());
     return true;
 }
 
-void RequestEngine::receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer) {
-    if (chain->stop.isStopped()) {
+void RequestEngine::receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer&& answer) {
+    if (chain->isStopped()) {
         return;
     }
-    logAnswer(answer, chain->engine.owner_->useFallbackIp());
+    logAnswer(answer, chain->owner->useFallbackIp());
     std::exception_ptr thrown;
     if (chain->isObserved()) {
-        thrown = chain->tell({.host = std::string{chain->url.host()},
+        thrown = chain->tell({.host = std::string{chain->prepared->url.host()},
                               .number = retryCount + 1,
                               .failure = failure(answer),
-                              .anotherFollows = hasFailed(answer) && retryCount < chain->engine.maxRetries_,
+                              .anotherFollows = hasFailed(answer) && retryCount < chain->engine->maxRetries_,
                               .source = answer.source},
                              AttemptObservers::Teller::mainQueue);
     }
@@ -313,7 +316,7 @@ void RequestEngine::receive(const SharedChain& chain, std::int64_t retryCount, P
     rethrow(thrown);
 }
 
-void RequestEngine::goOn(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer) {
+void RequestEngine::goOn(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer&& answer) {
     if (hasFailed(answer)) {
         retryOrGiveUp(chain, retryCount);
         return;
@@ -327,12 +330,12 @@ void RequestEngine::goOn(const SharedChain& chain, std::int64_t retryCount, Plat
 }
 
 void RequestEngine::retryOrGiveUp(const SharedChain& chain, std::int64_t retryCount) {
-    if (retryCount >= chain->engine.maxRetries_) {
+    if (retryCount >= chain->engine->maxRetries_) {
         chain->completeNotReachable();
         return;
     }
     try {
-        chain->queue()->after(pauseBeforeRetry(retryCount, chain->engine.retrySpread_.get()), [chain, retryCount] {
+        chain->queue()->after(pauseBeforeRetry(retryCount, chain->engine->retrySpread_.get()), [chain, retryCount] {
             attempt(chain, retryCount + 1, AttemptObservers::Teller::mainQueue);
         });
     } catch (...) {

@@ -10,6 +10,8 @@
 #include <functional>
 #include <memory>
 
+#include "PreparedRequest.hpp"
+
 namespace Tarnwick_API {
 
 /// Sends requests for a backend: asks whether the service can be reached, names the API host, writes the exchange to
@@ -20,18 +22,17 @@ namespace Tarnwick_API {
 /// chain, which keeps the backend alive until it has ended: with an answer, when its attempts are used up, or when the
 /// token of the `StoppableScope` in which it began stops. An attempt for which a host's session throws has failed, as
 /// one whose transfer fails.
-class RequestEngine {
+class RequestEngine : public std::enable_shared_from_this<RequestEngine> {
 public:
     using SessionLookup = std::function<std::shared_ptr<Platform::HttpSession>()>;
 
     /// `retrySpread`, `observers`: may be none.
-    RequestEngine(SessionLookup session, std::shared_ptr<const ApiCommunicateable> owner, std::int64_t maxRetries,
-                  std::shared_ptr<const RetrySpread> retrySpread, std::shared_ptr<const AttemptObservers> observers);
+    RequestEngine(SessionLookup session, std::int64_t maxRetries, std::shared_ptr<const RetrySpread> retrySpread,
+                  std::shared_ptr<const AttemptObservers> observers);
 
-    /// As `ApiVersion1::sendRequest`.
-    void send(const Platform::Url& url, const Platform::Parameters& parameters, Platform::ParameterEncoding encoding,
-              Platform::HttpHeaders headers, Platform::HttpMethod method, std::int64_t retryCount,
-              RequestCompletion onCompletion) const;
+    /// Sends `request` for `owner`; further as `ApiVersion1::sendRequest`.
+    void send(std::shared_ptr<const ApiCommunicateable> owner, std::shared_ptr<const PreparedRequest> request,
+              std::int64_t retryCount, RequestCompletion onCompletion) const;
 
 private:
     struct Chain;
@@ -40,12 +41,11 @@ private:
     static void attempt(const SharedChain& chain, std::int64_t retryCount, AttemptObservers::Teller teller);
     /// False when the session says that the target can't be reached.
     static bool start(const SharedChain& chain, std::int64_t retryCount);
-    static void receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer);
-    static void goOn(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer answer);
+    static void receive(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer&& answer);
+    static void goOn(const SharedChain& chain, std::int64_t retryCount, Platform::HttpAnswer&& answer);
     static void retryOrGiveUp(const SharedChain& chain, std::int64_t retryCount);
 
     SessionLookup session_;
-    std::shared_ptr<const ApiCommunicateable> owner_;
     std::int64_t maxRetries_;
     std::shared_ptr<const RetrySpread> retrySpread_;
     std::shared_ptr<const AttemptObservers> observers_;

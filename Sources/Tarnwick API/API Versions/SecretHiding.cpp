@@ -1,5 +1,6 @@
 #include "SecretHiding.hpp"
 
+#include <Platform/Logging/DebugChannel.hpp>
 #include <Platform/Text/AsciiCharacters.hpp>
 #include <Platform/Text/AsciiText.hpp>
 
@@ -78,6 +79,11 @@ void appendQuery(std::string& output, std::string_view query) {
 }
 
 }  // namespace
+
+bool isWanted() noexcept {
+    const auto reader = Platform::DebugChannel::reader();
+    return reader && reader.secrets() == Platform::Logging::Secrets::hidden;
+}
 
 Platform::HttpHeaders shown(Platform::HttpHeaders headers) {
     for (auto& [name, value] : headers) {

@@ -14,6 +14,9 @@ namespace Tarnwick_API {
 /// decides otherwise, and so is whatever an application sends of its own.
 namespace SecretHiding {
 
+/// Whether there is a log, and it hides secrets.
+[[nodiscard]] bool isWanted() noexcept;
+
 [[nodiscard]] Platform::HttpHeaders shown(Platform::HttpHeaders headers);
 [[nodiscard]] Platform::Parameters shown(Platform::Parameters parameters);
 /// Without user information and fragment.

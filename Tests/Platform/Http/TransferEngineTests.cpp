@@ -28,7 +28,7 @@ protected:
             group = std::make_shared<TransferGroup>(std::make_shared<const HttpSessionConfiguration>(configuration));
         }
         engine.start({group, std::move(sent), [this](TransportResult result) { results.push_back(std::move(result)); },
-                      stop.token()});
+                      std::make_unique<ExchangeStop>(ExchangeStop{stop.token()})});
     }
 
     /// Runs the engine until `done`; false when it is not in a time that no busy machine takes.

@@ -18,7 +18,12 @@
 
 namespace Tarnwick_API {
 
+namespace Platform {
+class RequestHeaders;
+}
+
 class ApiCallV1;
+class LastRequest;
 class RequestEngine;
 
 /// The version-1 backend: requests with OAuth 1.0 PLAINTEXT signatures, tried again when a transfer fails.
@@ -66,9 +71,9 @@ public:
     [[nodiscard]] std::int64_t maxRetries() const noexcept { return maxRetries_; }
 
     [[nodiscard]] const std::string& consumerKey() const noexcept { return consumerKey_; }
-    void setConsumerKey(std::string consumerKey) { consumerKey_ = std::move(consumerKey); }
+    void setConsumerKey(std::string consumerKey);
     [[nodiscard]] const std::string& consumerSecret() const noexcept { return consumerSecret_; }
-    void setConsumerSecret(std::string consumerSecret) { consumerSecret_ = std::move(consumerSecret); }
+    void setConsumerSecret(std::string consumerSecret);
     [[nodiscard]] std::int64_t partnersId() const noexcept { return partnersId_; }
     void setPartnersId(std::int64_t partnersId) noexcept { partnersId_ = partnersId; }
     /// The signed-in user's access token. Reading or assigning it does not touch the keychain. The memory of one that
@@ -94,9 +99,7 @@ public:
     void setUseFallbackIp(bool useFallbackIp) override { useFallbackIp_ = useFallbackIp; }
 
     void setRetrySpread(RetrySpread spread) override;
-    void setAttemptObservers(std::shared_ptr<const AttemptObservers> observers) override {
-        attemptObservers_ = std::move(observers);
-    }
+    void setAttemptObservers(std::shared_ptr<const AttemptObservers> observers) override;
 
     /// What a call made now takes over from this backend: `AddDeviceCallV1{backend->apiBase()}`.
     [[nodiscard]] ApiBase apiBase() const;
@@ -151,8 +154,10 @@ public:
 private:
     [[nodiscard]] std::string getOauthHeader() const;
     [[nodiscard]] Platform::HttpHeaders authorization() const;
-    [[nodiscard]] Platform::HttpHeaders standardHeaders() const;
-    [[nodiscard]] RequestEngine requestEngine();
+    /// With "Host". Made once for as long as neither it nor the credentials change.
+    [[nodiscard]] const std::shared_ptr<const Platform::RequestHeaders>& standardHeaders();
+    void forgetCredentials() noexcept;
+    void setUpEngine();
     /// Sends a call with these parameters; the headers go with the request, which leaves nothing of them in memory.
     void sendCall(const ApiCallV1& call, const Platform::Parameters& parameters, Platform::ParameterEncoding encoding,
                   Platform::HttpHeaders headers, RequestCompletion onCompletion);
@@ -171,6 +176,9 @@ private:
     std::string keychainTokenService_;
     ApiEnvironment environment_ = ApiEnvironment::live;
     std::shared_ptr<const AttemptObservers> attemptObservers_;
+    std::shared_ptr<const RequestEngine> engine_;
+    std::shared_ptr<const Platform::RequestHeaders> standardHeaders_;
+    std::unique_ptr<LastRequest> lastRequest_;
 };
 
 }  // namespace Tarnwick_API

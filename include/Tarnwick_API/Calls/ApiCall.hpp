@@ -15,6 +15,8 @@
 
 namespace Tarnwick_API {
 
+struct RequestParts;
+
 /// Where one call of the service goes.
 class TARNWICK_API_EXPORT ApiCall {
 public:
@@ -69,6 +71,8 @@ protected:
     void setEncoding(Platform::ParameterEncoding encoding) noexcept { encoding_ = encoding; }
 
 private:
+    friend struct RequestParts;
+
     Platform::HttpMethod method_;
     std::optional<Platform::HttpHeaders> headers_;
     ApiEnvironment environment_;

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <Tarnwick_API/Platform/Concurrency/MoveOnlyFunction.hpp>
+
 #include <Platform/Concurrency/ProcessLongThread.hpp>
 
 #include <condition_variable>
 #include <deque>
-#include <functional>
 #include <mutex>
 
 namespace Tarnwick_API::Platform {
@@ -18,7 +19,7 @@ namespace Tarnwick_API::Platform {
 /// destroyed, as it is by the I/O thread.
 class CacheThread {
 public:
-    using Job = std::function<void()>;
+    using Job = MoveOnlyFunction<void()>;
 
     /// The thread, started if need be. Throws std::system_error, std::runtime_error or std::bad_alloc when it can't be;
     /// the next call tries again. Thread: any.
@@ -27,7 +28,7 @@ public:
     /// For `shared`, which starts the thread. Throws std::runtime_error when no digest can be computed.
     CacheThread();
 
-    /// Does `job` after those handed over before. It is moved, never copied. Thread: any.
+    /// Does `job` after those handed over before. Thread: any.
     void push(Job job);
 
 private:

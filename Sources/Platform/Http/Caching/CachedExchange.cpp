@@ -42,6 +42,12 @@ bool isError(const HttpResponse& response) {
     return response.status < firstSuccess || response.status >= firstError;
 }
 
+/// Answers what was asked for, whatever was sent for it.
+void complete(const CachedExchange& exchange, TransportResult result) {
+    result.answer.request = exchange.request;
+    exchange.onAnswer(std::move(result));
+}
+
 RequestFields fieldsOf(const CachedExchange& exchange) {
     return {*exchange.request, *exchange.sessionHeaders};
 }
@@ -67,7 +73,7 @@ void settleValidation(CachedExchange exchange, const HttpResponse& validation, c
         return;
     }
     const auto entry = StoredResponse::entry(*freshened, exchange.stored->body(), fieldsOf(exchange), times);
-    exchange.onAnswer({answerFrom(std::move(*freshened), *entry->body, HttpAnswer::Source::revalidated)});
+    complete(exchange, {answerFrom(std::move(*freshened), *entry->body, HttpAnswer::Source::revalidated)});
     store(exchange, entry);
 }
 
@@ -75,7 +81,7 @@ void settleValidation(CachedExchange exchange, const HttpResponse& validation, c
 /// redirect came to is another URL's word, and a head counts though its body was cut.
 void settleUnsafe(const CachedExchange& exchange, TransportResult result) {
     const bool invalidates = result.isRedirected || (result.answer.response && !isError(*result.answer.response));
-    exchange.onAnswer(std::move(result));
+    complete(exchange, std::move(result));
     if (invalidates) {
         remove(exchange, {HttpMethod::get, exchange.request->url(), {}, ParameterEncoding::url, {}});
     }
@@ -99,7 +105,7 @@ void settle(CachedExchange exchange, TransportResult result) {
                                                         fieldsOf(exchange), times)
                                 : nullptr;
     const bool isOutdated = !isError(response);
-    exchange.onAnswer(std::move(result));
+    complete(exchange, std::move(result));
     if (entry) {
         store(exchange, entry);
     } else if (isOutdated) {
@@ -110,14 +116,14 @@ void settle(CachedExchange exchange, TransportResult result) {
 void transfer(CachedExchange exchange, std::shared_ptr<const HttpRequest> request) {
     const auto next = exchange.next.lock();
     if (!next) {
-        exchange.onAnswer({cancelledAnswer()});
+        complete(exchange, {cancelledAnswer()});
         return;
     }
     exchange.requestTime = WallClock::now();
     auto stop = exchange.stop;
     auto onAnswer = [exchange = std::move(exchange)](TransportResult result) mutable {
         if (result.answer.error && isSafe(exchange.request->method())) {
-            exchange.onAnswer(std::move(result));
+            complete(exchange, std::move(result));
             return;
         }
         CacheThread::shared().push([exchange = std::move(exchange), result = std::move(result)]() mutable {
@@ -131,7 +137,7 @@ void transfer(CachedExchange exchange, std::shared_ptr<const HttpRequest> reques
 
 void answerOrForward(CachedExchange exchange) {
     if (exchange.next.expired() || exchange.stop.isStopped()) {
-        exchange.onAnswer({cancelledAnswer()});
+        complete(exchange, {cancelledAnswer()});
         return;
     }
     const auto fields = fieldsOf(exchange);
@@ -141,7 +147,7 @@ void answerOrForward(CachedExchange exchange) {
     if (stored && stored->isFresh(now, requestDirectives(fields))) {
         auto response = stored->response();
         response.headers.insert_or_assign("age", std::to_string(stored->currentAge(now).count()));
-        exchange.onAnswer({answerFrom(std::move(response), *stored->body(), HttpAnswer::Source::cache)});
+        complete(exchange, {answerFrom(std::move(response), *stored->body(), HttpAnswer::Source::cache)});
         return;
     }
     auto validation = stored ? stored->validationRequest(*exchange.request) : nullptr;

@@ -54,7 +54,7 @@ std::string HttpRequest::curlRendering(const HttpHeaders& sessionHeaders) const 
     if (method_ != HttpMethod::get) {
         output.append(separator).append("-X ").append(name(method_));
     }
-    HttpHeaders headers = headers_;
+    HttpHeaders headers = this->headers();
     headers.insert(sessionHeaders.begin(), sessionHeaders.end());
     appendHeaders(output, std::move(headers));
     if (body_ && isValidUtf8(*body_)) {

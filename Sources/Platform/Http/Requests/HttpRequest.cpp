@@ -2,11 +2,12 @@
 
 #include <Platform/Http/Requests/HeaderFields.hpp>
 #include <Platform/Http/Requests/QueryEncoding.hpp>
+#include <Platform/Http/Requests/RequestHeaders.hpp>
 #include <Platform/Json/JsonWriter.hpp>
 #include <Platform/Text/AsciiText.hpp>
 #include <Platform/Text/Wiping.hpp>
 
-#include <map>
+#include <memory>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -19,12 +20,6 @@ bool takesQuery(HttpMethod method) noexcept {
     return method == HttpMethod::get || method == HttpMethod::head || method == HttpMethod::delete_;
 }
 
-void addContentType(HttpHeaders& headers, std::string_view type) {
-    if (!hasHeader(headers, "Content-Type")) {
-        headers.emplace("Content-Type", type);
-    }
-}
-
 }  // namespace
 
 ParameterValue::~ParameterValue() {
@@ -35,11 +30,16 @@ ParameterValue::~ParameterValue() {
 
 HttpRequest::HttpRequest(HttpMethod method, const Url& url, const Parameters& parameters, ParameterEncoding encoding,
                          HttpHeaders headers)
+    : HttpRequest{std::make_shared<const RequestHeaders>(std::move(headers)), method, url, parameters, encoding} {
+}
+
+HttpRequest::HttpRequest(std::shared_ptr<const RequestHeaders> headers, HttpMethod method, const Url& url,
+                         const Parameters& parameters, ParameterEncoding encoding)
     : method_{method}, url_{url}, headers_{std::move(headers)} {
     if (url_.scheme().empty() || url_.host().empty()) {
         encodingError_ = "the URL has no scheme or no host";
     } else {
-        encodingError_ = headerFault(headers_);
+        encodingError_ = headers_->fault();
     }
     if (encoding == ParameterEncoding::json) {
         body_ = encodeJson(parameters);
@@ -50,15 +50,24 @@ HttpRequest::HttpRequest(HttpMethod method, const Url& url, const Parameters& pa
         if (method == HttpMethod::head) {
             encodingError_ = "a HEAD request can't carry a body";
         }
-        addContentType(headers_, "application/json");
+        addContentType("application/json");
     } else if (takesQuery(method)) {
         if (!parameters.empty()) {
             url_ = url_.appendingQuery(encodeQuery(parameters));
         }
     } else {
         body_ = encodeQuery(parameters);
-        addContentType(headers_, "application/x-www-form-urlencoded; charset=utf-8");
+        addContentType("application/x-www-form-urlencoded; charset=utf-8");
     }
+}
+
+/// Headers are shared, so that what was moved from has some.
+HttpRequest::HttpRequest(HttpRequest&& other) noexcept
+    : method_{other.method_},
+      url_{std::move(other.url_)},
+      headers_{other.headers_},
+      body_{std::move(other.body_)},
+      encodingError_{std::move(other.encodingError_)} {
 }
 
 HttpRequest& HttpRequest::operator=(HttpRequest other) noexcept {
@@ -74,8 +83,17 @@ HttpRequest::~HttpRequest() {
     if (body_) {
         wipe(*body_);
     }
-    for (auto& [name, value] : headers_) {
-        wipe(value);
+}
+
+const HttpHeaders& HttpRequest::headers() const noexcept {
+    return headers_->fields();
+}
+
+void HttpRequest::addContentType(std::string_view type) {
+    if (!hasHeader(headers(), "Content-Type")) {
+        auto fields = headers();
+        fields.emplace("Content-Type", type);
+        headers_ = std::make_shared<const RequestHeaders>(std::move(fields));
     }
 }
 
@@ -84,8 +102,10 @@ HttpRequest HttpRequest::withHeader(std::string_view name, std::string_view valu
 }
 
 HttpRequest HttpRequest::withHeader(std::string_view name, std::string_view value) && {
-    std::erase_if(headers_, [name](const auto& header) { return equalsIgnoringAsciiCase(header.first, name); });
-    headers_.emplace(name, value);
+    auto fields = headers();
+    std::erase_if(fields, [name](const auto& header) { return equalsIgnoringAsciiCase(header.first, name); });
+    fields.emplace(name, value);
+    headers_ = std::make_shared<const RequestHeaders>(std::move(fields));
     if (!encodingError_) {
         encodingError_ = headerFault(name, value);
     }

@@ -3,27 +3,32 @@
 #include <Tarnwick_API/Platform/Application/Url.hpp>
 
 #include <optional>
+#include <string_view>
 
 namespace Tarnwick_API::Platform {
 
 namespace {
 
-/// How a rule names the place that connections for `url` would go to.
-std::string ruleSource(const Url& url) {
+/// Where `rule` leads connections for `url`; none when it is about another place.
+std::optional<std::string_view> destination(std::string_view rule, const Url& url) {
     const bool isIpv6 = url.host().find(':') != std::string_view::npos;
-    std::string source;
-    source.append(isIpv6 ? "[" : "").append(url.host()).append(isIpv6 ? "]:" : ":");
-    return source.append(url.port().empty() ? "443" : url.port()).append(":");
+    for (const auto part : {std::string_view{isIpv6 ? "[" : ""}, url.host(), std::string_view{isIpv6 ? "]:" : ":"},
+                            url.port().empty() ? "443" : url.port(), std::string_view{":"}}) {
+        if (!rule.starts_with(part)) {
+            return std::nullopt;
+        }
+        rule.remove_prefix(part.size());
+    }
+    return rule;
 }
 
 }  // namespace
 
 std::string connectionTarget(std::string_view urlText, const std::vector<std::string>& rules) {
     if (const auto url = rules.empty() ? std::nullopt : Url::fromString(urlText)) {
-        const auto source = ruleSource(*url);
         for (const auto& rule : rules) {
-            if (rule.starts_with(source)) {
-                return "https://" + rule.substr(source.size());
+            if (const auto target = destination(rule, *url)) {
+                return std::string{"https://"}.append(*target);
             }
         }
     }

@@ -4,6 +4,7 @@
 #include <Platform/Http/Transfers/TransferGroup.hpp>
 
 #include <exception>
+#include <memory>
 #include <utility>
 
 namespace Tarnwick_API::Platform {
@@ -25,12 +26,18 @@ void CurlTransport::transfer(std::shared_ptr<const HttpRequest> request, OnAnswe
     try {
         thread = &IoThread::shared();
     } catch (const std::exception& error) {
-        onAnswer({failedAnswer({HttpError::Kind::other, error.what()})});
+        auto answer = failedAnswer({HttpError::Kind::other, error.what()});
+        answer.request = std::move(request);
+        onAnswer({std::move(answer)});
         return;
     }
     thread_ = thread;
-    auto cancelOnStop = stop.onStop([thread](StopReason /*whatever*/) { thread->cancelStopped(); });
-    thread->start({group_, std::move(request), std::move(onAnswer), std::move(stop), std::move(cancelOnStop)});
+    Exchange exchange{group_, std::move(request), std::move(onAnswer)};
+    if (stop.canStop()) {
+        auto watch = stop.onStop([thread](StopReason /*whatever*/) { thread->cancelStopped(); });
+        exchange.stop = std::make_unique<ExchangeStop>(ExchangeStop{std::move(stop), std::move(watch)});
+    }
+    thread->start(std::move(exchange));
 }
 
 void CurlTransport::networkChanged() {

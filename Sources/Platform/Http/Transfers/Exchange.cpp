@@ -5,6 +5,7 @@
 namespace Tarnwick_API::Platform {
 
 void complete(Exchange exchange, TransportResult result) {
+    result.answer.request = std::move(exchange.request);
     result.isRedirected = exchange.hop != nullptr;
     exchange.onAnswer(std::move(result));
 }

@@ -10,7 +10,7 @@ namespace Tarnwick_API::Platform {
 
 void OriginQueue::takeStopped(std::vector<Exchange>& stopped) {
     const auto first = std::stable_partition(waiting_.begin(), waiting_.end(),
-                                             [](const Exchange& exchange) { return !exchange.stop.isStopped(); });
+                                             [](const Exchange& exchange) { return !exchange.isStopped(); });
     stopped.insert(stopped.end(), std::move_iterator{first}, std::move_iterator{waiting_.end()});
     waiting_.erase(first, waiting_.end());
 }

@@ -57,7 +57,7 @@ TransferEngine::~TransferEngine() = default;
 
 void TransferEngine::start(Exchange exchange) {
     auto& group = *exchange.group;
-    if (group.isDropped() || exchange.stop.isStopped()) {
+    if (group.isDropped() || exchange.isStopped()) {
         complete(std::move(exchange), cancelledAnswer());
         return;
     }
@@ -284,7 +284,7 @@ void TransferEngine::cancelStopped() {
     // Who waits, waits for some that run.
     std::set<OriginQueue*> queues;
     for (const auto& transfer : running_) {
-        if (transfer->exchange().stop.isStopped()) {
+        if (transfer->exchange().isStopped()) {
             transfers.push_back(transfer.get());
         }
         queues.insert(&transfer->queue());

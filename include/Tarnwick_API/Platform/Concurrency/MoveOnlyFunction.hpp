@@ -44,13 +44,13 @@ private:
         Target(const Target&) = delete;
         Target& operator=(const Target&) = delete;
         virtual ~Target() = default;
-        virtual Result call(Arguments... arguments) = 0;
+        virtual Result call(Arguments&&... arguments) = 0;
     };
 
     template <typename Callable>
     struct TargetOf final : Target {
         explicit TargetOf(Callable source) : callable{std::move(source)} {}
-        Result call(Arguments... arguments) override {
+        Result call(Arguments&&... arguments) override {
             return static_cast<Result>(std::invoke(callable, std::forward<Arguments>(arguments)...));
         }
         Callable callable;

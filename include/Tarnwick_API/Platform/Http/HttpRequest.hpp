@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,8 +73,10 @@ enum class ParameterEncoding {
     json,
 };
 
-/// One HTTP request, complete and immutable. As it may carry credentials, the memory of its body and of its headers is
-/// overwritten when it goes.
+class RequestHeaders;
+
+/// One HTTP request, complete and immutable. As it may carry credentials, the memory of its body is overwritten when it
+/// goes, and that of its headers with the last request that shares them, as copies do.
 class TARNWICK_API_EXPORT HttpRequest {
 public:
     /// Encodes `parameters` into `url` or a body. Keys go in ascending byte order. What can't be encoded (text that
@@ -83,14 +86,14 @@ public:
     HttpRequest(HttpMethod method, const Url& url, const Parameters& parameters, ParameterEncoding encoding,
                 HttpHeaders headers);
     HttpRequest(const HttpRequest&) = default;
-    HttpRequest(HttpRequest&&) noexcept = default;
+    HttpRequest(HttpRequest&& other) noexcept;
     HttpRequest& operator=(HttpRequest other) noexcept;
     ~HttpRequest();
 
     [[nodiscard]] HttpMethod method() const noexcept { return method_; }
     [[nodiscard]] const Url& url() const noexcept { return url_; }
     /// The request's own headers; a session adds its default ones, and says "Content-Length" by itself.
-    [[nodiscard]] const HttpHeaders& headers() const noexcept { return headers_; }
+    [[nodiscard]] const HttpHeaders& headers() const noexcept;
     [[nodiscard]] const std::optional<Bytes>& body() const noexcept { return body_; }
     [[nodiscard]] const std::optional<std::string>& encodingError() const noexcept { return encodingError_; }
 
@@ -105,9 +108,17 @@ public:
     [[nodiscard]] std::string curlRendering(const HttpHeaders& sessionHeaders) const;
 
 private:
+    friend class RequestHeaders;
+
+    HttpRequest(std::shared_ptr<const RequestHeaders> headers, HttpMethod method, const Url& url,
+                const Parameters& parameters, ParameterEncoding encoding);
+
+    void addContentType(std::string_view type);
+
     HttpMethod method_;
     Url url_;
-    HttpHeaders headers_;
+    /// Never none.
+    std::shared_ptr<const RequestHeaders> headers_;
     std::optional<Bytes> body_;
     std::optional<std::string> encodingError_;
 };

@@ -101,7 +101,7 @@ public:
     [[nodiscard]] virtual bool isReachable(std::string_view urlText) const = 0;
 
     /// Starts `request` and returns at once. `onCompletion` is called once, on the main queue that is installed now,
-    /// never from inside this call. Thread: any.
+    /// never from inside this call. The same request may be sent again, and several times at once. Thread: any.
     virtual void send(std::shared_ptr<const HttpRequest> request, Completion onCompletion) = 0;
 
     /// Tells that packets now take another way: a tunnel has come up or gone down, another network is in use. A host
