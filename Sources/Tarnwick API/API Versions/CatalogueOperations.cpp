@@ -30,7 +30,7 @@ void ApiVersion1::getCountries(std::int64_t filterId, std::optional<double> lati
                                Completion<std::vector<Country>> onCompletion) {
     static constexpr Operation operation{"getCountries(filterId:latitude:longitude:onCompletion:)"};
     dispatchCall(CountryCallV1{apiBase(), filterId, latitude, longitude},
-                 decodingCompletion<CountryCallV1::Answer>(operation, decodeRecords<Country>, std::move(onCompletion)));
+                 decodingCompletion<CountryCallV1::Answer, decodeRecords<Country>>(operation, std::move(onCompletion)));
 }
 
 void ApiVersion1::getServers(std::int64_t filterId, const std::string& countryCode, std::optional<double> latitude,
@@ -60,8 +60,9 @@ void ApiVersion1::getCandidateServers(std::int64_t filterId, const std::optional
 
 void ApiVersion1::getDefaultFavorites(std::int64_t filterId, Completion<std::vector<FavoriteEntry>> onCompletion) {
     static constexpr Operation operation{"getDefaultFavorites(filterId:onCompletion:)"};
-    dispatchCall(DefaultFavoritesCallV1{apiBase(), filterId}, decodingCompletion<DefaultFavoritesCallV1::Answer>(
-                                                                  operation, decodeFavorites, std::move(onCompletion)));
+    dispatchCall(
+        DefaultFavoritesCallV1{apiBase(), filterId},
+        decodingCompletion<DefaultFavoritesCallV1::Answer, decodeFavorites>(operation, std::move(onCompletion)));
 }
 
 }  // namespace Tarnwick_API

@@ -42,19 +42,35 @@ template <typename Answer, typename Decode>
     }
 }
 
-/// A request completion that completes with what `decode` makes of the body, or with the request's error, which is none
-/// when only the decoding failed. `operation` must live as long as the program.
+/// Completes with what `decode` makes of the body, or with the request's error, which is none when only the decoding
+/// failed.
+template <typename Answer, typename Decode>
+void deliverDecoded(const Operation& operation, const Decode& decode, std::optional<Platform::Bytes>&& body,
+                    ApiResult&& result, const Completion<Answer>& onCompletion) {
+    std::optional<Answer> answer;
+    if (body && !result.error) {
+        answer = decodedOrLogged<Answer>(operation, decode, *body);
+        body.reset();
+    }
+    deliver(onCompletion, std::move(answer), std::move(result.error));
+}
+
+/// A request completion that does so. `operation` must live as long as the program.
 template <typename Answer, typename Decode>
 [[nodiscard]] RequestCompletion decodingCompletion(const Operation& operation, Decode decode,
                                                    Completion<Answer> onCompletion) {
     return [operation = &operation, decode = std::move(decode), onCompletion = std::move(onCompletion)](
                std::optional<Platform::Bytes> body, ApiResult result) {
-        std::optional<Answer> answer;
-        if (body && !result.error) {
-            answer = decodedOrLogged<Answer>(*operation, decode, *body);
-            body.reset();
-        }
-        deliver(onCompletion, std::move(answer), std::move(result.error));
+        deliverDecoded<Answer>(*operation, decode, std::move(body), std::move(result), onCompletion);
+    };
+}
+
+/// The same with a function to decode, which takes no room in each request that waits.
+template <typename Answer, auto decode>
+[[nodiscard]] RequestCompletion decodingCompletion(const Operation& operation, Completion<Answer> onCompletion) {
+    return [operation = &operation, onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body,
+                                                                            ApiResult result) {
+        deliverDecoded<Answer>(*operation, decode, std::move(body), std::move(result), onCompletion);
     };
 }
 

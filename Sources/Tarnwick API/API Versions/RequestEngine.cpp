@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <exception>
+#include <limits>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -158,13 +159,19 @@ struct RequestEngine::Chain {
     };
     /// None when nothing can stop it.
     std::unique_ptr<Stop> stop;
-    std::atomic<bool> hasEnded = false;
     /// The attempt whose answer counts: a host's session may throw and answer, or answer twice.
     std::atomic<std::int64_t> awaitedRetry = noRetry;
-    static constexpr std::int64_t noRetry = -1;
+    static constexpr auto noRetry = std::numeric_limits<std::int64_t>::min();
+    /// No answer counts any more.
+    static constexpr auto hasEnded = noRetry + 1;
 
     [[nodiscard]] bool isStopped() const { return stop && stop->token.isStopped(); }
 
+    /// False when nobody waits for an answer any more.
+    [[nodiscard]] bool await(std::int64_t retryCount) noexcept {
+        auto before = noRetry;
+        return awaitedRetry.compare_exchange_strong(before, retryCount);
+    }
     [[nodiscard]] bool isAnswered(std::int64_t retryCount) noexcept {
         return !awaitedRetry.compare_exchange_strong(retryCount, noRetry);
     }
@@ -190,7 +197,7 @@ struct RequestEngine::Chain {
     }
 
     void complete(std::optional<Platform::Bytes> body, ApiResult result) {
-        if (!hasEnded.exchange(true)) {
+        if (awaitedRetry.exchange(hasEnded) != hasEnded) {
             if (stop) {
                 stop->endOnStop = {};
             }
@@ -234,11 +241,10 @@ void RequestEngine::send(std::shared_ptr<const ApiCommunicateable> owner,
 }
 
 void RequestEngine::attempt(const SharedChain& chain, std::int64_t retryCount, AttemptObservers::Teller teller) {
-    if (chain->isStopped()) {
+    if (chain->isStopped() || !chain->await(retryCount)) {
         return;
     }
     bool mayTryAgain = false;
-    chain->awaitedRetry = retryCount;
     try {
         if (start(chain, retryCount)) {
             return;

@@ -10,7 +10,7 @@ namespace Tarnwick_API {
 void ApiVersion1::getStatus(Completion<Status> onCompletion) {
     static constexpr Operation operation{"getStatus(onCompletion:)"};
     dispatchCall(StatusCallV1{apiBase()},
-                 decodingCompletion<StatusCallV1::Answer>(operation, decodeRecord<Status>, std::move(onCompletion)));
+                 decodingCompletion<StatusCallV1::Answer, decodeRecord<Status>>(operation, std::move(onCompletion)));
 }
 
 }  // namespace Tarnwick_API

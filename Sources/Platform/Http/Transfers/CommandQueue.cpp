@@ -13,7 +13,7 @@ CommandQueue::Pushed CommandQueue::push(Command command) {
     return std::exchange(isWaiting_, false) ? Pushed::takenByWaiting : Pushed::taken;
 }
 
-bool CommandQueue::take(std::vector<Command>& batch, bool mayWait) {
+bool CommandQueue::take(std::deque<Command>& batch, bool mayWait) {
     const std::lock_guard lock{mutex_};
     if (isClosed_) {
         return false;

@@ -2,10 +2,10 @@
 
 #include <Platform/Http/Transfers/Exchange.hpp>
 
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <variant>
-#include <vector>
 
 namespace Tarnwick_API::Platform {
 
@@ -33,14 +33,14 @@ public:
 
     /// Moves all commands into `batch`, which must be empty. When there are none and `mayWait`, the next `push` says
     /// to wake. False when the queue was closed.
-    [[nodiscard]] bool take(std::vector<Command>& batch, bool mayWait);
+    [[nodiscard]] bool take(std::deque<Command>& batch, bool mayWait);
 
     /// Commands not taken yet stay, untouched, for ever. Says whether the I/O thread must be woken.
     [[nodiscard]] bool close();
 
 private:
     std::mutex mutex_;
-    std::vector<Command> commands_;
+    std::deque<Command> commands_;
     bool isWaiting_ = false;
     bool isClosed_ = false;
 };

@@ -1,19 +1,11 @@
 #include <Platform/Http/Transfers/IoThread.hpp>
 
-#include <cstddef>
+#include <deque>
 #include <mutex>
 #include <utility>
 #include <variant>
-#include <vector>
 
 namespace Tarnwick_API::Platform {
-
-namespace {
-
-/// Commands kept in memory for the next batch; a greater batch gives its memory back.
-constexpr std::size_t usualBatch = 1024;
-
-}  // namespace
 
 IoThread& IoThread::shared() {
     return ProcessLongThread<IoThread>::worker();
@@ -46,7 +38,7 @@ void IoThread::push(Command command) {
 }
 
 void IoThread::run() {
-    std::vector<Command> batch;
+    std::deque<Command> batch;
     bool mayWait = true;
     while (commands_.take(batch, mayWait)) {
         if (mayWait && batch.empty()) {
@@ -57,17 +49,13 @@ void IoThread::run() {
         static_cast<void>(std::lock_guard{turnstile_});
         const std::lock_guard lock{working_};
         bool haveStopped = false;
-        for (auto& command : batch) {
-            haveStopped = haveStopped || std::holds_alternative<CancelStopped>(command);
-            obey(std::move(command));
+        for (; !batch.empty(); batch.pop_front()) {
+            haveStopped = haveStopped || std::holds_alternative<CancelStopped>(batch.front());
+            obey(std::move(batch.front()));
         }
         // Once for all: each time, everything that waits is looked at.
         if (haveStopped) {
             engine_.cancelStopped();
-        }
-        batch.clear();
-        if (batch.capacity() > usualBatch) {
-            batch = std::vector<Command>{};
         }
         mayWait = !engine_.perform();
     }
