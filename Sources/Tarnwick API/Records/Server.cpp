@@ -62,6 +62,21 @@ Server::Server(ServerLong&& server) noexcept
       configurations{std::move(server.configurations)} {
 }
 
+Server::Server(BasicServerLong<std::string_view>&& server)
+    : ApiItem{.id = server.id},
+      name{server.displayName.value_or(server.apiName)},
+      ip{server.ip},
+      hostname{server.hostname},
+      location{.countrycode = std::string{server.location.countrycode},
+               .language = std::string{server.location.language},
+               .city = server.location.city ? std::optional<std::string>{*server.location.city} : std::nullopt,
+               .distance = {},
+               .latitude = {},
+               .longitude = {}},
+      statistics{server.statistics},
+      configurations{std::move(server.configurations)} {
+}
+
 Server::Server(FavoriteItem item) noexcept
     : ApiItem{.id = item.id},
       name{std::move(item.name).value_or("")},
@@ -85,12 +100,12 @@ Server decodeServer(const Platform::Bytes& bytes, ServerJsonKind kind) {
 }
 
 std::vector<Server> decodeServers(const Platform::Bytes& bytes, ServerJsonKind kind) {
+    // Most of a long list's servers keep only a part of their texts.
     if (kind == ServerJsonKind::long_) {
         return Platform::mapArrayText<Server>(bytes, [decoder = JsonDecoder{}](const JsonValue& element) {
-            return ServerLong::decode(element.require<JsonObject>(), decoder);
+            return BasicServerLong<std::string_view>::decode(element.require<JsonObject>(), decoder);
         });
     }
-    // Most of a long list's servers keep only a part of their texts.
     return Platform::mapArrayText<Server>(bytes, [decoder = JsonDecoder{}](const JsonValue& element) {
         return BasicServerShort<std::string_view>::decode(element.require<JsonObject>(), decoder);
     });

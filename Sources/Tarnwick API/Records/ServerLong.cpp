@@ -5,16 +5,19 @@ namespace Tarnwick_API {
 using Platform::JsonObject;
 using Platform::JsonValue;
 
-std::string ServerLong::description() const {
-    return "Name: " + displayName.value_or(apiName) + ", IP: " + ip + ", Host: " + hostname +
-           ", Location: " + location.countrycode;
+template <typename Text>
+std::string BasicServerLong<Text>::description() const {
+    std::string text{"Name: "};
+    text.append(displayName.value_or(apiName)).append(", IP: ").append(ip).append(", Host: ").append(hostname);
+    return text.append(", Location: ").append(location.countrycode);
 }
 
-ServerLong ServerLong::decode(const JsonObject& object, const Platform::JsonDecoder& decoder) {
+template <typename Text>
+BasicServerLong<Text> BasicServerLong<Text>::decode(const JsonObject& object, const Platform::JsonDecoder& decoder) {
     const auto decodeLocation = [](const JsonObject& member) {
-        return Location{.countrycode = member.require<std::string>("countrycode"),
-                        .language = member.require<std::string>("language"),
-                        .city = member.ifPresent<std::string>("city")};
+        return Location{.countrycode = member.require<Text>("countrycode"),
+                        .language = member.require<Text>("language"),
+                        .city = member.ifPresent<Text>("city")};
     };
     const auto decodeStatistics = [](const JsonObject& member) {
         return Statistics{.currentUsers = member.require<std::int64_t>("totalusers"),
@@ -24,14 +27,17 @@ ServerLong ServerLong::decode(const JsonObject& object, const Platform::JsonDeco
         return Configuration::decode(element.require<JsonObject>(), decoder);
     };
     return {.id = object.require<std::int64_t>("id"),
-            .apiName = object.require<std::string>("name"),
-            .displayName = object.ifPresent<std::string>("displayName"),
-            .hostname = object.require<std::string>("dnsname"),
-            .ip = object.require<std::string>("ip"),
-            .ipv6 = object.ifPresent<std::string>("ipv6"),
+            .apiName = object.require<Text>("name"),
+            .displayName = object.ifPresent<Text>("displayName"),
+            .hostname = object.require<Text>("dnsname"),
+            .ip = object.require<Text>("ip"),
+            .ipv6 = object.ifPresent<Text>("ipv6"),
             .location = object.nested("location", decodeLocation),
             .statistics = object.nested("statistics", decodeStatistics),
             .configurations = object.nestedArray("configurations", decodeConfiguration)};
 }
+
+template struct BasicServerLong<std::string>;
+template struct BasicServerLong<std::string_view>;
 
 }  // namespace Tarnwick_API

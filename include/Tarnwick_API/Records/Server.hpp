@@ -54,6 +54,8 @@ struct TARNWICK_API_EXPORT Server : ApiItem, CountryNameable {
     /// Copies the texts that it keeps.
     explicit Server(BasicServerShort<std::string_view>&& server);
     explicit Server(ServerLong&& server) noexcept;
+    /// Copies the texts that it keeps.
+    explicit Server(BasicServerLong<std::string_view>&& server);
     explicit Server(FavoriteItem item) noexcept;
 
     /// The country's name in the user's language; empty for an unknown code.

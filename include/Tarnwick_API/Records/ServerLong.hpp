@@ -8,17 +8,22 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tarnwick_API {
 
 /// A server as a single look-up describes it.
-struct TARNWICK_API_EXPORT ServerLong {
+///
+/// `Text` is `std::string`; or `std::string_view`, for who keeps only a part: the texts then stay where they were
+/// parsed, and are valid while the `Platform::JsonDocument` lives.
+template <typename Text>
+struct TARNWICK_API_EXPORT BasicServerLong {
     /// Where the server is.
     struct Location {
-        std::string countrycode;
-        std::string language;
-        std::optional<std::string> city;
+        Text countrycode;
+        Text language;
+        std::optional<Text> city;
     };
     /// Its load.
     using Statistics = ServerStatistics;
@@ -28,11 +33,11 @@ struct TARNWICK_API_EXPORT ServerLong {
     /// Any number of 64 bits.
     std::int64_t id = 0;
     /// The server's internal name.
-    std::string apiName;
-    std::optional<std::string> displayName;
-    std::string hostname;
-    std::string ip;
-    std::optional<std::string> ipv6;
+    Text apiName;
+    std::optional<Text> displayName;
+    Text hostname;
+    Text ip;
+    std::optional<Text> ipv6;
     Location location;
     Statistics statistics;
     std::vector<Configuration> configurations;
@@ -40,7 +45,14 @@ struct TARNWICK_API_EXPORT ServerLong {
     /// For logging.
     [[nodiscard]] std::string description() const;
 
-    [[nodiscard]] static ServerLong decode(const Platform::JsonObject& object, const Platform::JsonDecoder& decoder);
+    [[nodiscard]] static BasicServerLong decode(const Platform::JsonObject& object,
+                                                const Platform::JsonDecoder& decoder);
 };
+
+extern template struct TARNWICK_API_EXPORT BasicServerLong<std::string>;
+extern template struct TARNWICK_API_EXPORT BasicServerLong<std::string_view>;
+
+/// The one that keeps its texts.
+using ServerLong = BasicServerLong<std::string>;
 
 }  // namespace Tarnwick_API
