@@ -27,8 +27,10 @@ protected:
         if (!group) {
             group = std::make_shared<TransferGroup>(std::make_shared<const HttpSessionConfiguration>(configuration));
         }
-        engine.start({group, std::move(sent), [this](TransportResult result) { results.push_back(std::move(result)); },
-                      std::make_unique<ExchangeStop>(ExchangeStop{stop.token()})});
+        Exchange exchange{group, std::move(sent),
+                          [this](TransportResult result) { results.push_back(std::move(result)); }};
+        exchange.stop = std::make_unique<ExchangeStop>(ExchangeStop{stop.token()});
+        engine.start(std::move(exchange));
     }
 
     /// Runs the engine until `done`; false when it is not in a time that no busy machine takes.

@@ -65,7 +65,7 @@ HttpRequest::HttpRequest(std::shared_ptr<const RequestHeaders> headers, HttpMeth
 HttpRequest::HttpRequest(HttpRequest&& other) noexcept
     : method_{other.method_},
       url_{std::move(other.url_)},
-      headers_{other.headers_},
+      headers_{other.headers_},  // NOLINT(performance-move-constructor-init): as said above
       body_{std::move(other.body_)},
       encodingError_{std::move(other.encodingError_)} {
 }
