@@ -7,6 +7,7 @@
 #include <Platform/Http/Transfers/WakeUpPair.hpp>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <new>
@@ -332,10 +333,15 @@ std::chrono::milliseconds TransferEngine::timeToWait(std::chrono::milliseconds l
 
 void TransferEngine::wait(std::chrono::milliseconds longest) {
     const auto time = timeToWait(longest);
-    curl_waitfd notices{.fd = monitor_.descriptor(), .events = CURL_WAIT_POLLIN, .revents = 0};
-    const unsigned others = monitor_.descriptor() >= 0 ? 1 : 0;
-    curl_multi_poll(multi_.get(), &notices, others, static_cast<int>(time.count()), nullptr);
+    std::array<curl_waitfd, 2> others{{{.fd = wakeUp_.descriptor(), .events = CURL_WAIT_POLLIN, .revents = 0},
+                                       {.fd = monitor_.descriptor(), .events = CURL_WAIT_POLLIN, .revents = 0}}};
+    const unsigned count = monitor_.descriptor() >= 0 ? 2 : 1;
+    curl_multi_poll(multi_.get(), others.data(), count, static_cast<int>(time.count()), nullptr);
     now_ = clock_();
+    const auto& [calls, notices] = others;
+    if (calls.revents != 0) {
+        wakeUp_.clear();
+    }
     if (notices.revents != 0 && monitor_.takeChanges()) {
         // At once for what is made now, and again when all has come.
         sockets_.endIdle();
@@ -348,7 +354,7 @@ TransferEngine::Time TransferEngine::nextDeadline() const noexcept {
 }
 
 void TransferEngine::wake() {
-    curl_multi_wakeup(multi_.get());
+    wakeUp_.call();
 }
 
 }  // namespace Tarnwick_API::Platform

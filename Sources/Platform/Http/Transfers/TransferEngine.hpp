@@ -5,6 +5,7 @@
 #include <Platform/Http/Transfers/EarlyAnswers.hpp>
 #include <Platform/Http/Transfers/Exchange.hpp>
 #include <Platform/Http/Transfers/RouteMonitor.hpp>
+#include <Platform/Http/Transfers/WakeUp.hpp>
 
 #include <chrono>
 #include <functional>
@@ -26,8 +27,8 @@ public:
     using Time = std::chrono::steady_clock::time_point;
     using Clock = std::function<Time()>;
 
-    /// Throws std::runtime_error when libcurl can't be set up. `clock` tells the time that idle time-outs and redirects
-    /// go by.
+    /// Throws std::runtime_error when libcurl can't be set up or the system gives no descriptor. `clock` tells the time
+    /// that idle time-outs and redirects go by.
     explicit TransferEngine(Clock clock = &std::chrono::steady_clock::now);
     TransferEngine(const TransferEngine&) = delete;
     TransferEngine& operator=(const TransferEngine&) = delete;
@@ -86,6 +87,7 @@ private:
     /// No transfer is overdue before this. It may be too early, as progress moves deadlines on.
     Time nextCheck_ = Time::max();
     bool hasNew_ = false;
+    WakeUp wakeUp_;
     RouteMonitor monitor_;
     /// When the notices of one change are thought to have come all; no change is going on at the greatest time.
     Time changeSettles_ = Time::max();
