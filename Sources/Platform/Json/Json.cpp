@@ -80,14 +80,18 @@ std::optional<T> read(const dom::element& element) noexcept {
     return std::nullopt;
 }
 
-inline std::optional<dom::element> member(const JsonHandle& object, JsonMemberLayout* layout,
-                                          std::string_view key) noexcept {
-    if (layout == nullptr) {
-        return searchedMember(JsonAccess::as<dom::object>(object), key);
+/// Where the member's value is; at 0, where none is, when it is missing.
+inline JsonPlace member(const JsonHandle& object, JsonMemberLayout* layout, std::string_view key) noexcept {
+    const auto whole = JsonAccess::as<JsonPlace>(object);
+    if (layout != nullptr) {
+        return {whole.doc, layout->find(whole, key)};
     }
-    auto place = JsonAccess::as<JsonPlace>(object);
-    place.json_index = layout->find(place, key);
-    return place.json_index == 0 ? std::nullopt : std::optional{std::bit_cast<dom::element>(place)};
+    const auto found = searchedMember(JsonAccess::as<dom::object>(object), key);
+    return found ? std::bit_cast<JsonPlace>(*found) : JsonPlace{whole.doc, 0};
+}
+
+inline bool isMissing(const JsonPlace& member) noexcept {
+    return member.json_index == 0;
 }
 
 JsonType typeOf(const dom::element& element) noexcept {
@@ -158,7 +162,7 @@ std::string numberText(const dom::element& element) {
 }
 
 template <typename T>
-[[noreturn, gnu::cold, gnu::noinline]] void throwUnreadable(const dom::element& element) {
+[[noreturn, gnu::cold, gnu::noinline]] void throwUnreadable(dom::element element) {
     using Kind = DecodingError::Kind;
     const JsonType type = typeOf(element);
     const std::string expected{typeName<T>};
@@ -182,7 +186,7 @@ template <typename T>
 }
 
 template <typename T>
-[[noreturn, gnu::cold, gnu::noinline]] void throwUnreadable(const dom::element& element, std::string_view key) {
+[[noreturn, gnu::cold, gnu::noinline]] void throwUnreadable(dom::element element, std::string_view key) {
     try {
         throwUnreadable<T>(element);
     } catch (const DecodingError& error) {
@@ -238,7 +242,7 @@ T JsonValue::require() const {
 
 std::optional<JsonValue> JsonObject::find(std::string_view key) const noexcept {
     const auto found = member(handle_, layout_, key);
-    return found ? std::optional{JsonAccess::value(*found)} : std::nullopt;
+    return isMissing(found) ? std::nullopt : std::optional{JsonAccess::value(std::bit_cast<dom::element>(found))};
 }
 
 template <JsonReadable T>
@@ -247,12 +251,13 @@ T JsonObject::require(std::string_view key) const {
         return std::string{require<std::string_view>(key)};
     } else {
         const auto found = member(handle_, layout_, key);
-        if (!found) {
+        if (isMissing(found)) {
             throwKeyNotFound(key);
         }
-        const auto result = read<T>(*found);
+        const auto element = std::bit_cast<dom::element>(found);
+        const auto result = read<T>(element);
         if (!result) {
-            throwUnreadable<T>(*found, key);
+            throwUnreadable<T>(element, key);
         }
         return *result;
     }
@@ -265,10 +270,13 @@ std::optional<T> JsonObject::ifPresent(std::string_view key) const {
         return text ? std::optional<std::string>{*text} : std::nullopt;
     } else {
         const auto found = member(handle_, layout_, key);
-        const bool isPresent = found && !found->is_null();
-        std::optional<T> result = isPresent ? read<T>(*found) : std::nullopt;
-        if (isPresent && !result) {
-            throwUnreadable<T>(*found, key);
+        const auto element = std::bit_cast<dom::element>(found);
+        if (isMissing(found) || element.is_null()) {
+            return std::nullopt;
+        }
+        auto result = read<T>(element);
+        if (!result) {
+            throwUnreadable<T>(element, key);
         }
         return result;
     }

@@ -11,7 +11,7 @@ constexpr unsigned typeShift = 56;
 
 }  // namespace
 
-bool JsonMemberLayout::take(const JsonPlace& object) noexcept {
+bool JsonMemberLayout::take(JsonPlace object) noexcept {
     const std::uint64_t* const tape = object.doc->tape.get();
     const auto* const texts = reinterpret_cast<const char*>(object.doc->string_buf.get());
     object_ = object.json_index;
@@ -42,7 +42,7 @@ bool JsonMemberLayout::learn(const char* entry) noexcept {
     return isNew;
 }
 
-std::size_t JsonMemberLayout::search(const JsonPlace& object, std::string_view name) noexcept {
+std::size_t JsonMemberLayout::search(JsonPlace object, std::string_view name) noexcept {
     if (object_ != object.json_index) {
         // Another object of as many members came in between.
         static_cast<void>(take(object));

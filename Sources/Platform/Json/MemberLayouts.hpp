@@ -40,8 +40,10 @@ public:
         if (name.size() >= sizeof(std::uint64_t)) {
             return equalWords<std::uint64_t>(own, name.data(), name.size());
         }
-        return name.size() >= sizeof(std::uint32_t) ? equalWords<std::uint32_t>(own, name.data(), name.size())
-                                                    : std::string_view{own, name.size()} == name;
+        if (name.size() >= sizeof(std::uint32_t)) {
+            return equalWords<std::uint32_t>(own, name.data(), name.size());
+        }
+        return name.empty() || equalWords<char>(own, name.data(), name.size());
     }
 
 private:
@@ -78,7 +80,7 @@ using JsonPlace = simdjson::internal::tape_ref;
 class JsonMemberLayout {
 public:
     /// Where the member's value is in that object; 0, where no value is, when it is missing.
-    [[nodiscard]] std::size_t find(const JsonPlace& object, std::string_view name) noexcept {
+    [[nodiscard]] std::size_t find(JsonPlace object, std::string_view name) noexcept {
         // Members are mostly asked for in the order in which they come.
         if (object_ == object.json_index && next_ != end_ && next_->name == name) {
             return (next_++)->value;
@@ -93,9 +95,9 @@ private:
         std::uint32_t value;
     };
 
-    [[nodiscard]] bool take(const JsonPlace& object) noexcept;
+    [[nodiscard]] bool take(JsonPlace object) noexcept;
     [[nodiscard]] bool learn(const char* entry) noexcept;
-    [[nodiscard, gnu::noinline]] std::size_t search(const JsonPlace& object, std::string_view name) noexcept;
+    [[nodiscard, gnu::noinline]] std::size_t search(JsonPlace object, std::string_view name) noexcept;
 
     /// Whose members' values are known. None is at 0, where the document itself is.
     std::size_t object_ = 0;
@@ -123,7 +125,7 @@ public:
     MemberLayouts& operator=(const MemberLayouts&) = delete;
 
     /// By which this object's members are found; none for one with many members, a long name or a repeated one.
-    [[nodiscard]] JsonMemberLayout* take(const JsonPlace& object) noexcept {
+    [[nodiscard]] JsonMemberLayout* take(JsonPlace object) noexcept {
         const std::size_t count = object.scope_count();
         return count <= greatestCount && layouts_[count].take(object) ? &layouts_[count] : nullptr;
     }
