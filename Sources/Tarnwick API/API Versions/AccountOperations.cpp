@@ -127,7 +127,7 @@ void ApiVersion1::setToken(const std::string& token, const std::string& secret, 
 void ApiVersion1::currentUser(Completion<User> onCompletion) {
     static constexpr Operation operation{"currentUser(onCompletion:)"};
     dispatchCall(UserCallV1{apiBase()},
-                 decodingCompletion<UserCallV1::Answer, decodeRecord<User>>(operation, std::move(onCompletion)));
+                 decodingCompletion<UserCallV1::Answer, operation, decodeRecord<User>>(std::move(onCompletion)));
 }
 
 void ApiVersion1::updateUser(UserField field, const std::string& newValue, Completion<void> onCompletion) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "BuildConstants.hpp"
+#include "LastStatus.hpp"
 #include "OAuthHeader.hpp"
 #include "PreparedRequest.hpp"
 #include "RequestEngine.hpp"
@@ -38,7 +39,8 @@ ApiVersion1::ApiVersion1(Key /*unused*/, std::optional<std::string> consumerKey,
       apiUrl_{std::move(apiUrl)},
       keychainTokenService_{std::move(keychainService)},
       environment_{environment},
-      lastRequest_{std::make_unique<LastRequest>()} {
+      lastRequest_{std::make_unique<LastRequest>()},
+      lastStatus_{std::make_unique<LastStatus>()} {
     setUpEngine();
 }
 
@@ -147,6 +149,7 @@ const std::shared_ptr<const Platform::RequestHeaders>& ApiVersion1::standardHead
 void ApiVersion1::forgetCredentials() noexcept {
     standardHeaders_ = nullptr;
     *lastRequest_ = {};
+    lastStatus_->forget();
 }
 
 }  // namespace Tarnwick_API

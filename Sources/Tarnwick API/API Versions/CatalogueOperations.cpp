@@ -30,7 +30,7 @@ void ApiVersion1::getCountries(std::int64_t filterId, std::optional<double> lati
                                Completion<std::vector<Country>> onCompletion) {
     static constexpr Operation operation{"getCountries(filterId:latitude:longitude:onCompletion:)"};
     dispatchCall(CountryCallV1{apiBase(), filterId, latitude, longitude},
-                 decodingCompletion<CountryCallV1::Answer, decodeRecords<Country>>(operation, std::move(onCompletion)));
+                 decodingCompletion<CountryCallV1::Answer, operation, decodeRecords<Country>>(std::move(onCompletion)));
 }
 
 void ApiVersion1::getServers(std::int64_t filterId, const std::string& countryCode, std::optional<double> latitude,
@@ -38,14 +38,14 @@ void ApiVersion1::getServers(std::int64_t filterId, const std::string& countryCo
     static constexpr Operation operation{"getServers(filterId:countryCode:latitude:longitude:onCompletion:)"};
     const ServerCallV1 call{apiBase(), filterId, countryCode, latitude, longitude, ServerJsonKind::short_};
     dispatchCall(call,
-                 decodingCompletion<ServerCallV1::Answer>(operation, listDecoderOf(call), std::move(onCompletion)));
+                 decodingCompletion<ServerCallV1::Answer, operation>(listDecoderOf(call), std::move(onCompletion)));
 }
 
 void ApiVersion1::getServer(std::int64_t id, Completion<Server> onCompletion) {
     static constexpr Operation operation{"getServer(id:onCompletion:)"};
     const ServerCallV1 call{apiBase(), id};
     dispatchCall(call,
-                 decodingCompletion<ServerCallV1::SingleAnswer>(operation, decoderOf(call), std::move(onCompletion)));
+                 decodingCompletion<ServerCallV1::SingleAnswer, operation>(decoderOf(call), std::move(onCompletion)));
 }
 
 void ApiVersion1::getCandidateServers(std::int64_t filterId, const std::optional<std::string>& countryCode,
@@ -55,14 +55,14 @@ void ApiVersion1::getCandidateServers(std::int64_t filterId, const std::optional
     const auto call = serviceId && countryCode ? ServerCallV1{apiBase(), filterId, countryCode, serviceId}
                                                : ServerCallV1{apiBase(), filterId, countryCode, ServerJsonKind::short_};
     dispatchCall(call,
-                 decodingCompletion<ServerCallV1::Answer>(operation, listDecoderOf(call), std::move(onCompletion)));
+                 decodingCompletion<ServerCallV1::Answer, operation>(listDecoderOf(call), std::move(onCompletion)));
 }
 
 void ApiVersion1::getDefaultFavorites(std::int64_t filterId, Completion<std::vector<FavoriteEntry>> onCompletion) {
     static constexpr Operation operation{"getDefaultFavorites(filterId:onCompletion:)"};
     dispatchCall(
         DefaultFavoritesCallV1{apiBase(), filterId},
-        decodingCompletion<DefaultFavoritesCallV1::Answer, decodeFavorites>(operation, std::move(onCompletion)));
+        decodingCompletion<DefaultFavoritesCallV1::Answer, operation, decodeFavorites>(std::move(onCompletion)));
 }
 
 }  // namespace Tarnwick_API

@@ -47,30 +47,26 @@ template <typename Answer, typename Decode>
 template <typename Answer, typename Decode>
 void deliverDecoded(const Operation& operation, const Decode& decode, std::optional<Platform::Bytes>&& body,
                     ApiResult&& result, const Completion<Answer>& onCompletion) {
-    std::optional<Answer> answer;
-    if (body && !result.error) {
-        answer = decodedOrLogged<Answer>(operation, decode, *body);
-        body.reset();
-    }
+    auto answer = body && !result.error ? decodedOrLogged<Answer>(operation, decode, *body) : std::optional<Answer>{};
+    body.reset();
     deliver(onCompletion, std::move(answer), std::move(result.error));
 }
 
-/// A request completion that does so. `operation` must live as long as the program.
-template <typename Answer, typename Decode>
-[[nodiscard]] RequestCompletion decodingCompletion(const Operation& operation, Decode decode,
-                                                   Completion<Answer> onCompletion) {
-    return [operation = &operation, decode = std::move(decode), onCompletion = std::move(onCompletion)](
-               std::optional<Platform::Bytes> body, ApiResult result) {
-        deliverDecoded<Answer>(*operation, decode, std::move(body), std::move(result), onCompletion);
+/// A request completion that does so. What it is made with takes room in each request that waits: the operation
+/// doesn't.
+template <typename Answer, const Operation& operation, typename Decode>
+[[nodiscard]] RequestCompletion decodingCompletion(Decode decode, Completion<Answer> onCompletion) {
+    return [decode = std::move(decode), onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body,
+                                                                                ApiResult result) {
+        deliverDecoded<Answer>(operation, decode, std::move(body), std::move(result), onCompletion);
     };
 }
 
-/// The same with a function to decode, which takes no room in each request that waits.
-template <typename Answer, auto decode>
-[[nodiscard]] RequestCompletion decodingCompletion(const Operation& operation, Completion<Answer> onCompletion) {
-    return [operation = &operation, onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body,
-                                                                            ApiResult result) {
-        deliverDecoded<Answer>(*operation, decode, std::move(body), std::move(result), onCompletion);
+/// The same with a function to decode, which takes no room either.
+template <typename Answer, const Operation& operation, auto decode>
+[[nodiscard]] RequestCompletion decodingCompletion(Completion<Answer> onCompletion) {
+    return [onCompletion = std::move(onCompletion)](std::optional<Platform::Bytes> body, ApiResult result) {
+        deliverDecoded<Answer>(operation, decode, std::move(body), std::move(result), onCompletion);
     };
 }
 

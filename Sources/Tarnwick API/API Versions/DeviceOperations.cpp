@@ -10,7 +10,7 @@ namespace Tarnwick_API {
 void ApiVersion1::getDevices(Completion<std::vector<Device>> onCompletion) {
     static constexpr Operation operation{"getDevices(onCompletion:)"};
     dispatchCall(DevicesCallV1{apiBase()},
-                 decodingCompletion<DevicesCallV1::Answer, decodeRecords<Device>>(operation, std::move(onCompletion)));
+                 decodingCompletion<DevicesCallV1::Answer, operation, decodeRecords<Device>>(std::move(onCompletion)));
 }
 
 }  // namespace Tarnwick_API

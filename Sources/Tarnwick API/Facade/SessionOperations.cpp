@@ -131,8 +131,8 @@ void TarnwickApi::setToken(const std::string& token, const std::string& secret, 
 
 void TarnwickApi::getStatus(Completion<Status> onCompletion) {
     const Use use{*this, "getStatus"};
-    api_->getStatus([self = shared_from_this(), onCompletion = std::move(onCompletion)](std::optional<Status> status,
-                                                                                        std::optional<ApiError> error) {
+    api_->getStatus([self = shared_from_this(), onCompletion = std::move(onCompletion)](
+                        std::optional<Status>&& status, std::optional<ApiError>&& error) {
         self->internalCurrentStatus_ = status;
         deliver(onCompletion, std::move(status), std::move(error));
     });

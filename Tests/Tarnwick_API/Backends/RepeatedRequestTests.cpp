@@ -85,5 +85,24 @@ TEST_F(RepeatedRequest, IsKeptNeitherWithABodyNorForOtherCredentials) {
     EXPECT_TRUE(kept.expired());
 }
 
+TEST_F(RepeatedRequest, BringsTheStatusThatItsOwnAnswerTells) {
+    const auto telling = [](const std::string& ip) {
+        return R"({"realip":")" + ip + R"(","required_client_versions":{"mac_7":"7"}})";
+    };
+    const std::string great(20000, '1');
+    const struct {
+        std::string text;
+        std::optional<std::string> ip;
+    } rows[] = {{telling("1"), "1"}, {telling("1"), "1"}, {telling("2"), "2"},     {"{}", std::nullopt},
+                {telling("2"), "2"}, {telling("3"), "3"}, {telling(great), great}, {telling("3"), "3"}};
+    for (const auto& row : rows) {
+        session->script({Testing::ScriptedHttpSession::answer(200, row.text)});
+        Testing::Received<Status> received;
+        backend->getStatus(received.completion());
+        queue->runAll();
+        EXPECT_EQ(received.result ? std::optional{received.result->ip} : std::nullopt, row.ip);
+    }
+}
+
 }  // namespace
 }  // namespace Tarnwick_API

@@ -24,6 +24,7 @@ class RequestHeaders;
 
 class ApiCallV1;
 class LastRequest;
+class LastStatus;
 class RequestEngine;
 
 /// The version-1 backend: requests with OAuth 1.0 PLAINTEXT signatures, tried again when a transfer fails.
@@ -179,6 +180,7 @@ private:
     std::shared_ptr<const RequestEngine> engine_;
     std::shared_ptr<const Platform::RequestHeaders> standardHeaders_;
     std::unique_ptr<LastRequest> lastRequest_;
+    std::unique_ptr<LastStatus> lastStatus_;
 };
 
 }  // namespace Tarnwick_API

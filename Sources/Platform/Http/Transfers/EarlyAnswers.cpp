@@ -14,6 +14,9 @@ void EarlyAnswers::forget(CURL* handle) noexcept {
 }
 
 void EarlyAnswers::reported(CURL* handle) noexcept {
+    if (watched_.empty()) {
+        return;
+    }
     std::erase_if(watched_, [handle](auto& watched) { return watched.handle == handle && --watched.reportsLeft == 0; });
     for (const auto& watched : watched_) {
         // What makes it look is the end of a pause.
