@@ -8,11 +8,42 @@
 
 namespace Tarnwick_API::Platform {
 
+void OriginQueue::wait(Exchange exchange) {
+    group_ = std::move(exchange.group);
+    waiting_.push_back(
+        {std::move(exchange.request), std::move(exchange.onAnswer), std::move(exchange.stop), std::move(exchange.hop)});
+}
+
+Exchange OriginQueue::takeWaiting() {
+    auto first = exchangeOf(std::move(waiting_.front()));
+    waiting_.pop_front();
+    letGroupGo();
+    return first;
+}
+
 void OriginQueue::takeStopped(std::vector<Exchange>& stopped) {
-    const auto first = std::stable_partition(waiting_.begin(), waiting_.end(),
-                                             [](const Exchange& exchange) { return !exchange.isStopped(); });
-    stopped.insert(stopped.end(), std::move_iterator{first}, std::move_iterator{waiting_.end()});
+    const auto first = std::stable_partition(waiting_.begin(), waiting_.end(), [](const Waiting& waiting) {
+        return !waiting.stop || !waiting.stop->token.isStopped();
+    });
+    std::transform(std::move_iterator{first}, std::move_iterator{waiting_.end()}, std::back_inserter(stopped),
+                   [this](Waiting&& waiting) { return exchangeOf(std::move(waiting)); });
     waiting_.erase(first, waiting_.end());
+    letGroupGo();
+}
+
+Exchange OriginQueue::exchangeOf(Waiting waiting) const {
+    return {.group = group_,
+            .request = std::move(waiting.request),
+            .onAnswer = std::move(waiting.onAnswer),
+            .stop = std::move(waiting.stop),
+            .hop = std::move(waiting.hop)};
+}
+
+/// Who took the last ones has it as well.
+void OriginQueue::letGroupGo() noexcept {
+    if (waiting_.empty()) {
+        group_ = nullptr;
+    }
 }
 
 std::string originKey(const Url& url) {

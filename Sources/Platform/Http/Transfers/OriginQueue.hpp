@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -48,13 +49,10 @@ public:
     /// The connections are not to be counted on any more.
     void forgetRoom() noexcept { proven_ = 0; }
 
-    void wait(Exchange exchange) { waiting_.push_back(std::move(exchange)); }
+    /// All that wait are of one group.
+    void wait(Exchange exchange);
     [[nodiscard]] bool hasWaiting() const noexcept { return !waiting_.empty(); }
-    [[nodiscard]] Exchange takeWaiting() {
-        Exchange first = std::move(waiting_.front());
-        waiting_.pop_front();
-        return first;
-    }
+    [[nodiscard]] Exchange takeWaiting();
     /// Moves those that have been stopped to the end of `stopped`.
     void takeStopped(std::vector<Exchange>& stopped);
 
@@ -65,6 +63,16 @@ private:
         bool isTried;
     };
 
+    /// What an exchange has for itself. Thousands may wait.
+    struct Waiting {
+        std::shared_ptr<const HttpRequest> request;
+        Transport::OnAnswer onAnswer;
+        std::unique_ptr<ExchangeStop> stop;
+        std::unique_ptr<Hop> hop;
+    };
+
+    [[nodiscard]] Exchange exchangeOf(Waiting waiting) const;
+    void letGroupGo() noexcept;
     [[nodiscard]] std::vector<Used>::iterator find(ConnectionId connection) noexcept;
     void settle(std::size_t exchanges) noexcept;
 
@@ -80,7 +88,9 @@ private:
     /// So many have found room on the connections that there are.
     std::size_t proven_ = 0;
     std::vector<Used> used_;
-    std::deque<Exchange> waiting_;
+    std::deque<Waiting> waiting_;
+    /// Of those that wait; none while none does.
+    std::shared_ptr<TransferGroup> group_;
 };
 
 /// "https://host:443": what tells one origin from another.
