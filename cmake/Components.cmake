@@ -25,5 +25,6 @@ function(tarnwick_install_library target export)
         ARCHIVE COMPONENT development
         INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
         ${headers})
+    tarnwick_install_machine_code(${target})
     install(EXPORT ${export} NAMESPACE Tarnwick_API:: DESTINATION ${TARNWICK_CMAKE_FOLDER} COMPONENT development)
 endfunction()

@@ -112,6 +112,7 @@ private:
 /// One layout for each number of members.
 class MemberLayouts {
 public:
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): none of the members is read before it is written
     MemberLayouts() noexcept {
         std::size_t count = 0;
         auto* members = members_.data();
