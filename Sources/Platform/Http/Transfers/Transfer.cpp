@@ -41,19 +41,22 @@ Transfer* Transfer::on(CURL* handle) noexcept {
     return curl_easy_getinfo(handle, CURLINFO_PRIVATE, &transfer) == CURLE_OK ? transfer : nullptr;
 }
 
+void Transfer::prepare(OptionSetter& set) {
+    set(CURLOPT_PREREQFUNCTION, &Transfer::onReadyToSend);
+    set(CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
+    set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
+    set(CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
+    set(CURLOPT_NOPROGRESS, 0L);
+    setCommonOptions(set);
+}
+
 std::optional<HttpError> Transfer::setUp() {
     OptionSetter set{handle_.get()};
     set(CURLOPT_PRIVATE, this);
-    sockets_.serve(set);
-    set(CURLOPT_PREREQFUNCTION, &Transfer::onReadyToSend);
     set(CURLOPT_PREREQDATA, this);
-    set(CURLOPT_HEADERFUNCTION, &Transfer::onHeader);
     set(CURLOPT_HEADERDATA, this);
-    set(CURLOPT_WRITEFUNCTION, &Transfer::onBody);
     set(CURLOPT_WRITEDATA, this);
-    set(CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress);
     set(CURLOPT_XFERINFODATA, this);
-    set(CURLOPT_NOPROGRESS, 0L);
     set(CURLOPT_ERRORBUFFER, message_.data());
     setTransferOptions(set, exchange_, headers_);
     return set.error();

@@ -18,6 +18,7 @@
 
 namespace Tarnwick_API::Platform {
 
+class OptionSetter;
 class OriginQueue;
 
 /// One hop of an exchange, on an easy handle of its own. Thread: the I/O thread.
@@ -25,16 +26,20 @@ class Transfer {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// `handle` is a fresh one, and serves this alone: libcurl before 8.1.0 keeps a pointer into an answer's head
-    /// beyond the reset of a handle, and uses it for the next answer whose first line is a continuation. `queue` admits
-    /// `exchange`; `now` is the I/O thread's clock, read where bytes arrive. All must outlive this.
+    /// `handle` is a fresh one, prepared, and serves this alone: libcurl before 8.1.0 keeps a pointer into an answer's
+    /// head beyond the reset of a handle, and uses it for the next answer whose first line is a continuation. `queue`
+    /// admits `exchange`; `now` is the I/O thread's clock, read where bytes arrive. All must outlive this.
     Transfer(CurlEasy handle, Exchange exchange, OriginQueue& queue, ConnectionSockets& sockets,
              EarlyAnswers& earlyAnswers, const Time& now);
 
     /// The transfer that runs on `handle`; null when none does.
     [[nodiscard]] static Transfer* on(CURL* handle) noexcept;
 
-    /// Sets up the handle. Returns why that can't be.
+    /// Sets on a handle what all transfers have, which fails for want of memory alone. It is done before there is an
+    /// exchange, which then waits for less.
+    static void prepare(OptionSetter& set);
+
+    /// Sets up the handle, which is prepared. Returns why that can't be.
     [[nodiscard]] std::optional<HttpError> setUp();
 
     [[nodiscard]] CURL* handle() const noexcept { return handle_.get(); }

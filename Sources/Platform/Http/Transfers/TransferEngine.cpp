@@ -1,6 +1,7 @@
 #include <Platform/Http/Transfers/TransferEngine.hpp>
 
 #include <Platform/Http/Transfers/ConnectionRoute.hpp>
+#include <Platform/Http/Transfers/OptionSetter.hpp>
 #include <Platform/Http/Transfers/OriginQueue.hpp>
 #include <Platform/Http/Transfers/Transfer.hpp>
 #include <Platform/Http/Transfers/TransferGroup.hpp>
@@ -92,15 +93,23 @@ void TransferEngine::launch(Exchange exchange, OriginQueue& queue) {
     hasNew_ = true;
 }
 
-void TransferEngine::prepareHandle() noexcept {
-    if (!nextHandle_) {
-        nextHandle_.reset(curl_easy_init());
+void TransferEngine::prepareHandle() {
+    if (nextHandle_) {
+        return;
+    }
+    CurlEasy handle{curl_easy_init()};
+    OptionSetter set{handle.get()};
+    set(CURLOPT_SHARE, share_.get());
+    sockets_.serve(set);
+    Transfer::prepare(set);
+    if (!set.error()) {
+        nextHandle_ = std::move(handle);
     }
 }
 
 CurlEasy TransferEngine::takeHandle() {
     prepareHandle();
-    if (!nextHandle_ || curl_easy_setopt(nextHandle_.get(), CURLOPT_SHARE, share_.get()) != CURLE_OK) {
+    if (!nextHandle_) {
         throw std::bad_alloc{};
     }
     return std::exchange(nextHandle_, nullptr);
@@ -155,6 +164,9 @@ bool TransferEngine::perform() {
     }
     // Now it is the servers' turn: what the next request would wait for gets done meanwhile.
     prepareHandle();
+    if (std::exchange(isCalled_, false)) {
+        wakeUp_.clear();
+    }
     return false;
 }
 
@@ -186,9 +198,9 @@ void TransferEngine::finish(Transfer& transfer, CURLcode code) {
     auto hop = code == CURLE_OK ? transfer.redirect() : nullptr;
     const bool isLoop = hop && hop->number > maximumRedirects;
     auto answer = transfer.takeAnswer(isLoop ? CURLE_TOO_MANY_REDIRECTS : code);
-    // Its handle is given back when the answer is on its way.
-    const auto ended = detach(transfer);
-    auto exchange = ended->end();
+    // Where libcurl has ended it well, the answer need not wait until the handle is given back.
+    auto ended = code == CURLE_OK ? nullptr : detach(transfer);
+    auto exchange = transfer.end();
     // The group may end with the exchange, and the queue with it.
     const auto group = exchange.group;
     if (hop && !isLoop) {
@@ -197,6 +209,9 @@ void TransferEngine::finish(Transfer& transfer, CURLcode code) {
         start(std::move(exchange));
     } else {
         complete(std::move(exchange), std::move(answer));
+    }
+    if (!ended) {
+        ended = detach(transfer);
     }
     admitWaiting(queue);
 }
@@ -336,12 +351,11 @@ void TransferEngine::wait(std::chrono::milliseconds longest) {
     std::array<curl_waitfd, 2> others{{{.fd = wakeUp_.descriptor(), .events = CURL_WAIT_POLLIN, .revents = 0},
                                        {.fd = monitor_.descriptor(), .events = CURL_WAIT_POLLIN, .revents = 0}}};
     const unsigned count = monitor_.descriptor() >= 0 ? 2 : 1;
-    curl_multi_poll(multi_.get(), others.data(), count, static_cast<int>(time.count()), nullptr);
+    // Unlike curl_multi_poll it leaves libcurl's own wake-up out, which nobody uses.
+    curl_multi_wait(multi_.get(), others.data(), count, static_cast<int>(time.count()), nullptr);
     now_ = clock_();
     const auto& [calls, notices] = others;
-    if (calls.revents != 0) {
-        wakeUp_.clear();
-    }
+    isCalled_ = calls.revents != 0;
     if (notices.revents != 0 && monitor_.takeChanges()) {
         // At once for what is made now, and again when all has come.
         sockets_.endIdle();

@@ -60,8 +60,8 @@ public:
 
 private:
     void launch(Exchange exchange, OriginQueue& queue);
-    void prepareHandle() noexcept;
-    /// A handle that has carried nothing. Throws std::bad_alloc.
+    void prepareHandle();
+    /// A handle that has carried nothing, prepared. Throws std::bad_alloc.
     [[nodiscard]] CurlEasy takeHandle();
     void admitWaiting(OriginQueue& queue);
     void admitAllWaiting();
@@ -88,6 +88,8 @@ private:
     Time nextCheck_ = Time::max();
     bool hasNew_ = false;
     WakeUp wakeUp_;
+    /// Whether a call has ended the last wait, and is to be forgotten before the next.
+    bool isCalled_ = false;
     RouteMonitor monitor_;
     /// When the notices of one change are thought to have come all; no change is going on at the greatest time.
     Time changeSettles_ = Time::max();

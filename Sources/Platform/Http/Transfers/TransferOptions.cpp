@@ -68,7 +68,6 @@ void setMessage(OptionSetter& set, const Exchange& exchange, HeaderList& headers
     const auto method = exchange.method();
     const auto* const body = exchange.body();
     setUrl(set, exchange.url());
-    set(CURLOPT_PATH_AS_IS, 1L);
     if (method == HttpMethod::head) {
         set(CURLOPT_NOBODY, 1L);
     }
@@ -83,10 +82,8 @@ void setMessage(OptionSetter& set, const Exchange& exchange, HeaderList& headers
     }
     fillHeaders(headers, exchange);
     set(CURLOPT_HTTPHEADER, headers.get());
-    // What the header says stays the session's choice; decoding is not libcurl's.
+    // What the header says stays the session's choice.
     set(CURLOPT_ACCEPT_ENCODING, "gzip");
-    set(CURLOPT_HTTP_CONTENT_DECODING, 0L);
-    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
 }
 
 /// The file that libcurl was built to read them from; null for none.
@@ -107,7 +104,6 @@ void setTrust(OptionSetter& set, const Exchange& exchange) {
     }
     constexpr long nameMustMatch = 2;
     const bool checksName = group.hostValidation(exchange.url().host()) == HostValidation::full;
-    set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, checksName ? nameMustMatch : 0L);
     if (const auto* const keys = group.pinnedPublicKeys(exchange.url().host())) {
         set(CURLOPT_PINNEDPUBLICKEY, keys->c_str());
@@ -126,7 +122,6 @@ void setConnection(OptionSetter& set, const Exchange& exchange) {
     const auto& configuration = group.configuration();
     const char* const schemes = configuration.allowsPlainHttp ? "http,https" : "https";
     set(CURLOPT_PROTOCOLS_STR, schemes);
-    set(CURLOPT_NOSIGNAL, 1L);
     // A cancelled look-up of a name must not hold up the thread until the resolver gives up.
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
@@ -152,6 +147,15 @@ void setConnection(OptionSetter& set, const Exchange& exchange) {
 }
 
 }  // namespace
+
+void setCommonOptions(OptionSetter& set) {
+    set(CURLOPT_PATH_AS_IS, 1L);
+    // Decoding is not libcurl's.
+    set(CURLOPT_HTTP_CONTENT_DECODING, 0L);
+    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    set(CURLOPT_SSL_VERIFYPEER, 1L);
+    set(CURLOPT_NOSIGNAL, 1L);
+}
 
 void setTransferOptions(OptionSetter& set, const Exchange& exchange, HeaderList& headers) {
     setMessage(set, exchange, headers);

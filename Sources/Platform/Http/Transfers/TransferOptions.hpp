@@ -6,8 +6,11 @@
 
 namespace Tarnwick_API::Platform {
 
-/// Sets up a fresh or reset easy handle to send `exchange`, or its current hop. `headers` is filled and, like the
-/// exchange, must stay alive and unchanged while the transfer runs.
+/// Sets what all exchanges have.
+void setCommonOptions(OptionSetter& set);
+
+/// Sets up an easy handle that has these options to send `exchange`, or its current hop. `headers` is filled and, like
+/// the exchange, must stay alive and unchanged while the transfer runs.
 void setTransferOptions(OptionSetter& set, const Exchange& exchange, HeaderList& headers);
 
 }  // namespace Tarnwick_API::Platform
