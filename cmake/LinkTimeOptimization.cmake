@@ -7,22 +7,27 @@ endif()
 # tarnwick_optimize_across_files(TARGET): where the build asked for it.
 function(tarnwick_optimize_across_files target)
     if(TARNWICK_LINK_TIME_OPTIMIZATION)
-        # With machine code beside what the linker optimises, so that an archive needs no compiler of the same version.
-        target_compile_options(${target} PRIVATE -flto=auto -ffat-lto-objects)
+        # With machine code beside what the linker optimises, so that an archive needs no compiler of the same version. What
+        # runs but once for each request is best when it is small.
+        target_compile_options(${target} PRIVATE -flto=auto -ffat-lto-objects -O2 -fno-plt)
         target_link_options(${target} INTERFACE $<BUILD_INTERFACE:-flto=auto> PRIVATE -flto=auto)
     endif()
 endfunction()
 
-# tarnwick_optimize_each_file(TARGET): the files of this folder all the same.
+# tarnwick_optimize_each_file(TARGET [FILE...]): these, or all of this folder, all the same and for speed: they hold loops.
 function(tarnwick_optimize_each_file target)
     if(NOT TARNWICK_LINK_TIME_OPTIMIZATION)
         return()
     endif()
     get_target_property(sources ${target} SOURCES)
     foreach(source IN LISTS sources)
-        cmake_path(IS_PREFIX CMAKE_CURRENT_SOURCE_DIR "${source}" is_here)
-        if(is_here)
-            set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES COMPILE_OPTIONS -fno-lto)
+        cmake_path(IS_PREFIX CMAKE_CURRENT_SOURCE_DIR "${source}" is_meant)
+        cmake_path(GET source FILENAME name)
+        if(ARGN AND NOT name IN_LIST ARGN)
+            set(is_meant OFF)
+        endif()
+        if(is_meant)
+            set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES COMPILE_OPTIONS "-fno-lto;-O3")
         endif()
     endforeach()
 endfunction()
